@@ -1,0 +1,134 @@
+#include "logger/laf_table.h"
+
+#include "shell/number_format.h"
+#include "shell/rounding.h"
+
+#include <charconv>
+#include <fstream>
+#include <string_view>
+#include <system_error>
+
+namespace torvane::logger {
+namespace fs = std::filesystem;
+namespace {
+
+std::string_view Trim(std::string_view text) {
+    const auto first = text.find_first_not_of(" \t");
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    const auto last = text.find_last_not_of(" \t");
+    return text.substr(first, last - first + 1);
+}
+
+// A field that is wholly a decimal number (blanks around it allowed) gives its value, else 0.
+double NumericField(std::string_view field) {
+    field = Trim(field);
+    if (!field.empty() && field.front() == '+') {
+        field.remove_prefix(1);
+    }
+    double value = 0.0;
+    const auto [ptr, ec] = std::from_chars(field.data(), field.data() + field.size(), value);
+    if (field.empty() || ec != std::errc{} || ptr != field.data() + field.size()) {
+        return 0.0;
+    }
+    return value;
+}
+
+LafPoint ParseLine(std::string_view line) {
+    if (!line.empty() && line.back() == '\r') {
+        line.remove_suffix(1);
+    }
+    const auto comma = line.find(',');
+    LafPoint point;
+    point.Af = NumericField(line.substr(0, comma));
+    if (comma != std::string_view::npos) {
+        // At most two fields: a further comma makes the second field no number.
+        point.Volt = NumericField(line.substr(comma + 1));
+    }
+    return point;
+}
+
+bool WriteDefaultTable(const fs::path& file) {
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out << LafFileText(DefaultLafPoints());
+    out.close();
+    return !out.fail();
+}
+
+} // namespace
+
+double LafTable::ConvertLaf(double volt) const {
+    if (!loaded_ || points_.empty()) {
+        return volt;
+    }
+    if (volt == 0.0) {
+        return 0.0;
+    }
+    const LafPoint& first = points_.front();
+    if (volt <= first.Volt) {
+        return first.Volt <= 0.0 ? 0.0 : first.Af / first.Volt * volt;
+    }
+    const LafPoint& last = points_.back();
+    if (volt >= last.Volt) {
+        // A damaged table may end at 0 V; show nothing rather than an infinite ratio.
+        return last.Volt == 0.0 ? 0.0 : last.Af / last.Volt * volt;
+    }
+    for (std::size_t i = 1; i < points_.size(); ++i) {
+        if (points_[i].Volt >= volt) {
+            const LafPoint& below = points_[i - 1];
+            const LafPoint& above = points_[i];
+            return (above.Af - below.Af) / (above.Volt - below.Volt) * (volt - below.Volt) +
+                   below.Af;
+        }
+    }
+    return volt;
+}
+
+void LafTable::SetPoints(std::vector<LafPoint> points) {
+    points_ = std::move(points);
+    loaded_ = true;
+}
+
+std::vector<LafPoint> DefaultLafPoints() {
+    std::vector<LafPoint> points;
+    for (int k = 0; k < 16; ++k) {
+        const double af = 9.0 + 0.5 * k;
+        const double volt = shell::RoundHalfEven((5.0 / 9.0 * af - 5.0) * 100.0) / 100.0;
+        points.push_back({af, volt});
+    }
+    return points;
+}
+
+std::string LafFileText(const std::vector<LafPoint>& points) {
+    std::string text;
+    for (const LafPoint& point : points) {
+        text += shell::ShortestText(point.Af) + "," + shell::ShortestText(point.Volt) + "\r\n";
+    }
+    return text;
+}
+
+void LoadLafTable(LafTable& table, const fs::path& initDir, shell::MessageSink& sink) {
+    const fs::path file = initDir / LafFileName;
+    std::error_code error;
+    if (!fs::exists(file, error) && !WriteDefaultTable(file)) {
+        table.Unload();
+        return;
+    }
+    std::ifstream in(file, std::ios::binary);
+    if (!in) {
+        shell::ShowRunTimeError(sink, {75, "Path/File access error: " + file.string()});
+        return;
+    }
+    std::vector<LafPoint> points;
+    for (std::string line; std::getline(in, line);) {
+        points.push_back(ParseLine(line));
+    }
+    if (in.bad()) {
+        shell::ShowRunTimeError(sink, {57, "Device I/O error: " + file.string()});
+        return;
+    }
+    table.SetPoints(std::move(points));
+}
+
+} // namespace torvane::logger

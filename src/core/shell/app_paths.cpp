@@ -1,0 +1,100 @@
+#include "shell/app_paths.h"
+
+#include <array>
+#include <cstdlib>
+#include <fstream>
+#include <system_error>
+
+namespace torvane::shell {
+namespace fs = std::filesystem;
+namespace {
+
+std::optional<fs::path> Environment(const char* name) {
+    const char* value = std::getenv(name);
+    if (value == nullptr || *value == '\0') {
+        return std::nullopt;
+    }
+    return fs::path(value);
+}
+
+// A name that exists but is no folder is in the way: take off its protection and delete it,
+// then look again, since the first delete may only have removed a link or a read-only flag.
+bool MakeFolder(const fs::path& folder) {
+    std::error_code error;
+    for (int attempt = 0; attempt < 2; ++attempt) {
+        const auto status = fs::symlink_status(folder, error);
+        if (fs::is_directory(status)) {
+            return true;
+        }
+        if (!fs::exists(status)) {
+            break;
+        }
+        fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, error);
+        fs::remove(folder, error);
+    }
+    if (fs::exists(fs::symlink_status(folder, error))) {
+        return false;
+    }
+    return fs::create_directories(folder, error) || fs::is_directory(folder, error);
+}
+
+} // namespace
+
+bool IsWritableFolder(const fs::path& folder) {
+    std::error_code error;
+    if (!fs::is_directory(folder, error)) {
+        return false;
+    }
+    // Permission bits do not tell the truth for root or on read-only mounts: try it.
+    const fs::path probe = folder / ".torvane-write-probe";
+    bool writable = false;
+    {
+        std::ofstream file(probe, std::ios::binary);
+        writable = file.good();
+    }
+    fs::remove(probe, error);
+    return writable;
+}
+
+PathInputs AppPaths::ProcessInputs() {
+    PathInputs inputs;
+    inputs.torvaneHome = Environment("TORVANE_HOME");
+    std::error_code error;
+    const fs::path executable = fs::read_symlink("/proc/self/exe", error);
+    inputs.programDir = error ? fs::current_path(error) : executable.parent_path();
+    if (const auto xdg = Environment("XDG_DATA_HOME")) {
+        inputs.userDataDir = *xdg / "torvane-studio";
+    } else if (const auto appData = Environment("APPDATA")) {
+        inputs.userDataDir = *appData / "Torvane Studio";
+    } else if (const auto home = Environment("HOME")) {
+        inputs.userDataDir = *home / ".local" / "share" / "torvane-studio";
+    } else {
+        inputs.userDataDir = fs::temp_directory_path(error) / "torvane-studio";
+    }
+    return inputs;
+}
+
+AppPaths AppPaths::Resolve(const PathInputs& inputs) {
+    if (inputs.torvaneHome) {
+        return AppPaths(*inputs.torvaneHome);
+    }
+    if (IsWritableFolder(inputs.programDir)) {
+        return AppPaths(inputs.programDir);
+    }
+    return AppPaths(inputs.userDataDir);
+}
+
+bool AppPaths::MakeFolders() const {
+    std::error_code error;
+    if (!fs::is_directory(appPath_, error)) {
+        fs::create_directories(appPath_, error);
+    }
+    for (const fs::path& folder : {DataDir(), InitDir(), TempDir()}) {
+        if (!MakeFolder(folder)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace torvane::shell

@@ -1,0 +1,143 @@
+#include "shell/number_format.h"
+
+#include "shell/rounding.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace torvane::shell {
+namespace {
+
+struct NumberPicture {
+    std::string prefix;
+    int minIntegerDigits = 0;
+    bool grouping = false;
+    int decimals = 0;
+    // Trailing decimal places written '#', which drop their zeros.
+    int optionalTrailingDecimals = 0;
+    bool hasPoint = false;
+    std::string suffix;
+};
+
+bool IsPlaceholder(char c) { return c == '0' || c == '#'; }
+
+NumberPicture ParsePicture(std::string_view format) {
+    NumberPicture picture;
+    std::size_t i = 0;
+    while (i < format.size() && !IsPlaceholder(format[i]) && format[i] != '.') {
+        picture.prefix += format[i++];
+    }
+    for (; i < format.size() && (IsPlaceholder(format[i]) || format[i] == ','); ++i) {
+        if (format[i] == '0') {
+            ++picture.minIntegerDigits;
+        } else if (format[i] == ',') {
+            picture.grouping = true;
+        }
+    }
+    if (i < format.size() && format[i] == '.') {
+        picture.hasPoint = true;
+        ++i;
+        int trailingHashes = 0;
+        for (; i < format.size() && IsPlaceholder(format[i]); ++i) {
+            ++picture.decimals;
+            trailingHashes = format[i] == '#' ? trailingHashes + 1 : 0;
+        }
+        picture.optionalTrailingDecimals = trailingHashes;
+    }
+    picture.suffix = std::string(format.substr(i));
+    return picture;
+}
+
+std::string GroupThousands(std::string_view digits) {
+    std::string grouped;
+    const std::size_t firstGroup = digits.size() % 3 == 0 ? 3 : digits.size() % 3;
+    grouped.append(digits.substr(0, firstGroup));
+    for (std::size_t i = firstGroup; i < digits.size(); i += 3) {
+        grouped += ',';
+        grouped.append(digits.substr(i, 3));
+    }
+    return grouped;
+}
+
+} // namespace
+
+std::string FormatNumber(double value, std::string_view format) {
+    const NumberPicture picture = ParsePicture(format);
+    if (!std::isfinite(value)) {
+        return picture.prefix + "0" + picture.suffix;
+    }
+
+    // to_chars rounds the exact binary value correctly; an exact tie goes to even.
+    std::array<char, 400> buffer{};
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
+                                      std::fabs(value), std::chars_format::fixed, picture.decimals);
+    std::string_view text(buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data()));
+
+    const auto point = text.find('.');
+    std::string integerDigits(text.substr(0, point));
+    std::string decimalDigits(point == std::string_view::npos ? "" : text.substr(point + 1));
+
+    for (int i = 0; i < picture.optionalTrailingDecimals && !decimalDigits.empty() &&
+                    decimalDigits.back() == '0';
+         ++i) {
+        decimalDigits.pop_back();
+    }
+
+    integerDigits.erase(0, integerDigits.find_first_not_of('0'));
+    if (static_cast<int>(integerDigits.size()) < picture.minIntegerDigits) {
+        integerDigits.insert(0, static_cast<std::size_t>(picture.minIntegerDigits) -
+                                    integerDigits.size(),
+                             '0');
+    }
+    if (picture.grouping) {
+        integerDigits = GroupThousands(integerDigits);
+    }
+
+    const bool allZero = std::all_of(text.begin(), text.end(),
+                                     [](char c) { return c == '0' || c == '.'; });
+    std::string formatted = picture.prefix;
+    if (value < 0 && !allZero) {
+        formatted += '-';
+    }
+    formatted += integerDigits;
+    if (picture.hasPoint) {
+        formatted += '.';
+        formatted += decimalDigits;
+    }
+    formatted += picture.suffix;
+    return formatted;
+}
+
+std::string FormatText(std::string_view text, std::string_view format) {
+    const auto places = static_cast<std::size_t>(std::count(format.begin(), format.end(), '@'));
+    std::string aligned;
+    if (text.size() < places) {
+        aligned.assign(places - text.size(), ' ');
+    }
+    aligned += text;
+    return aligned;
+}
+
+std::string FormatTime(double milliseconds) {
+    const std::int64_t signedTotal = RoundToInt64(milliseconds);
+    const std::int64_t total = signedTotal < 0 ? -signedTotal : signedTotal;
+    const std::int64_t ms = total % 1000;
+    const std::int64_t seconds = total / 1000 % 60;
+    const std::int64_t minutes = total / 60000 % 60;
+    const std::int64_t hours = total / 3600000;
+    const auto twoDigits = [](std::int64_t v) {
+        return FormatNumber(static_cast<double>(v), formats::TwoDigits);
+    };
+    return std::string(signedTotal < 0 ? "-" : "") + twoDigits(hours) + "h" + twoDigits(minutes) + "m" + twoDigits(seconds) + "s" +
+           FormatNumber(static_cast<double>(ms), formats::ThreeDigits);
+}
+
+std::string ShortestText(double value) {
+    std::array<char, 32> buffer{};
+    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    return std::string(buffer.data(), result.ptr);
+}
+
+} // namespace torvane::shell

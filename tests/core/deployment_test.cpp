@@ -1,0 +1,151 @@
+#include "logdata/deployment.h"
+#include "shell/message_sink.h"
+#include "shell/temp_files.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <stdexcept>
+
+namespace torvane::logdata {
+namespace {
+
+using torvane::testing::TempFolder;
+using torvane::testing::WriteWords16;
+
+// Stands in for the driver: "deploys" the given streams and header, or fails with a code.
+class ScriptedDecompressor : public LogFileDecompressor {
+public:
+    int Decompress(const std::filesystem::path&, const std::filesystem::path& tempDir,
+                   int fileNumber, LogHeader::Bytes& headerOut, std::int32_t& deployCount) override {
+        lastFileNumber = fileNumber;
+        if (throws) {
+            throw std::runtime_error("stream vanished");
+        }
+        if (result != 0) {
+            return result;
+        }
+        for (const auto& [name, words] : streams) {
+            WriteWords16(tempDir / shell::StreamFileName(name, fileNumber), words);
+        }
+        headerOut = header.ToBytes();
+        deployCount = static_cast<std::int32_t>(streams.size());
+        return 0;
+    }
+
+    int result = 0;
+    bool throws = false;
+    int lastFileNumber = -1;
+    LogHeader header;
+    std::map<std::string, std::vector<std::int16_t>> streams;
+};
+
+class DeployTest : public ::testing::Test {
+protected:
+    DeployTest() {
+        layers.TempDir = folder.Path();
+        layers.WindowNumber = 1;
+        driver.header.SetSampleTime(0, 10);
+        driver.header.SetSampleTime(1, 25);
+        driver.header.SetWord(SettingWord::ThClose, 102);
+        driver.header.SetWord(SettingWord::ThOpen, 758);
+        driver.streams = {{"Ne", std::vector<std::int16_t>(400, 500)},
+                          {"TH", std::vector<std::int16_t>(100, 100)},
+                          {"LAP", {}}};
+    }
+
+    bool Deploy(int layer = 0) {
+        return DeployLoggingFile(layers, layer, "/runs/RUN1.rlg", driver, sink);
+    }
+
+    TempFolder folder;
+    LayerSet layers;
+    ScriptedDecompressor driver;
+    shell::RecordingSink sink;
+};
+
+TEST_F(DeployTest, GoodFileFillsTheLayer) {
+    driver.header.SetWord(SettingWord::Sus, 1);
+    driver.header.SetWord(SettingWord::Reserved40, 10);
+    ASSERT_TRUE(Deploy());
+    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_EQ(driver.lastFileNumber, 10);
+    const LayerRecord& layer = layers.Layer[0];
+    EXPECT_EQ(layer.Header, driver.header);
+    EXPECT_EQ(layer.ItemChannel[7], FRSUS);
+    EXPECT_TRUE(layer.ItemExists[Ne]);
+    EXPECT_TRUE(layer.ItemExists[TH]);
+    EXPECT_FALSE(layer.ItemExists[VFW]);
+    EXPECT_FALSE(layer.ItemExists[LapSlot]);
+    EXPECT_EQ(layer.DeployCount, 3);
+    EXPECT_EQ(layer.MeasureTime, 4000); // 400 Ne samples at 10 ms decide
+    EXPECT_EQ(layers.MinSampleTime, 10);
+}
+
+TEST_F(DeployTest, FirstExistingSlotDecidesTheMeasureTime) {
+    driver.header.SetSampleTime(0, 0);
+    ASSERT_TRUE(Deploy());
+    EXPECT_EQ(layers.Layer[0].MeasureTime, 2500); // TH: 100 samples at 25 ms
+}
+
+TEST_F(DeployTest, LapOnlyFileMeasuresByLapWords) {
+    driver.header = LogHeader{};
+    driver.header.SetWord(SettingWord::LapOn, 1);
+    driver.streams = {{"LAP", std::vector<std::int16_t>(20, 0)}};
+    ASSERT_TRUE(Deploy());
+    EXPECT_EQ(layers.Layer[0].MeasureTime, 6000);
+}
+
+TEST_F(DeployTest, ThrottleWithoutSpanIsNoItem) {
+    driver.header.SetWord(SettingWord::ThOpen, 102);
+    ASSERT_TRUE(Deploy());
+    EXPECT_FALSE(layers.Layer[0].ItemExists[TH]);
+    EXPECT_TRUE(layers.Layer[0].ItemExists[Ne]);
+}
+
+TEST_F(DeployTest, DriverResultsShowTheirMessagesWithStopIcon) {
+    const std::vector<std::pair<int, std::string>> cases{
+        {-1, "[/runs/RUN1.rlg]Can not find the specified log file."},
+        {-2, "There is No data in a file."},
+        {-3, "Can not make the file after deployment."},
+        {-4, "File access error."},
+        {-7, "Error code = -7"},
+        {3, "Error code = 3"}};
+    for (const auto& [result, text] : cases) {
+        driver.result = result;
+        EXPECT_FALSE(Deploy()) << result;
+        ASSERT_FALSE(sink.messages.empty());
+        EXPECT_EQ(sink.messages.back().text, text);
+        EXPECT_EQ(sink.messages.back().icon, shell::icons::Stop);
+        EXPECT_EQ(sink.messages.back().buttons, shell::buttons::Ok);
+    }
+}
+
+TEST_F(DeployTest, RefusedHeaderWarnsAndLeavesTheLayerAlone) {
+    driver.header.SetWord(SettingWord::Sus, 4);
+    EXPECT_FALSE(Deploy(1));
+    ASSERT_EQ(sink.messages.size(), 1u);
+    EXPECT_EQ(sink.messages[0].text, "A file format is not correct.");
+    EXPECT_EQ(sink.messages[0].icon, shell::icons::Warning);
+    EXPECT_TRUE(layers.Layer[1].ItemChannel.empty());
+}
+
+TEST_F(DeployTest, UnexpectedFailureReportsARunTimeError) {
+    driver.throws = true;
+    EXPECT_FALSE(Deploy());
+    ASSERT_EQ(sink.messages.size(), 1u);
+    EXPECT_EQ(sink.messages[0].text.rfind("Error(", 0), 0u);
+    EXPECT_EQ(sink.messages[0].icon, shell::icons::Stop);
+}
+
+TEST_F(DeployTest, LayerNumberGoesIntoTheFileNumber) {
+    layers.WindowNumber = 12;
+    ASSERT_TRUE(Deploy(1));
+    EXPECT_EQ(driver.lastFileNumber, 121);
+    EXPECT_TRUE(std::filesystem::exists(folder / "Ne-121.tmp"));
+    EXPECT_EQ(layers.Layer[1].MeasureTime, 4000);
+}
+
+} // namespace
+} // namespace torvane::logdata

@@ -1,0 +1,72 @@
+#include "logger/laf_table.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace torvane::logger {
+namespace {
+
+using torvane::testing::ReadText;
+using torvane::testing::TempFolder;
+using torvane::testing::WriteText;
+
+TEST(LafTable, WithoutATableVoltagesPassThrough) {
+    const LafTable table;
+    EXPECT_EQ(table.ConvertLaf(2.5), 2.5);
+}
+
+TEST(LafTable, DefaultTableConversions) {
+    LafTable table;
+    table.SetPoints(DefaultLafPoints());
+    EXPECT_DOUBLE_EQ(table.ConvertLaf(0.28), 9.5);
+    EXPECT_DOUBLE_EQ(table.ConvertLaf(4.17), 16.5);
+    EXPECT_NEAR(table.ConvertLaf(4.5), 4.5 * 16.5 / 4.17, 1e-12); // a line through 0, no limit
+    const double low = table.ConvertLaf(0.1);
+    EXPECT_GT(low, 9.0);
+    EXPECT_LT(low, 9.5);
+    EXPECT_EQ(table.ConvertLaf(-0.1), 0.0);
+    EXPECT_EQ(table.ConvertLaf(0.0), 0.0);
+    EXPECT_NEAR(table.ConvertLaf(2.5), 13.5, 0.02);
+}
+
+TEST(LafTable, MissingFileIsWrittenWithTheDefaultLines) {
+    TempFolder folder;
+    shell::RecordingSink sink;
+    LafTable table;
+    LoadLafTable(table, folder.Path(), sink);
+    EXPECT_TRUE(table.Loaded());
+    EXPECT_TRUE(sink.messages.empty());
+    const std::string text = ReadText(folder / LafFileName);
+    EXPECT_EQ(text.substr(0, 22), "9,0\r\n9.5,0.28\r\n10,0.56");
+    EXPECT_NE(text.find("\r\n16.5,4.17\r\n"), std::string::npos);
+    EXPECT_EQ(table.Points().size(), 16u);
+}
+
+TEST(LafTable, NonNumericFieldsReadAsZero) {
+    TempFolder folder;
+    WriteText(folder / LafFileName, "9,0\r\nrich,1.0\r\n12,volts\r\n 14 , 2.78 \r\n15,3,4\r\n");
+    shell::RecordingSink sink;
+    LafTable table;
+    LoadLafTable(table, folder.Path(), sink);
+    ASSERT_EQ(table.Points().size(), 5u);
+    EXPECT_EQ(table.Points()[1].Af, 0.0);
+    EXPECT_EQ(table.Points()[1].Volt, 1.0);
+    EXPECT_EQ(table.Points()[2].Volt, 0.0);
+    EXPECT_EQ(table.Points()[3].Af, 14.0);
+    EXPECT_EQ(table.Points()[3].Volt, 2.78);
+    EXPECT_EQ(table.Points()[4].Volt, 0.0); // a third field spoils the second
+    EXPECT_TRUE(sink.messages.empty());
+}
+
+TEST(LafTable, UnwritableFolderLeavesConversionOff) {
+    TempFolder folder;
+    shell::RecordingSink sink;
+    LafTable table;
+    table.SetPoints(DefaultLafPoints());
+    LoadLafTable(table, folder / "missing" / "INT", sink);
+    EXPECT_FALSE(table.Loaded());
+    EXPECT_EQ(table.ConvertLaf(2.5), 2.5);
+}
+
+} // namespace
+} // namespace torvane::logger

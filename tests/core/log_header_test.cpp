@@ -1,0 +1,118 @@
+#include "logdata/deployment.h"
+#include "logdata/log_header.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+
+namespace torvane::logdata {
+namespace {
+
+TEST(LogHeader, EveryByteSurvivesTheRoundTrip) {
+    LogHeader::Bytes bytes{};
+    std::iota(bytes.begin(), bytes.end(), std::uint8_t{0x80});
+    const LogHeader header = LogHeader::FromBytes(bytes);
+    EXPECT_EQ(header.ToBytes(), bytes);
+    EXPECT_EQ(header.Word(0), static_cast<std::int16_t>(0x8180));
+}
+
+TEST(LogHeader, NamedWordsSitAtTheirOffsets) {
+    LogHeader::Bytes bytes{};
+    const auto put = [&](std::size_t offset, std::int16_t value) {
+        bytes[offset] = static_cast<std::uint8_t>(value & 0xFF);
+        bytes[offset + 1] = static_cast<std::uint8_t>((value >> 8) & 0xFF);
+    };
+    put(0, 3);
+    put(2, 10);
+    put(22, 300);
+    put(40, 102);
+    put(42, 758);
+    put(44, 900);
+    put(46, 850);
+    put(72, 1);
+    put(74, 2);
+    const LogHeader header = LogHeader::FromBytes(bytes);
+    EXPECT_EQ(header.SusMode(), 3);
+    EXPECT_EQ(header.SampleTime(0), 10);
+    EXPECT_EQ(header.SampleTime(10), 300);
+    EXPECT_EQ(header.ThClose(), 102);
+    EXPECT_EQ(header.ThOpen(), 758);
+    EXPECT_EQ(header.FrSusZero(), 900);
+    EXPECT_EQ(header.RrSusZero(), 850);
+    EXPECT_EQ(header.LapWord(), 1);
+    EXPECT_EQ(header.LafMode(), 2);
+}
+
+LogHeader ValidHeader() {
+    LogHeader header;
+    header.SetSampleTime(0, 25);
+    header.SetSampleTime(1, 10);
+    header.SetWord(SettingWord::ThClose, 102);
+    header.SetWord(SettingWord::ThOpen, 758);
+    return header;
+}
+
+TEST(CheckHeader, AcceptsLegalWordsAndTracksTheSmallestInterval) {
+    int minSampleTime = 0;
+    EXPECT_TRUE(CheckHeader(ValidHeader(), minSampleTime));
+    EXPECT_EQ(minSampleTime, 10);
+
+    LogHeader coarse;
+    coarse.SetSampleTime(4, 300);
+    EXPECT_TRUE(CheckHeader(coarse, minSampleTime));
+    EXPECT_EQ(minSampleTime, 10); // never raised by a later file
+}
+
+TEST(CheckHeader, RefusesOutOfRangeWords) {
+    int minSampleTime = 0;
+    LogHeader header = ValidHeader();
+    header.SetWord(SettingWord::Sus, 4);
+    EXPECT_FALSE(CheckHeader(header, minSampleTime));
+
+    header = ValidHeader();
+    header.SetSampleTime(3, 20);
+    EXPECT_FALSE(CheckHeader(header, minSampleTime));
+
+    header = ValidHeader();
+    header.SetWord(SettingWord::ThClose, 1024);
+    EXPECT_FALSE(CheckHeader(header, minSampleTime));
+
+    header = ValidHeader();
+    header.SetWord(SettingWord::RrZero, -1);
+    EXPECT_FALSE(CheckHeader(header, minSampleTime));
+}
+
+TEST(CheckHeader, LapWordMayHoldAnyValueAndDoesNotSetTheInterval) {
+    LogHeader header;
+    header.SetSampleTime(0, 50);
+    header.SetWord(SettingWord::LapOn, 20);
+    int minSampleTime = 0;
+    EXPECT_TRUE(CheckHeader(header, minSampleTime));
+    EXPECT_EQ(minSampleTime, 50);
+
+    header.SetWord(SettingWord::Laf, 4); // not range-checked
+    EXPECT_TRUE(CheckHeader(header, minSampleTime));
+}
+
+TEST(SlotChannels, SuspensionAndAirFuelModesChooseTheSpareSlots) {
+    LogHeader header;
+    const auto slots = [&](int sus, int laf) {
+        header.SetWord(SettingWord::Sus, static_cast<std::int16_t>(sus));
+        header.SetWord(SettingWord::Laf, static_cast<std::int16_t>(laf));
+        const auto channels = SlotChannels(header);
+        return std::vector<std::int32_t>(channels.begin() + 7, channels.begin() + 11);
+    };
+    EXPECT_EQ(slots(0, 0), (std::vector<std::int32_t>{VM1, VM2, VM3, VM4}));
+    EXPECT_EQ(slots(1, 1), (std::vector<std::int32_t>{FRSUS, VM2, LAF1, VM4}));
+    EXPECT_EQ(slots(2, 2), (std::vector<std::int32_t>{VM1, RRSUS, VM3, LAF2}));
+    EXPECT_EQ(slots(3, 3), (std::vector<std::int32_t>{FRSUS, RRSUS, LAF1, LAF2}));
+    EXPECT_EQ(slots(0, 4), (std::vector<std::int32_t>{VM1, VM2, VM3, VM4}));
+    const auto all = SlotChannels(header);
+    ASSERT_EQ(all.size(), 12u);
+    EXPECT_EQ(all[0], Ne);
+    EXPECT_EQ(all[6], VB);
+    EXPECT_EQ(all[11], LAP);
+}
+
+} // namespace
+} // namespace torvane::logdata

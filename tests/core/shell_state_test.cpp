@@ -1,0 +1,126 @@
+#include "shell/app_paths.h"
+#include "shell/message_sink.h"
+#include "shell/temp_files.h"
+#include "shell/window_registry.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace torvane::shell {
+namespace {
+
+using torvane::testing::TempFolder;
+using torvane::testing::WriteText;
+
+TEST(WindowRegistry, NumbersStartAtOneAndReuseTheLowest) {
+    WindowRegistry registry;
+    EXPECT_FALSE(registry.AnyFroms()); // number 0 never counts
+    EXPECT_EQ(registry.Claim(), 1);
+    EXPECT_EQ(registry.Claim(), 2);
+    EXPECT_EQ(registry.Claim(), 3);
+    EXPECT_TRUE(registry.DeleteFrom(2));
+    EXPECT_EQ(registry.Claim(), 2);
+    EXPECT_EQ(registry.Claim(), 4);
+    for (int number : {1, 2, 3, 4}) {
+        registry.DeleteFrom(number);
+    }
+    EXPECT_FALSE(registry.AnyFroms());
+}
+
+TEST(WindowRegistry, LoggerMarkIsClearedWithTheNumber) {
+    WindowRegistry registry;
+    const int number = registry.Claim();
+    EXPECT_EQ(registry.GetLogger(number), 0);
+    EXPECT_TRUE(registry.SetLogger(number, 1));
+    EXPECT_EQ(registry.GetLogger(number), 1);
+    registry.DeleteFrom(number);
+    EXPECT_EQ(registry.GetLogger(number), 0);
+    EXPECT_FALSE(registry.SetLogger(99, 1));
+    EXPECT_FALSE(registry.DeleteFrom(-1));
+    EXPECT_EQ(registry.GetLogger(99), 0);
+}
+
+TEST(ShowMessage, PassesTextButtonsAndIcon) {
+    RecordingSink sink(answers::Yes);
+    EXPECT_EQ(ShowMessage(sink, "This file is not saved.", buttons::YesNoCancel, icons::Information),
+              answers::Yes);
+    ASSERT_EQ(sink.messages.size(), 1u);
+    EXPECT_EQ(sink.messages[0].text, "This file is not saved.");
+    EXPECT_EQ(sink.messages[0].buttons, 3);
+    EXPECT_EQ(sink.messages[0].icon, 64);
+}
+
+TEST(ShowMessage, EmptyTextReportsThePendingErrorWithStopIcon) {
+    RecordingSink sink;
+    ShowMessage(sink, "", buttons::Ok, icons::None);
+    EXPECT_EQ(sink.messages.back().text, "Error(0)\r");
+    EXPECT_EQ(sink.messages.back().icon, icons::Stop);
+
+    ShowRunTimeError(sink, {53, "File not found"});
+    EXPECT_EQ(sink.messages.back().text, "Error(53)\rFile not found");
+    EXPECT_EQ(sink.messages.back().icon, icons::Stop);
+}
+
+TEST(AppPaths, HomeVariableWinsThenProgramFolderThenUserFolder) {
+    TempFolder folder;
+    PathInputs inputs{folder / "home", folder.Path(), folder / "user"};
+    EXPECT_EQ(AppPaths::Resolve(inputs).AppPath(), folder / "home");
+    inputs.torvaneHome.reset();
+    EXPECT_EQ(AppPaths::Resolve(inputs).AppPath(), folder.Path());
+    inputs.programDir = folder / "no-such-folder";
+    EXPECT_EQ(AppPaths::Resolve(inputs).AppPath(), folder / "user");
+}
+
+TEST(AppPaths, MakesTheThreeFoldersAndReplacesAFileInTheWay) {
+    TempFolder folder;
+    WriteText(folder / "TMP", "in the way");
+    std::filesystem::permissions(folder / "TMP", std::filesystem::perms::owner_read);
+    const AppPaths paths(folder.Path());
+    ASSERT_TRUE(paths.MakeFolders());
+    EXPECT_TRUE(std::filesystem::is_directory(paths.DataDir()));
+    EXPECT_TRUE(std::filesystem::is_directory(paths.InitDir()));
+    EXPECT_TRUE(std::filesystem::is_directory(paths.TempDir()));
+    EXPECT_EQ(paths.TempDir(), folder / "TMP");
+    EXPECT_TRUE(paths.MakeFolders()); // existing folders are fine
+}
+
+TEST(AppPaths, AFolderThatCannotBeMadeStopsTheOnesAfterIt) {
+    TempFolder folder;
+    WriteText(folder / "app", "a file, so nothing can be made below it");
+    const AppPaths paths(folder / "app");
+    EXPECT_FALSE(paths.MakeFolders());
+    EXPECT_FALSE(std::filesystem::exists(folder / "app" / "TMP"));
+}
+
+TEST(TempFiles, StreamNamesCarryWindowAndLayer) {
+    EXPECT_EQ(StreamFileNumber(1, 0), 10);
+    EXPECT_EQ(StreamFileName("Ne", StreamFileNumber(1, 0)), "Ne-010.tmp");
+    EXPECT_EQ(StreamFileName("LAP", StreamFileNumber(12, 1)), "LAP-121.tmp");
+}
+
+TEST(TempFiles, DeleteTempFilesOfOneWindowLeavesTheOthers) {
+    TempFolder folder;
+    for (const char* name : {"Ne-010.tmp", "TH-011.tmp", "LAP-012.tmp", "Ne-020.tmp",
+                             "MyItem-010.tmp", "LGGR0001.rlg", "Ne-010.dat"}) {
+        WriteText(folder / name, "x");
+    }
+    EXPECT_EQ(DeleteTempFiles(folder.Path(), 1), 4);
+    EXPECT_EQ(folder.FileNames(), (std::vector<std::string>{"LGGR0001.rlg", "Ne-010.dat",
+                                                            "Ne-020.tmp"}));
+    EXPECT_EQ(DeleteTempFiles(folder.Path(), 0), 3);
+    EXPECT_TRUE(folder.FileNames().empty());
+    EXPECT_EQ(DeleteTempFiles(folder / "missing", 0), 0);
+}
+
+TEST(TempFiles, NextNumberedFileTakesOneAboveTheHighest) {
+    TempFolder folder;
+    EXPECT_EQ(NextNumberedFile(folder.Path(), "LGGR", ".rlg").filename(), "LGGR0001.rlg");
+    WriteText(folder / "LGGR0002.rlg", "");
+    WriteText(folder / "LGGR0007.rlg", "");
+    WriteText(folder / "LGGRabcd.rlg", "");
+    WriteText(folder / "DETO0009.dto", "");
+    EXPECT_EQ(NextNumberedFile(folder.Path(), "LGGR", ".rlg").filename(), "LGGR0008.rlg");
+}
+
+} // namespace
+} // namespace torvane::shell
