@@ -1,0 +1,18 @@
+# Fails unless the dynamic symbols that LIBRARY defines are exactly EXPECTED (comma-separated).
+execute_process(COMMAND nm -D --defined-only --format=posix ${LIBRARY}
+                OUTPUT_VARIABLE table RESULT_VARIABLE failed)
+if(failed)
+  message(FATAL_ERROR "nm could not read ${LIBRARY}")
+endif()
+string(REGEX MATCHALL "[^\n]+" lines "${table}")
+set(exported)
+foreach(line IN LISTS lines)
+  string(REGEX MATCH "^[^ ]+" symbol "${line}")
+  list(APPEND exported ${symbol})
+endforeach()
+list(SORT exported)
+string(REPLACE "," ";" expected "${EXPECTED}")
+list(SORT expected)
+if(NOT exported STREQUAL expected)
+  message(FATAL_ERROR "libtlm exports '${exported}', expected '${expected}'")
+endif()

@@ -1,0 +1,132 @@
+#include "rlg_test_support.h"
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "byte_order.h"
+#include "rlg_format.h"
+
+namespace torvane::rlg::test {
+
+namespace fs = std::filesystem;
+
+TempFolder::TempFolder() {
+    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
+    std::string name = "rlg-";
+    name += info != nullptr ? info->name() : "test";
+    std::replace(name.begin(), name.end(), '/', '_');
+    path_ = fs::path(::testing::TempDir()) / name;
+    fs::remove_all(path_);
+    fs::create_directories(path_);
+}
+
+TempFolder::~TempFolder() {
+    std::error_code ignored;
+    // Tests leave read-only folders behind; everything must be removable again first.
+    fs::permissions(path_, fs::perms::owner_all, fs::perm_options::add, ignored);
+    for (fs::recursive_directory_iterator it(path_, ignored), end; it != end;
+         it.increment(ignored)) {
+        if (it->is_directory(ignored)) {
+            fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
+        }
+    }
+    fs::remove_all(path_, ignored);
+}
+
+HeaderBytes MakeHeader(unsigned seed) {
+    std::mt19937 engine(seed);
+    HeaderBytes header{};
+    std::generate(header.begin(), header.end(),
+                  [&] { return static_cast<std::uint8_t>(engine() & 0xFF); });
+    return header;
+}
+
+std::vector<std::int16_t> RandomSamples(std::size_t count, unsigned seed) {
+    std::mt19937 engine(seed);
+    std::vector<std::int16_t> samples(count);
+    std::generate(samples.begin(), samples.end(),
+                  [&] { return static_cast<std::int16_t>(engine() & 0xFFFF); });
+    return samples;
+}
+
+std::vector<std::int16_t> SensorSamples(std::size_t count, unsigned seed) {
+    std::mt19937 engine(seed);
+    std::uniform_int_distribution<int> noise(-3, 3);
+    std::vector<std::int16_t> samples(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        const double wave = 12000.0 * std::sin(static_cast<double>(i) / 400.0);
+        samples[i] = static_cast<std::int16_t>(std::lround(wave) + noise(engine));
+    }
+    return samples;
+}
+
+std::vector<StreamData> RunStreams(unsigned seed) {
+    const std::vector<std::string> names{"Ne", "TH",  "VFW", "VRW", "DETO1", "DETO2",
+                                         "VB", "VM1", "VM2", "VM3", "VM4",   "LAP"};
+    std::vector<StreamData> streams;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const std::size_t count = i == 11 ? 0 : 1 + 997 * (i + 1) % 4001;
+        streams.push_back({names[i], i % 3 == 0 ? RandomSamples(count, seed + unsigned(i))
+                                                : SensorSamples(count, seed + unsigned(i))});
+    }
+    return streams;
+}
+
+std::vector<std::uint8_t> BuildContainer(const HeaderBytes& header,
+                                         const std::vector<StreamData>& streams) {
+    std::vector<std::string> names;
+    for (const auto& stream : streams) {
+        names.push_back(stream.name);
+    }
+    RlgWriter writer(header, names);
+    for (std::size_t i = 0; i < streams.size(); ++i) {
+        writer.Append(i, streams[i].samples);
+    }
+    return writer.Finish();
+}
+
+void WriteBytes(const fs::path& path, const std::vector<std::uint8_t>& bytes) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+}
+
+std::vector<std::uint8_t> ReadBytes(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::vector<std::int16_t> ReadWords(const fs::path& path) {
+    const auto bytes = ReadBytes(path);
+    std::vector<std::int16_t> words(bytes.size() / 2);
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        words[i] = static_cast<std::int16_t>(GetLittleEndian<std::uint16_t>(bytes, 2 * i));
+    }
+    return words;
+}
+
+std::vector<std::string> FolderEntries(const fs::path& folder) {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+void ResealHead(std::vector<std::uint8_t>& file) {
+    const std::size_t count = GetLittleEndian<std::uint16_t>(file, format::StreamCountOffset);
+    const std::size_t crcOffset = format::HeadSize(count) - format::CrcSize;
+    if (crcOffset + format::CrcSize > file.size()) {
+        return; // a stream count that no head of this file can have
+    }
+    PutLittleEndian(std::span(file), crcOffset,
+                    format::UpdateCrc32(0, std::span(file).first(crcOffset)));
+}
+
+} // namespace torvane::rlg::test

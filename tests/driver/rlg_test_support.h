@@ -1,0 +1,53 @@
+#pragma once
+// Fixtures of the container tests, all made by code from fixed seeds.
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "rlg_container.h"
+
+namespace torvane::rlg::test {
+
+// A fresh empty folder, removed with everything in it at the end of the test.
+class TempFolder {
+public:
+    TempFolder();
+    ~TempFolder();
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    const std::filesystem::path& Path() const { return path_; }
+
+private:
+    std::filesystem::path path_;
+};
+
+struct StreamData {
+    std::string name;
+    std::vector<std::int16_t> samples;
+};
+
+HeaderBytes MakeHeader(unsigned seed);
+std::vector<std::int16_t> RandomSamples(std::size_t count, unsigned seed);
+// A slowly varying sensor word with a little noise, as the logger records it.
+std::vector<std::int16_t> SensorSamples(std::size_t count, unsigned seed);
+// The twelve streams of a run: eleven sampled channels of different lengths and an empty LAP.
+std::vector<StreamData> RunStreams(unsigned seed);
+
+// Each stream appended in one piece.
+std::vector<std::uint8_t> BuildContainer(const HeaderBytes& header,
+                                         const std::vector<StreamData>& streams);
+
+void WriteBytes(const std::filesystem::path& path, const std::vector<std::uint8_t>& bytes);
+std::vector<std::uint8_t> ReadBytes(const std::filesystem::path& path);
+std::vector<std::int16_t> ReadWords(const std::filesystem::path& path);
+// Names of everything in folder, hidden files included, sorted.
+std::vector<std::string> FolderEntries(const std::filesystem::path& folder);
+
+// Recomputes the head CRC after a test has changed a field of the head, where the stream count
+// still leaves room for one.
+void ResealHead(std::vector<std::uint8_t>& file);
+
+} // namespace torvane::rlg::test
