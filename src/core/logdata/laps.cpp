@@ -29,6 +29,11 @@ double LapMarkTime(std::int64_t step, int word) {
     return static_cast<double>(step) * LapStepMs - static_cast<double>(word - 1) * 5.0;
 }
 
+std::size_t LapMarkCount(const LapInfo& lap) {
+    // No mark can fall at 0 ms: the earliest is 5 ms into the first step.
+    return lap.LapTime.size() == 1 && lap.LapTime[0] == 0.0 ? 0 : lap.LapTime.size();
+}
+
 void ReadLapFile(LayerSet& layers, int layer) {
     LapInfo& lap = layers.Lap.at(static_cast<std::size_t>(layer));
     lap.BestLap = 0.0;

@@ -1,0 +1,52 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds, and runs every test: the release build's suites, the core,
+# driver and simulator suites again under address and undefined-behaviour sanitizers, and a
+# short fuzzing pass over the logging-file decoder.
+set -euo pipefail
+cd "$(dirname "$0")"
+source scripts/ensure-deps.sh
+ensure_packages "${BUILD_PACKAGES[@]}" "${TEST_PACKAGES[@]}" "${FUZZ_PACKAGES[@]}"
+
+jobs=$(nproc)
+passed=0
+failed=0
+
+# Runs ctest and adds its counts to the totals; the summary line is ctest's own.
+run_ctest() {
+    local log status=0
+    log=$(mktemp)
+    ctest "$@" --output-on-failure -j "$jobs" 2>&1 | tee "$log" || status=$?
+    local summary
+    summary=$(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$log" | tail -n 1 || true)
+    rm -f "$log"
+    if [ -z "$summary" ]; then
+        echo "ctest gave no summary"; return 1
+    fi
+    local total bad
+    bad=$(sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\1/' <<<"$summary")
+    total=$(sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\2/' <<<"$summary")
+    passed=$((passed + total - bad))
+    failed=$((failed + bad))
+    return "$status"
+}
+
+echo "== Release build and all tests"
+cmake --preset release >/dev/null
+cmake --build --preset release -j "$jobs"
+run_ctest --preset release
+
+echo "== Sanitizer build: core, driver and simulator tests"
+cmake --preset debug-asan >/dev/null
+cmake --build --preset debug-asan -j "$jobs" --target core_tests driver_tests sim_tests
+run_ctest --preset debug-asan -L 'core_tests|driver_tests|sim_tests'
+
+echo "== Fuzzing the logging-file decoder briefly"
+cmake --preset fuzz >/dev/null
+if scripts/fuzz-smoke.sh build/fuzz 30; then
+    passed=$((passed + 1))
+else
+    failed=$((failed + 1))
+fi
+
+echo "test.sh: $passed passed, $failed failed"
+[ "$failed" -eq 0 ]
