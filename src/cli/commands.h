@@ -1,0 +1,56 @@
+#pragma once
+// The commands of torvane-cli. Each returns the process exit status: 0 on success, 1 when the
+// input was refused (the reason is on stderr).
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace torvane::cli {
+
+struct PackOptions {
+    std::filesystem::path header;
+    std::vector<std::string> streams; // NAME=FILE
+    std::filesystem::path output;
+};
+int Pack(const PackOptions& options);
+
+struct UnpackOptions {
+    std::filesystem::path input;
+    std::filesystem::path folder;
+    int number = 10;
+};
+int Unpack(const UnpackOptions& options);
+
+struct GenerateOptions {
+    std::filesystem::path output;
+    double minutes = 10.0;
+    std::uint64_t seed = 1;
+    std::optional<std::filesystem::path> setting;
+};
+int Generate(const GenerateOptions& options);
+
+struct InfoOptions {
+    std::filesystem::path input;
+    bool json = false;
+};
+int Info(const InfoOptions& options);
+
+struct ValuesOptions {
+    std::filesystem::path input;
+    std::vector<double> times;
+    int pixelsPerStep = 1;
+    int msPerStep = 100;
+    bool json = false;
+};
+int Values(const ValuesOptions& options);
+
+struct LapsOptions {
+    std::filesystem::path input;
+    bool json = false;
+};
+int Laps(const LapsOptions& options);
+
+} // namespace torvane::cli

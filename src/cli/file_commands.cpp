@@ -1,0 +1,119 @@
+// pack, unpack and generate: commands that make or open logging files without reading them
+// as a window would.
+
+#include "cli/cli_support.h"
+#include "cli/commands.h"
+#include "logdata/channels.h"
+#include "logdata/deployment.h"
+#include "rlg_container.h"
+#include "tlm.h"
+#include "vehicle/demo_setting.h"
+#include "vehicle/generate_run.h"
+
+#include <iostream>
+
+namespace torvane::cli {
+namespace {
+
+using logdata::LogHeaderSize;
+
+std::optional<logdata::LogHeader> ReadHeaderFile(const std::filesystem::path& file) {
+    const auto bytes = ReadBinaryFile(file);
+    if (!bytes || bytes->size() != LogHeaderSize) {
+        return std::nullopt;
+    }
+    return logdata::LogHeader::FromBytes(std::span<const std::uint8_t, LogHeaderSize>(
+        bytes->data(), LogHeaderSize));
+}
+
+std::vector<std::string> AllStreamNames() {
+    return {logdata::StreamNames.begin(), logdata::StreamNames.end()};
+}
+
+std::vector<std::int16_t> WordsOf(const std::vector<std::uint8_t>& bytes) {
+    std::vector<std::int16_t> words(bytes.size() / 2);
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        words[i] = static_cast<std::int16_t>(
+            static_cast<std::uint16_t>(bytes[2 * i] | (bytes[2 * i + 1] << 8)));
+    }
+    return words;
+}
+
+// An empty result means the writer could not make the file; never write that as a file.
+bool WriteLoggingFile(const std::filesystem::path& output, const std::vector<std::uint8_t>& bytes) {
+    return !bytes.empty() && rlg::WriteFileAtomically(output, bytes);
+}
+
+} // namespace
+
+int Pack(const PackOptions& options) {
+    const auto header = ReadHeaderFile(options.header);
+    if (!header) {
+        return Fail("The header file must hold exactly 82 bytes: " + options.header.string());
+    }
+    rlg::RlgWriter writer(header->ToBytes(), AllStreamNames());
+    for (const std::string& given : options.streams) {
+        const auto equals = given.find('=');
+        const int stream =
+            equals == std::string::npos ? -1 : logdata::StreamIndex(given.substr(0, equals));
+        if (stream < 0) {
+            return Fail("Unknown stream \"" + given.substr(0, equals) +
+                        "\": use NAME=FILE with NAME one of Ne TH VFW VRW DETO1 DETO2 VB VM1 "
+                        "VM2 VM3 VM4 LAP.");
+        }
+        const std::filesystem::path file = given.substr(equals + 1);
+        const auto bytes = ReadBinaryFile(file);
+        if (!bytes) {
+            return Fail("Can not read the stream file: " + file.string());
+        }
+        if (bytes->size() % 2 != 0) {
+            return Fail("A stream file holds 16-bit words; this one has an odd length: " +
+                        file.string());
+        }
+        writer.Append(static_cast<std::size_t>(stream), WordsOf(*bytes));
+    }
+    if (!WriteLoggingFile(options.output, writer.Finish())) {
+        return Fail("Can not write the logging file: " + options.output.string());
+    }
+    return 0;
+}
+
+int Unpack(const UnpackOptions& options) {
+    std::array<std::uint8_t, LogHeaderSize> header{};
+    std::int32_t bytesWritten = 0;
+    std::int32_t deployCount = 0;
+    const int result = decomp_logfile(options.input.string().c_str(),
+                                      options.folder.string().c_str(),
+                                      static_cast<std::int16_t>(options.number), header.data(),
+                                      &bytesWritten, &deployCount);
+    std::cout << "result " << result << "\nDeployCount " << deployCount << '\n';
+    if (result != 0) {
+        return Fail(logdata::DeployResultMessage(result, options.input));
+    }
+    return 0;
+}
+
+int Generate(const GenerateOptions& options) {
+    logdata::LogHeader setting = sim::DemoSetting();
+    if (options.setting) {
+        const auto read = ReadHeaderFile(*options.setting);
+        if (!read) {
+            return Fail("A setting file must hold exactly 82 bytes: " + options.setting->string());
+        }
+        setting = *read;
+    }
+    if (!(options.minutes > 0.0) || options.minutes > 24 * 60) {
+        return Fail("--minutes must lie between 0 and 1440.");
+    }
+    rlg::RlgWriter writer(setting.ToBytes(), AllStreamNames());
+    sim::GenerateRun(setting, options.minutes * 60000.0, options.seed,
+                     [&writer](int stream, std::span<const std::int16_t> samples) {
+                         writer.Append(static_cast<std::size_t>(stream), samples);
+                     });
+    if (!WriteLoggingFile(options.output, writer.Finish())) {
+        return Fail("Can not write the logging file: " + options.output.string());
+    }
+    return 0;
+}
+
+} // namespace torvane::cli

@@ -1,0 +1,115 @@
+// torvane-cli: batch work on logging files. Other tools script it, so its commands, options and
+// output shapes stay as they are.
+
+#include "cli/commands.h"
+
+#include <CLI/CLI.hpp>
+
+#include <charconv>
+#include <sstream>
+
+namespace {
+
+using namespace torvane::cli;
+
+// "--at 1000,2500.5" as a list of times in ms.
+std::vector<double> ParseTimes(const std::string& text) {
+    std::vector<double> times;
+    std::stringstream parts(text);
+    for (std::string part; std::getline(parts, part, ',');) {
+        double value = 0.0;
+        const auto [ptr, ec] = std::from_chars(part.data(), part.data() + part.size(), value);
+        if (part.empty() || ec != std::errc{} || ptr != part.data() + part.size()) {
+            throw CLI::ValidationError("--at", "not a time in ms: \"" + part + "\"");
+        }
+        times.push_back(value);
+    }
+    return times;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app{"torvane-cli: batch work on Torvane logging files (*.rlg)"};
+    app.require_subcommand(1);
+
+    PackOptions pack;
+    auto* packCommand = app.add_subcommand(
+        "pack", "Make a logging file from a raw 82-byte header and raw int16 stream files");
+    packCommand->add_option("--header", pack.header, "Raw 82-byte header")->required();
+    packCommand->add_option("--stream", pack.streams,
+                            "NAME=FILE, NAME one of Ne TH VFW VRW DETO1 DETO2 VB VM1 VM2 VM3 VM4 "
+                            "LAP; a stream not given is empty");
+    packCommand->add_option("OUT", pack.output, "The logging file to write")->required();
+
+    UnpackOptions unpack;
+    auto* unpackCommand =
+        app.add_subcommand("unpack", "Deploy a logging file's streams into a folder");
+    unpackCommand->add_option("FILE", unpack.input, "The logging file")->required();
+    unpackCommand->add_option("DIR", unpack.folder, "Folder that receives the streams")
+        ->required();
+    unpackCommand->add_option("--number", unpack.number, "File number of the streams")
+        ->capture_default_str();
+
+    InfoOptions info;
+    auto* infoCommand = app.add_subcommand(
+        "info", "Header words, item slots, measurement time and laps of a logging file");
+    infoCommand->add_option("FILE", info.input, "The logging file")->required();
+    infoCommand->add_flag("--json", info.json, "Print JSON");
+
+    ValuesOptions values;
+    std::string times;
+    auto* valuesCommand =
+        app.add_subcommand("values", "Values of every existing item at the given times");
+    valuesCommand->add_option("FILE", values.input, "The logging file")->required();
+    valuesCommand->add_option("--at", times, "Times in ms, separated by commas")->required();
+    valuesCommand->add_option("--pixels-per-step", values.pixelsPerStep, "Time scale: pixels")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    valuesCommand->add_option("--ms-per-step", values.msPerStep, "Time scale: ms per step")
+        ->capture_default_str()
+        ->check(CLI::PositiveNumber);
+    valuesCommand->add_flag("--json", values.json, "Print JSON");
+
+    LapsOptions laps;
+    auto* lapsCommand = app.add_subcommand("laps", "The laps of a logging file and the best one");
+    lapsCommand->add_option("FILE", laps.input, "The logging file")->required();
+    lapsCommand->add_flag("--json", laps.json, "Print JSON");
+
+    GenerateOptions generate;
+    auto* generateCommand = app.add_subcommand(
+        "generate", "Make a synthetic logging file from the vehicle model (deterministic by seed)");
+    generateCommand->add_option("OUT", generate.output, "The logging file to write")->required();
+    generateCommand->add_option("--minutes", generate.minutes, "Length of the run")
+        ->capture_default_str();
+    generateCommand->add_option("--seed", generate.seed, "Seed of the model")
+        ->capture_default_str();
+    generateCommand->add_option("--setting", generate.setting,
+                                "SETTING.DAT (82 bytes) that decides the channels and intervals");
+
+    CLI11_PARSE(app, argc, argv);
+    try {
+        if (*packCommand) {
+            return Pack(pack);
+        }
+        if (*unpackCommand) {
+            return Unpack(unpack);
+        }
+        if (*infoCommand) {
+            return Info(info);
+        }
+        if (*valuesCommand) {
+            values.times = ParseTimes(times);
+            return Values(values);
+        }
+        if (*lapsCommand) {
+            return Laps(laps);
+        }
+        if (*generateCommand) {
+            return Generate(generate);
+        }
+    } catch (const CLI::Error& error) {
+        return app.exit(error);
+    }
+    return 1;
+}

@@ -1,0 +1,173 @@
+// info, values and laps: commands that deploy a logging file and read it as a window would.
+
+#include "cli/cli_support.h"
+#include "cli/commands.h"
+#include "cli/deployed_run.h"
+#include "logdata/channels.h"
+#include "logdata/laps.h"
+#include "logdata/values.h"
+#include "shell/number_format.h"
+
+#include <iostream>
+
+namespace torvane::cli {
+namespace {
+
+using logdata::LapMarkCount;
+using nlohmann::json;
+
+std::vector<double> LapMarks(const logdata::LapInfo& lap) {
+    return LapMarkCount(lap) == 0 ? std::vector<double>{} : lap.LapTime;
+}
+
+json HeaderJson(const logdata::LogHeader& header) {
+    json sampleTimes = json::array();
+    for (int i = 0; i < logdata::SampleTimeCount; ++i) {
+        sampleTimes.push_back(header.SampleTime(i));
+    }
+    return {{"SusMode", header.SusMode()},     {"SampleTime", sampleTimes},
+            {"ThClose", header.ThClose()},     {"ThOpen", header.ThOpen()},
+            {"FrSusZero", header.FrSusZero()}, {"RrSusZero", header.RrSusZero()},
+            {"LapWord", header.LapWord()},     {"LafMode", header.LafMode()}};
+}
+
+void PrintInfoText(const DeployedRun& run) {
+    const auto& layer = run.Layer();
+    const auto& header = layer.Header;
+    std::cout << "MeasureTime    " << shell::FormatTime(layer.MeasureTime) << "  ("
+              << shell::ShortestText(layer.MeasureTime) << " ms)\n"
+              << "MinSampleTime  " << run.Layers().MinSampleTime << " ms\n"
+              << "DeployCount    " << layer.DeployCount << "\n"
+              << "SusMode " << header.SusMode() << "  LafMode " << header.LafMode()
+              << "  LapWord " << header.LapWord() << "\n"
+              << "ThClose " << header.ThClose() << "  ThOpen " << header.ThOpen()
+              << "  FrSusZero " << header.FrSusZero() << "  RrSusZero " << header.RrSusZero()
+              << "\n"
+              << "Header words  ";
+    for (int i = 0; i < logdata::LogHeaderWords; ++i) {
+        std::cout << ' ' << header.Word(i);
+    }
+    std::cout << "\n\nSlot  Channel  Interval  Exists\n";
+    for (int slot = 0; slot < logdata::SlotCount; ++slot) {
+        const int channel = layer.ItemChannel[static_cast<std::size_t>(slot)];
+        const int interval = logdata::ChannelSampleTime(header, channel);
+        std::cout << shell::FormatText(std::to_string(slot), "@@@@") << "  "
+                  << shell::FormatText(logdata::ChannelLabel(channel), "@@@@@@@@@@@") << "  "
+                  << shell::FormatText(std::to_string(interval) + " ms", "@@@@@@@@") << "  "
+                  << (layer.ItemExists[static_cast<std::size_t>(slot)] ? "yes" : "no") << "\n";
+    }
+    const auto marks = LapMarks(run.Lap());
+    std::cout << "\nLap marks      " << marks.size() << "\n";
+    for (std::size_t i = 1; i < marks.size(); ++i) {
+        std::cout << "  Lap " << shell::FormatText(std::to_string(i), "@@@") << "  "
+                  << shell::FormatTime(marks[i] - marks[i - 1]) << "\n";
+    }
+    std::cout << "BestLap        " << shell::FormatTime(run.Lap().BestLap) << "\n";
+}
+
+std::string ValueText(double value, int channel) {
+    return shell::FormatNumber(value, logdata::ChannelFormat(channel)) +
+           std::string(logdata::ChannelUnit(channel));
+}
+
+} // namespace
+
+int Info(const InfoOptions& options) {
+    StderrSink sink;
+    const Environment environment = LoadEnvironment(sink);
+    DeployedRun run;
+    if (!run.Deploy(options.input, sink)) {
+        return 1;
+    }
+    if (!options.json) {
+        PrintInfoText(run);
+        return 0;
+    }
+    const auto& layer = run.Layer();
+    json slots = json::array();
+    for (int slot = 0; slot < logdata::SlotCount; ++slot) {
+        const int channel = layer.ItemChannel[static_cast<std::size_t>(slot)];
+        slots.push_back({{"slot", slot},
+                         {"channel", channel},
+                         {"name", logdata::ChannelName(channel)},
+                         {"exists", layer.ItemExists[static_cast<std::size_t>(slot)]}});
+    }
+    json laps = json::array();
+    for (const double mark : LapMarks(run.Lap())) {
+        laps.push_back(JsonNumber(mark));
+    }
+    const json info{{"MeasureTime", JsonNumber(layer.MeasureTime)},
+                    {"MinSampleTime", run.Layers().MinSampleTime},
+                    {"DeployCount", layer.DeployCount},
+                    {"header", HeaderJson(layer.Header)},
+                    {"slots", slots},
+                    {"laps", laps},
+                    {"BestLap", JsonNumber(run.Lap().BestLap)}};
+    std::cout << info.dump() << '\n';
+    return 0;
+}
+
+int Values(const ValuesOptions& options) {
+    StderrSink sink;
+    const Environment environment = LoadEnvironment(sink);
+    DeployedRun run;
+    if (!run.Deploy(options.input, sink)) {
+        return 1;
+    }
+    const logdata::ValueReader reader(run.Layers(), environment.laf);
+    const logdata::TimeScale scale{options.pixelsPerStep, options.msPerStep};
+    const auto& layer = run.Layer();
+    json rows = json::array();
+    for (const double time : options.times) {
+        json values = json::object();
+        std::string line = shell::FormatTime(time);
+        for (int slot = 0; slot < logdata::SlotCount; ++slot) {
+            if (!layer.ItemExists[static_cast<std::size_t>(slot)]) {
+                continue;
+            }
+            const int channel = layer.ItemChannel[static_cast<std::size_t>(slot)];
+            const double value = reader.ValueAt(0, slot, time, scale);
+            values[std::string(logdata::ChannelName(channel))] = JsonNumber(value);
+            line += "  " + std::string(logdata::ChannelName(channel)) + " " +
+                    ValueText(value, channel);
+        }
+        rows.push_back({{"time", JsonNumber(time)}, {"values", values}});
+        if (!options.json) {
+            std::cout << line << '\n';
+        }
+    }
+    if (options.json) {
+        std::cout << rows.dump() << '\n';
+    }
+    return 0;
+}
+
+int Laps(const LapsOptions& options) {
+    StderrSink sink;
+    const Environment environment = LoadEnvironment(sink);
+    DeployedRun run;
+    if (!run.Deploy(options.input, sink)) {
+        return 1;
+    }
+    const auto marks = LapMarks(run.Lap());
+    json laps = json::array();
+    for (std::size_t i = 1; i < marks.size(); ++i) {
+        laps.push_back({{"lap", i},
+                        {"start", JsonNumber(marks[i - 1])},
+                        {"end", JsonNumber(marks[i])},
+                        {"time", JsonNumber(marks[i] - marks[i - 1])}});
+        if (!options.json) {
+            std::cout << "Lap " << shell::FormatText(std::to_string(i), "@@@") << "  "
+                      << shell::FormatTime(marks[i - 1]) << " - " << shell::FormatTime(marks[i])
+                      << "  " << shell::FormatTime(marks[i] - marks[i - 1]) << '\n';
+        }
+    }
+    if (options.json) {
+        std::cout << json{{"laps", laps}, {"best", JsonNumber(run.Lap().BestLap)}}.dump() << '\n';
+    } else {
+        std::cout << "Best " << shell::FormatTime(run.Lap().BestLap) << '\n';
+    }
+    return 0;
+}
+
+} // namespace torvane::cli

@@ -1,0 +1,219 @@
+// Runs the real torvane-cli binary on files made here, with TORVANE_HOME in a private folder.
+
+#include "logdata/log_header.h"
+#include "support/run_process.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace torvane::cli {
+namespace {
+
+using logdata::LogHeader;
+using logdata::SettingWord;
+using nlohmann::json;
+using torvane::testing::ProcessResult;
+using torvane::testing::TempFolder;
+using torvane::testing::WriteText;
+using torvane::testing::WriteWords16;
+
+class CliTest : public ::testing::Test {
+protected:
+    ProcessResult Cli(const std::vector<std::string>& args) const {
+        return torvane::testing::RunProcess(TORVANE_CLI, args,
+                                            {"TORVANE_HOME=" + (folder / "home").string()});
+    }
+
+    // Packs a small run: Ne at 10 ms, TH at 25 ms, LAF1 on VM3 at 100 ms, laps.
+    std::string PackSmallRun(int susMode = 0) const {
+        LogHeader header;
+        header.SetWord(SettingWord::Sus, static_cast<std::int16_t>(susMode));
+        header.SetSampleTime(0, 10);
+        header.SetSampleTime(1, 25);
+        header.SetSampleTime(9, 100);
+        header.SetWord(SettingWord::ThClose, 100);
+        header.SetWord(SettingWord::ThOpen, 900);
+        header.SetWord(SettingWord::LapOn, 1);
+        header.SetWord(SettingWord::Laf, 1);
+        header.SetWord(SettingWord::Reserved40, 10);
+        const auto bytes = header.ToBytes();
+        WriteText(folder / "header.bin", std::string(bytes.begin(), bytes.end()));
+
+        std::vector<std::int16_t> ne(1000);
+        for (std::size_t i = 0; i < ne.size(); ++i) {
+            ne[i] = static_cast<std::int16_t>(100 + i % 400);
+        }
+        WriteWords16(folder / "ne.bin", ne);
+        WriteWords16(folder / "th.bin", std::vector<std::int16_t>(400, 125));
+        WriteWords16(folder / "vm3.bin", std::vector<std::int16_t>(100, 512));
+        std::vector<std::int16_t> lap(40, 0);
+        lap[9] = 1;   // 3000 ms
+        lap[19] = 11; // 6000 - 50 ms
+        lap[35] = 1;  // 10800 ms
+        WriteWords16(folder / "lap.bin", lap);
+
+        const std::string out = (folder / "small.rlg").string();
+        const auto packed = Cli({"pack", "--header", (folder / "header.bin").string(), "--stream",
+                                 "Ne=" + (folder / "ne.bin").string(), "--stream",
+                                 "TH=" + (folder / "th.bin").string(), "--stream",
+                                 "VM3=" + (folder / "vm3.bin").string(), "--stream",
+                                 "LAP=" + (folder / "lap.bin").string(), out});
+        EXPECT_EQ(packed.status, 0) << packed.err;
+        return out;
+    }
+
+    TempFolder folder;
+};
+
+TEST_F(CliTest, InfoOfAPackedRun) {
+    const auto info = Cli({"info", PackSmallRun(), "--json"});
+    ASSERT_EQ(info.status, 0) << info.err;
+    const json result = json::parse(info.out);
+    EXPECT_EQ(result["MeasureTime"], 10000);
+    EXPECT_EQ(result["MinSampleTime"], 10);
+    EXPECT_EQ(result["DeployCount"], 12);
+    EXPECT_EQ(result["header"]["SampleTime"],
+              json::parse("[10,25,0,0,0,0,0,0,0,100,0]"));
+    EXPECT_EQ(result["header"]["LafMode"], 1);
+    ASSERT_EQ(result["slots"].size(), 12u);
+    EXPECT_EQ(result["slots"][9], json::parse(R"({"slot":9,"channel":13,"name":"LAF1","exists":true})"));
+    EXPECT_EQ(result["slots"][2]["exists"], false);
+    EXPECT_EQ(result["laps"], json::parse("[3000,5950,10800]"));
+    EXPECT_EQ(result["BestLap"], 2950);
+    // The private deployment folder is gone again; TMP was not used for it.
+    EXPECT_TRUE(std::filesystem::is_directory(folder / "home" / "TMP"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "home" / "INT" / "LAF_DATA.CSV"));
+}
+
+TEST_F(CliTest, ValuesConvertWithTheTableOfTheHomeFolder) {
+    const std::string run = PackSmallRun();
+    auto values = Cli({"values", run, "--at", "0,10,15,1000", "--json"});
+    ASSERT_EQ(values.status, 0) << values.err;
+    json rows = json::parse(values.out);
+    ASSERT_EQ(rows.size(), 4u);
+    EXPECT_EQ(rows[0]["values"]["Ne"], 0);
+    EXPECT_EQ(rows[1]["values"]["Ne"], 2000);
+    EXPECT_EQ(rows[2]["values"]["Ne"], 2010); // halfway between 100 and 101 words
+    EXPECT_EQ(rows[3]["values"]["TH"], 50);
+    EXPECT_EQ(rows[3]["values"]["LAP"], 0);
+    const double laf = rows[3]["values"]["LAF1"];
+    EXPECT_NEAR(laf, 9.0 + 512.0 / 1023 * 5 * 1.8, 0.02);
+    EXPECT_FALSE(rows[3]["values"].contains("VFW"));
+
+    WriteText(folder / "home" / "INT" / "LAF_DATA.CSV", "0,0\r\n50,5\r\n");
+    values = Cli({"values", run, "--at", "1000", "--json"});
+    rows = json::parse(values.out);
+    EXPECT_NEAR(rows[0]["values"]["LAF1"].get<double>(), 512.0 / 1023 * 50, 1e-9);
+}
+
+TEST_F(CliTest, LapsListStartEndAndTime) {
+    const auto laps = Cli({"laps", PackSmallRun(), "--json"});
+    ASSERT_EQ(laps.status, 0) << laps.err;
+    EXPECT_EQ(json::parse(laps.out),
+              json::parse(R"({"laps":[{"lap":1,"start":3000,"end":5950,"time":2950},
+                                      {"lap":2,"start":5950,"end":10800,"time":4850}],
+                              "best":2950})"));
+}
+
+TEST_F(CliTest, UnpackWritesNamedStreams) {
+    const std::string run = PackSmallRun();
+    std::filesystem::create_directory(folder / "out");
+    const auto unpacked = Cli({"unpack", run, (folder / "out").string(), "--number", "121"});
+    ASSERT_EQ(unpacked.status, 0) << unpacked.err;
+    EXPECT_EQ(unpacked.out, "result 0\nDeployCount 12\n");
+    EXPECT_EQ(std::filesystem::file_size(folder / "out" / "Ne-121.tmp"), 2000u);
+    EXPECT_EQ(std::filesystem::file_size(folder / "out" / "VFW-121.tmp"), 0u);
+
+    const auto refused = Cli({"unpack", run, (folder / "missing").string()});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.out, "result -3\nDeployCount 0\n");
+    EXPECT_EQ(refused.err, "Can not make the file after deployment.\n");
+}
+
+TEST_F(CliTest, RefusedFilesGiveTheMessageAndStatusOne) {
+    const std::string missing = (folder / "none.rlg").string();
+    auto result = Cli({"info", missing});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "[" + missing + "]Can not find the specified log file.\n");
+
+    WriteText(folder / "empty.rlg", "");
+    result = Cli({"info", (folder / "empty.rlg").string()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "There is No data in a file.\n");
+
+    WriteText(folder / "text.rlg", "this is no logging file at all");
+    result = Cli({"values", (folder / "text.rlg").string(), "--at", "10"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "File access error.\n");
+
+    result = Cli({"laps", PackSmallRun(4)});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "A file format is not correct.\n");
+}
+
+TEST_F(CliTest, BadArgumentsAreRefused) {
+    WriteText(folder / "short.bin", "too short");
+    auto result = Cli({"pack", "--header", (folder / "short.bin").string(),
+                       (folder / "x.rlg").string()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_FALSE(std::filesystem::exists(folder / "x.rlg"));
+
+    PackSmallRun();
+    result = Cli({"pack", "--header", (folder / "header.bin").string(), "--stream",
+                  "RPM=" + (folder / "ne.bin").string(), (folder / "x.rlg").string()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err.find("Unknown stream"), std::string::npos);
+
+    WriteText(folder / "odd.bin", "abc");
+    result = Cli({"pack", "--header", (folder / "header.bin").string(), "--stream",
+                  "Ne=" + (folder / "odd.bin").string(), (folder / "x.rlg").string()});
+    EXPECT_EQ(result.status, 1);
+
+    result = Cli({"values", (folder / "small.rlg").string(), "--at", "10,abc"});
+    EXPECT_NE(result.status, 0);
+    EXPECT_NE(Cli({"frobnicate"}).status, 0);
+}
+
+TEST_F(CliTest, EveryCommandHasHelp) {
+    for (const char* command : {"pack", "unpack", "info", "values", "laps", "generate"}) {
+        const auto help = Cli({command, "--help"});
+        EXPECT_EQ(help.status, 0) << command;
+        EXPECT_NE(help.out.find("Usage"), std::string::npos) << command;
+    }
+}
+
+TEST_F(CliTest, GeneratedRunsAreDeterministicAndRealistic) {
+    const std::string first = (folder / "a.rlg").string();
+    const std::string second = (folder / "b.rlg").string();
+    ASSERT_EQ(Cli({"generate", first, "--minutes", "5", "--seed", "7"}).status, 0);
+    ASSERT_EQ(Cli({"generate", second, "--minutes", "5", "--seed", "7"}).status, 0);
+    EXPECT_EQ(torvane::testing::ReadText(first), torvane::testing::ReadText(second));
+
+    const auto info = Cli({"info", first, "--json"});
+    ASSERT_EQ(info.status, 0) << info.err;
+    const json result = json::parse(info.out);
+    EXPECT_EQ(result["MeasureTime"], 300000);
+    EXPECT_GE(result["laps"].size(), 2u);
+    EXPECT_GT(result["BestLap"].get<double>(), 60000);
+    for (const auto& slot : result["slots"]) {
+        EXPECT_TRUE(slot["exists"].get<bool>()) << slot;
+    }
+
+    const auto values = Cli({"values", first, "--at", "120000", "--json"});
+    const json row = json::parse(values.out)[0]["values"];
+    EXPECT_GT(row["Ne"].get<double>(), 1000);
+    EXPECT_LT(row["Ne"].get<double>(), 16000);
+    EXPECT_GE(row["TH"].get<double>(), 0);
+    EXPECT_LE(row["TH"].get<double>(), 100);
+    EXPECT_GT(row["VB"].get<double>(), 11);
+    EXPECT_GT(row["LAF1"].get<double>(), 10);
+    EXPECT_LT(row["LAF1"].get<double>(), 17);
+
+    WriteText(folder / "bad-setting.dat", "short");
+    EXPECT_EQ(Cli({"generate", second, "--setting", (folder / "bad-setting.dat").string()}).status,
+              1);
+}
+
+} // namespace
+} // namespace torvane::cli
