@@ -1,0 +1,133 @@
+// Deploying the largest run that the logger's memory holds, against writing the same deployed
+// bytes with plain sequential writes in the same run.
+
+#include "logdata/channels.h"
+#include "ratio_reporter.h"
+#include "rlg_container.h"
+#include "vehicle/demo_setting.h"
+#include "vehicle/generate_run.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+namespace {
+
+namespace fs = std::filesystem;
+using torvane::logdata::LogHeader;
+using torvane::logdata::SettingWord;
+
+// Nine analogue channels at 5 ms with one byte a sample are 540 bytes per 300 ms; 28 MiB of
+// logging memory then hold 28 MiB * 300 ms / 540 bytes = 271.8 minutes, about 4.5 hours.
+constexpr double LargestRunMinutes = 29360128.0 * 300.0 / 540.0 / 60000.0;
+
+LogHeader LargestRunSetting() {
+    LogHeader setting = torvane::sim::DemoSetting();
+    for (int entry : {0, 1, 2, 3, 6, 7, 8, 9, 10}) {
+        setting.SetSampleTime(entry, 5);
+    }
+    setting.SetSampleTime(4, 300);
+    setting.SetSampleTime(5, 300);
+    setting.SetWord(SettingWord::LapOn, 1);
+    return setting;
+}
+
+struct Fixture {
+    fs::path folder;
+    fs::path logFile;
+    std::vector<std::uintmax_t> streamSizes;
+
+    Fixture() {
+        std::random_device entropy;
+        folder = fs::temp_directory_path() / ("torvane-bench-" + std::to_string(entropy()));
+        fs::create_directories(folder / "out");
+        logFile = folder / "LARGEST.rlg";
+        const LogHeader setting = LargestRunSetting();
+        torvane::rlg::RlgWriter writer(setting.ToBytes(),
+                                       {torvane::logdata::StreamNames.begin(),
+                                        torvane::logdata::StreamNames.end()});
+        torvane::sim::GenerateRun(setting, LargestRunMinutes * 60000.0, 1,
+                                  [&](int stream, std::span<const std::int16_t> samples) {
+                                      writer.Append(static_cast<std::size_t>(stream), samples);
+                                  });
+        torvane::rlg::WriteFileAtomically(logFile, writer.Finish());
+        torvane::rlg::HeaderBytes header{};
+        torvane::rlg::DeployStats stats;
+        torvane::rlg::Deploy(logFile, folder / "out", 10, header, stats);
+        for (const auto& name : torvane::logdata::StreamNames) {
+            streamSizes.push_back(
+                fs::file_size(folder / "out" / torvane::rlg::StreamFileName(name, 10)));
+        }
+        std::printf("largest run: %.1f minutes, %.1f MB logging file, %.1f MB deployed\n",
+                    LargestRunMinutes, static_cast<double>(fs::file_size(logFile)) / 1e6,
+                    static_cast<double>(DeployedBytes()) / 1e6);
+    }
+    ~Fixture() {
+        std::error_code error;
+        fs::remove_all(folder, error);
+    }
+    std::uintmax_t DeployedBytes() const {
+        std::uintmax_t total = 0;
+        for (auto size : streamSizes) {
+            total += size;
+        }
+        return total;
+    }
+};
+
+Fixture& Shared() {
+    static Fixture fixture;
+    return fixture;
+}
+
+void DeployLargestRun(benchmark::State& state) {
+    Fixture& fixture = Shared();
+    for (auto _ : state) {
+        torvane::rlg::HeaderBytes header{};
+        torvane::rlg::DeployStats stats;
+        const int result = torvane::rlg::Deploy(fixture.logFile, fixture.folder / "out", 10,
+                                                header, stats);
+        if (result != 0) {
+            state.SkipWithError("deployment failed");
+        }
+        benchmark::DoNotOptimize(stats);
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * fixture.DeployedBytes()));
+}
+
+// The same files, the same bytes, written with plain sequential writes of 64 KiB.
+void SequentialWriteBaseline(benchmark::State& state) {
+    Fixture& fixture = Shared();
+    std::vector<char> block(64 * 1024, 'x');
+    for (auto _ : state) {
+        for (std::size_t i = 0; i < fixture.streamSizes.size(); ++i) {
+            std::ofstream out(fixture.folder / "out" / ("plain-" + std::to_string(i) + ".tmp"),
+                              std::ios::binary | std::ios::trunc);
+            for (std::uintmax_t left = fixture.streamSizes[i]; left > 0;) {
+                const auto chunk = static_cast<std::streamsize>(
+                    std::min<std::uintmax_t>(left, block.size()));
+                out.write(block.data(), chunk);
+                left -= static_cast<std::uintmax_t>(chunk);
+            }
+        }
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * fixture.DeployedBytes()));
+}
+
+BENCHMARK(SequentialWriteBaseline)->Unit(benchmark::kMillisecond)->MinTime(2.0);
+BENCHMARK(DeployLargestRun)->Unit(benchmark::kMillisecond)->MinTime(2.0);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    Shared();
+    torvane::bench::RatioReporter reporter(
+        torvane::bench::RatioReporter::Ratios{{"DeployLargestRun", "SequentialWriteBaseline"}});
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return 0;
+}
