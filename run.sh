@@ -17,6 +17,6 @@ fi
 data="${TORVANE_HOME:-$PWD/$bin}/DATA"
 mkdir -p "$data"
 demo="$data/DEMO.rlg"
-"$bin/torvane-cli" generate "$demo" --minutes 5 --seed 1
+"$bin/torvane-cli" generate "$demo" --minutes 10 --seed 1
 echo "Demo run: $demo"
 "$bin/torvane-cli" info "$demo"

@@ -76,6 +76,9 @@ TEST(ShortestText, RoundTripsWithoutNoise) {
     EXPECT_EQ(ShortestText(0.28), "0.28");
     EXPECT_EQ(ShortestText(9.0), "9");
     EXPECT_EQ(ShortestText(12000), "12000");
+    EXPECT_EQ(ShortestText(300000), "300000");
+    EXPECT_EQ(ShortestText(-0.0005), "-0.0005");
+    EXPECT_EQ(ShortestText(1e20), "1e+20");
     EXPECT_EQ(ShortestText(0.1 + 0.2), "0.30000000000000004");
 }
 

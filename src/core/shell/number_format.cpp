@@ -135,8 +135,14 @@ std::string FormatTime(double milliseconds) {
 }
 
 std::string ShortestText(double value) {
-    std::array<char, 32> buffer{};
-    const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    // Plain digits for the magnitudes people read (300000, not 3e+05); an exponent only where
+    // plain digits would run long.
+    const double magnitude = std::fabs(value);
+    const bool plain = magnitude == 0.0 || (magnitude >= 1e-4 && magnitude < 1e15);
+    std::array<char, 64> buffer{};
+    const auto result =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                      plain ? std::chars_format::fixed : std::chars_format::general);
     return std::string(buffer.data(), result.ptr);
 }
 
