@@ -1,0 +1,134 @@
+#include "graph/scale.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+namespace torvane::graph {
+namespace {
+
+ScaleRecord Scale(int channel, int zoom) {
+    ScaleRecord scale;
+    EXPECT_TRUE(ScaleFor(channel, zoom, scale)) << "channel " << channel << " zoom " << zoom;
+    return scale;
+}
+
+TEST(ScaleFor, EndsOfTheTable) {
+    //                              Pitch Divisor AxisMax Min Label  Grid  FullScale
+    EXPECT_EQ(Scale(0, 0), (ScaleRecord{10, 1, 40000, 0, 40000, 40000, 30000}));
+    EXPECT_EQ(Scale(0, 9), (ScaleRecord{10, 1, 20000, 0, 500, 100, 30000}));
+    EXPECT_EQ(Scale(15, 0), (ScaleRecord{10, 1, 300, 0, 300, 300, 100}));
+    EXPECT_EQ(Scale(15, 9), (ScaleRecord{25, 1, 50, 0, 5, 1, 100}));
+}
+
+TEST(ScaleFor, RowsWithTheirOwnPitchAndDivisor) {
+    EXPECT_EQ(Scale(1, 9), (ScaleRecord{15, 10, 1000, 0, 100, 20, 200}));
+    EXPECT_EQ(Scale(5, 3), (ScaleRecord{8, 1, 50, 0, 25, 5, 200}));
+    EXPECT_EQ(Scale(6, 6), (ScaleRecord{10, 10, 200, 0, 50, 5, 25}));
+    EXPECT_EQ(Scale(10, 0), (ScaleRecord{10, 100, 1000, 0, 1000, 1000, 5}));
+    EXPECT_EQ(Scale(12, 4), (ScaleRecord{15, 1, 200, 0, 50, 25, 200}));
+    EXPECT_EQ(Scale(14, 3), (ScaleRecord{12, 1, 50, 0, 25, 5, 100}));
+    EXPECT_EQ(Scale(3, 5), (ScaleRecord{5, 1, 300, 0, 50, 10, 400}));
+}
+
+TEST(ScaleFor, ChannelsOfOneKindShareTheirScales) {
+    const std::array<std::array<int, 2>, 7> pairs{
+        {{2, 3}, {4, 5}, {7, 8}, {7, 9}, {7, 10}, {11, 12}, {13, 14}}};
+    for (const auto& [first, second] : pairs) {
+        for (int zoom = 0; zoom <= MaxScaleNumber; ++zoom) {
+            EXPECT_EQ(Scale(first, zoom), Scale(second, zoom)) << first << "/" << second;
+        }
+    }
+}
+
+TEST(ScaleFor, NumbersOutsideTheTableLeaveTheRecordAlone) {
+    const ScaleRecord before{1, 2, 3, 4, 5, 6, 7};
+    for (const auto& [channel, zoom] :
+         std::array<std::array<int, 2>, 5>{{{0, 10}, {15, 10}, {0, -1}, {16, 0}, {-1, 3}}}) {
+        ScaleRecord scale = before;
+        EXPECT_FALSE(ScaleFor(channel, zoom, scale));
+        EXPECT_EQ(scale, before);
+    }
+}
+
+TEST(DefaultScale, ScaleNumberPerChannel) {
+    constexpr std::array<int, 16> expected{6, 4, 5, 5, 8, 8, 5, 4, 4, 4, 4, 4, 4, 5, 5, 7};
+    for (int channel = 0; channel < 16; ++channel) {
+        ScaleRecord scale;
+        int zoom = -1;
+        ASSERT_TRUE(DefaultScale(channel, scale, zoom));
+        EXPECT_EQ(zoom, expected[static_cast<std::size_t>(channel)]) << channel;
+        EXPECT_EQ(scale, Scale(channel, zoom));
+    }
+    ScaleRecord scale;
+    int zoom = 0;
+    EXPECT_FALSE(DefaultScale(99, scale, zoom));
+}
+
+TEST(BandHeight, WholeGridStepsTimesPitch) {
+    EXPECT_EQ(BandHeight(Scale(0, 6)), 400);                          // 20000 / 500 * 10
+    EXPECT_EQ(BandHeight(Scale(11, 4)), 120);                         // 200 / 25 = 8 steps of 15
+    EXPECT_EQ(BandHeight(Scale(0, 6), 15000), 300);                   // the item's own top
+    EXPECT_EQ(BandHeight(Scale(0, 6), 499), 0);                       // a part step counts nothing
+    EXPECT_EQ(BandHeight(ScaleRecord{10, 1, 100, 0, 10, 0, 100}), 0); // no grid step
+}
+
+ScaleRecord Formula(double maxValue, int zoom) {
+    ScaleRecord scale;
+    EXPECT_TRUE(FormulaScale(maxValue, zoom, scale));
+    return scale;
+}
+
+TEST(FormulaScale, BaseAndDivisorFollowTheMaximum) {
+    struct Case {
+        double Max;
+        std::int32_t Base;
+        std::int32_t Divisor;
+        std::int32_t FullScale;
+    };
+    for (const Case& c : std::array<Case, 10>{{{-5.0, 1000, 100000, -5},
+                                               {0.01, 1000, 100000, 0},
+                                               {0.011, 1000, 10000, 0},
+                                               {0.5, 1000, 1000, 0}, // half to even
+                                               {1.5, 1000, 100, 2},
+                                               {10.0, 1000, 100, 10},
+                                               {100.0, 1000, 10, 100},
+                                               {100.5, 100, 1, 100},
+                                               {101.0, 101, 1, 101},
+                                               {101.5, 102, 1, 102}}}) {
+        const ScaleRecord scale = Formula(c.Max, 0);
+        EXPECT_EQ(scale.AxisMax, c.Base) << c.Max;
+        EXPECT_EQ(scale.Divisor, c.Divisor) << c.Max;
+        EXPECT_EQ(scale.FullScale, c.FullScale) << c.Max;
+        EXPECT_EQ(scale.AxisMin, 0);
+    }
+}
+
+TEST(FormulaScale, StepsByScaleNumberRoundHalfToEven) {
+    EXPECT_EQ(Formula(1000, 0), (ScaleRecord{10, 1, 1000, 0, 1000, 1000, 1000}));
+    EXPECT_EQ(Formula(50, 4), (ScaleRecord{15, 10, 1000, 0, 500, 100, 50}));
+    EXPECT_EQ(Formula(50, 8), (ScaleRecord{15, 10, 1000, 0, 100, 20, 50}));
+    EXPECT_EQ(Formula(101, 1).GridStep, 50); // 50.5
+    EXPECT_EQ(Formula(103, 1).GridStep, 52); // 51.5
+    EXPECT_EQ(Formula(150, 9).GridStep, 2);  // 1.5
+    EXPECT_EQ(Formula(250, 9).GridStep, 2);  // 2.5
+    EXPECT_EQ(Formula(250, 9).LabelStep, 10);
+    EXPECT_EQ(Formula(330, 6).LabelStep, 66);
+    EXPECT_EQ(Formula(330, 6).GridStep, 13); // 13.2
+    EXPECT_EQ(Formula(330, 6).Pitch, 15);
+}
+
+TEST(FormulaScale, DefaultIsScaleNumberThreeAndTenIsRefused) {
+    ScaleRecord scale;
+    ASSERT_TRUE(DefaultFormulaScale(400, scale));
+    EXPECT_EQ(scale, Formula(400, 3));
+    EXPECT_EQ(scale.LabelStep, 200);
+    EXPECT_EQ(scale.GridStep, 40);
+
+    const ScaleRecord before = scale;
+    EXPECT_FALSE(FormulaScale(400, 10, scale));
+    EXPECT_EQ(scale, before);
+}
+
+} // namespace
+} // namespace torvane::graph

@@ -1,0 +1,89 @@
+#pragma once
+// LAYOUT.DAT images built by hand, byte by byte, to hold the store's own encoding against.
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace torvane::testing {
+
+class ByteImage {
+public:
+    ByteImage& U8(std::uint8_t value) {
+        bytes.push_back(value);
+        return *this;
+    }
+    ByteImage& I16(std::int16_t value) { return Little(static_cast<std::uint16_t>(value), 2); }
+    ByteImage& I32(std::int32_t value) { return Little(static_cast<std::uint32_t>(value), 4); }
+    ByteImage& Name(const std::string& name) {
+        for (std::size_t i = 0; i < 20; ++i) {
+            U8(i < name.size() ? static_cast<std::uint8_t>(name[i]) : 0);
+        }
+        return *this;
+    }
+    ByteImage& Append(const std::vector<std::uint8_t>& more) {
+        bytes.insert(bytes.end(), more.begin(), more.end());
+        return *this;
+    }
+    std::vector<std::uint8_t> bytes;
+
+private:
+    ByteImage& Little(std::uint32_t value, int size) {
+        for (int i = 0; i < size; ++i) {
+            U8(static_cast<std::uint8_t>(value >> (8 * i)));
+        }
+        return *this;
+    }
+};
+
+struct StoredItem {
+    std::uint8_t View, Color, Line, Point, Grid, Zoom;
+    std::int16_t Top, Bottom;
+    std::int32_t Max, Min;
+};
+
+inline std::vector<std::uint8_t> HeadBytes(std::int32_t shown, std::int32_t top,
+                                           std::int32_t left) {
+    return ByteImage().I32(shown).I32(top).I32(left).bytes;
+}
+
+inline std::vector<std::uint8_t> RecordBytes(const std::array<StoredItem, 16>& items,
+                                             std::int16_t pixelsPerStep, std::int32_t msPerGrid,
+                                             std::int32_t msPerStep, const std::string& name) {
+    ByteImage image;
+    for (const StoredItem& item : items) {
+        image.U8(item.View).U8(item.Color).U8(item.Line).U8(item.Point).U8(item.Grid);
+        image.U8(item.Zoom).I16(item.Top).I16(item.Bottom).I32(item.Max).I32(item.Min);
+    }
+    return image.I16(pixelsPerStep).I32(msPerGrid).I32(msPerStep).Name(name).bytes;
+}
+
+// The factory items, each band's bottom worked out from its default scale.
+inline constexpr std::array<StoredItem, 16> FactoryItems{{
+    {1, 1, 1, 1, 1, 6, -60, 340, 15000, 5000}, // Ne: 20000 / 500 * 10
+    {1, 12, 1, 1, 1, 4, 260, 360, 1000, 0},    // TH: 1000 / 100 * 10
+    {1, 6, 1, 1, 1, 5, 520, 670, 300, 50},     // VFW: 300 / 10 * 5
+    {0, 6, 1, 1, 0, 5, 360, 510, 300, 50},
+    {1, 7, 1, 1, 1, 8, 80, 480, 5, 0}, // DETO1: 20 / 1 * 20
+    {0, 1, 1, 1, 1, 8, 350, 750, 5, 0},
+    {1, 4, 1, 1, 0, 5, 435, 635, 150, 100}, // VB: 200 / 10 * 10
+    {0, 1, 1, 1, 0, 4, 450, 575, 0, 0},     // VM1: 500 / 20 * 5
+    {0, 1, 1, 1, 0, 4, 480, 605, 0, 0},
+    {0, 1, 1, 1, 0, 4, 510, 635, 0, 0},
+    {0, 1, 1, 1, 0, 4, 540, 665, 0, 0},
+    {0, 1, 1, 1, 0, 4, 60, 180, 0, 0}, // FRSUS: 200 / 25 * 15
+    {0, 1, 1, 1, 0, 4, 90, 210, 0, 0},
+    {0, 1, 1, 1, 0, 5, 510, 710, 0, 0}, // LAF1: 20 / 1 * 10
+    {0, 1, 1, 1, 0, 5, 540, 740, 0, 0},
+    {0, 1, 1, 1, 0, 7, 400, 900, 0, 0}, // LAP: 100 / 2 * 10
+}};
+
+inline std::vector<std::uint8_t> FactoryFileBytes() {
+    return ByteImage()
+        .Append(HeadBytes(0, 3000, 400))
+        .Append(RecordBytes(FactoryItems, 1, 10000, 100, "INITIALIZE"))
+        .bytes;
+}
+
+} // namespace torvane::testing

@@ -1,0 +1,326 @@
+#include "layout/default_layout.h"
+#include "layout/layout_store.h"
+#include "layout_bytes.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <fstream>
+#include <iterator>
+#include <sys/resource.h>
+
+namespace torvane::layout {
+namespace {
+
+namespace fs = std::filesystem;
+using graph::DisplaySet;
+using testing::ByteImage;
+using testing::FactoryFileBytes;
+using testing::HeadBytes;
+using testing::RecordBytes;
+
+std::vector<std::uint8_t> ReadBytes(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void WriteBytes(const fs::path& file, const std::vector<std::uint8_t>& bytes) {
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+}
+
+// A record that needs no repair, told apart from the others by its name and the top of its Ne
+// band.
+std::vector<std::uint8_t> Record(const std::string& name, std::int16_t neTop) {
+    auto items = testing::FactoryItems;
+    items[0].Top = neTop;
+    items[5].Grid = 0; // hidden with its grid on would be repaired
+    return RecordBytes(items, 2, 20000, 200, name);
+}
+
+std::vector<std::uint8_t> FileOf(const std::vector<std::string>& names) {
+    ByteImage image;
+    image.Append(HeadBytes(1, 120, 240));
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        image.Append(Record(names[i], static_cast<std::int16_t>(i)));
+    }
+    return image.bytes;
+}
+
+// "INITIALIZE", then "L1", "L2" ... up to count names in all.
+std::vector<std::string> NumberedNames(int count) {
+    std::vector<std::string> names{"INITIALIZE"};
+    for (int i = 1; i < count; ++i) {
+        std::string name = std::to_string(i);
+        name.insert(0, 1, 'L');
+        names.push_back(name);
+    }
+    return names;
+}
+
+class LayoutStoreTest : public ::testing::Test {
+protected:
+    LayoutStoreTest() { fs::create_directories(paths_.InitDir()); }
+
+    fs::path File() const { return paths_.InitDir() / "LAYOUT.DAT"; }
+    std::vector<std::string> Names() const { return store_.GetLayoutNames(); }
+    std::int16_t NeTop(int index) const {
+        DisplaySet record;
+        EXPECT_TRUE(store_.GetLayout(index, record));
+        return record.Items[0].Top;
+    }
+    void ExpectOneError(int number) {
+        ASSERT_EQ(sink_.messages.size(), 1u);
+        const std::string& text = sink_.messages[0].text;
+        std::string prefix = "Error(";
+        prefix += std::to_string(number);
+        prefix += ")\r";
+        EXPECT_TRUE(text.starts_with(prefix)) << text;
+        EXPECT_EQ(sink_.messages[0].icon, shell::icons::Stop);
+        sink_.messages.clear();
+    }
+
+    torvane::testing::TempFolder folder_;
+    shell::AppPaths paths_{folder_.Path()};
+    shell::RecordingSink sink_;
+    LayoutStore store_{paths_, sink_};
+};
+
+TEST_F(LayoutStoreTest, MissingFileIsMadeAtFirstUse) {
+    EXPECT_EQ(Names(), std::vector<std::string>{"INITIALIZE"}); // before any file
+    ASSERT_TRUE(store_.LoadLayouts());
+    EXPECT_EQ(ReadBytes(File()), FactoryFileBytes());
+    EXPECT_EQ(store_.ToolBox(), (ToolBoxPlace{false, 3000, 400}));
+    EXPECT_EQ(Names(), std::vector<std::string>{"INITIALIZE"});
+    EXPECT_TRUE(sink_.messages.empty());
+}
+
+TEST_F(LayoutStoreTest, ReadsAndRewritesAFileByteForByte) {
+    const auto image = FileOf({"INITIALIZE", "Dry", "Wet"});
+    WriteBytes(File(), image);
+    ASSERT_TRUE(store_.LoadLayouts());
+    EXPECT_EQ(Names(), (std::vector<std::string>{"INITIALIZE", "Dry", "Wet"}));
+    EXPECT_EQ(store_.ToolBox(), (ToolBoxPlace{true, 120, 240}));
+    EXPECT_EQ(NeTop(2), 2);
+    ASSERT_TRUE(store_.SaveLastLayout(store_.ToolBox()));
+    EXPECT_EQ(ReadBytes(File()), image);
+}
+
+TEST_F(LayoutStoreTest, WrongLengthIsReplacedSilently) {
+    auto image = FileOf({"INITIALIZE", "Dry"});
+    image.push_back(0);
+    WriteBytes(File(), image);
+    ASSERT_TRUE(store_.LoadLayouts());
+    EXPECT_EQ(ReadBytes(File()), FactoryFileBytes());
+    EXPECT_EQ(Names(), std::vector<std::string>{"INITIALIZE"});
+    EXPECT_TRUE(sink_.messages.empty());
+}
+
+TEST_F(LayoutStoreTest, FileShorterThanItsHeadIsKeptAndReadsNoRecord) {
+    WriteBytes(File(), {1, 0, 0, 0, 9});
+    ASSERT_TRUE(store_.LoadLayouts());
+    EXPECT_EQ(ReadBytes(File()).size(), 5u);
+    EXPECT_TRUE(store_.ToolBox().Shown);
+    EXPECT_EQ(Names(), std::vector<std::string>{"INITIALIZE"}); // a window still has a start
+}
+
+TEST_F(LayoutStoreTest, RepairsOnLoadAndTheRepairedTimeScaleStays) {
+    auto items = testing::FactoryItems;
+    items[5].Bottom = 0;
+    items[7].View = 5;
+    auto image = ByteImage().Append(HeadBytes(0, 1, 2)).Append(RecordBytes(items, 1, 0, 100, "X"));
+    WriteBytes(File(), image.bytes);
+    ASSERT_TRUE(store_.LoadLayouts());
+    DisplaySet record;
+    ASSERT_TRUE(store_.GetLayout(0, record));
+    EXPECT_EQ(record.Time, (graph::TimeScale{1, 5, 500}));
+    EXPECT_EQ(record.Items[5].Bottom, 0);
+    EXPECT_EQ(record.Items[7].View, 1);
+    // The file keeps what it had until record 0 is saved.
+    EXPECT_EQ(ReadBytes(File()), image.bytes);
+    ASSERT_TRUE(store_.SaveLastLayout({}));
+    ASSERT_TRUE(store_.LoadLayouts());
+    ASSERT_TRUE(store_.GetLayout(0, record));
+    EXPECT_EQ(record.Time, (graph::TimeScale{1, 5, 500}));
+}
+
+TEST_F(LayoutStoreTest, TwelveRecordsReadElevenAndDeleteWritesOnlyThose) {
+    const auto names = NumberedNames(12);
+    const auto image = FileOf(names);
+    WriteBytes(File(), image);
+    ASSERT_TRUE(store_.LoadLayouts());
+    EXPECT_EQ(store_.Count(), 11);
+
+    ASSERT_TRUE(store_.DeleteLayout(3));
+    const auto after = ReadBytes(File());
+    ASSERT_EQ(after.size(), 12u + 318u * 10u);
+    // Head and records 0..2 as they were, then 4..10 moved up one place.
+    EXPECT_TRUE(std::equal(after.begin(), after.begin() + 12 + 318 * 3, image.begin()));
+    EXPECT_TRUE(
+        std::equal(after.begin() + 12 + 318 * 3, after.end(), image.begin() + 12 + 318 * 4));
+    EXPECT_EQ(Names(), (std::vector<std::string>{"INITIALIZE", "L1", "L2", "L4", "L5", "L6", "L7",
+                                                 "L8", "L9", "L10"}));
+    EXPECT_EQ(NeTop(3), 4);
+    EXPECT_FALSE(store_.DeleteLayout(10)); // no such record any more
+    EXPECT_FALSE(store_.DeleteLayout(-1));
+    EXPECT_EQ(ReadBytes(File()), after);
+}
+
+TEST_F(LayoutStoreTest, SaveOverwritesItsNameOrAppends) {
+    WriteBytes(File(), FileOf({"INITIALIZE", "Dry"}));
+    ASSERT_TRUE(store_.LoadLayouts());
+    DisplaySet display = DefaultLayout();
+    display.Items[0].Top = 77;
+    store_.SetPendingLayout(display, {3, 4000, 50});
+
+    ASSERT_TRUE(store_.SaveLayout("Dry"));
+    EXPECT_EQ(Names(), (std::vector<std::string>{"INITIALIZE", "Dry"}));
+    EXPECT_EQ(NeTop(1), 77);
+    DisplaySet saved;
+    store_.GetLayout(1, saved);
+    EXPECT_EQ(saved.Time, (graph::TimeScale{3, 4000, 50}));
+
+    // The search starts after record 0, so its name makes a new record.
+    ASSERT_TRUE(store_.SaveLayout("INITIALIZE"));
+    EXPECT_EQ(Names(), (std::vector<std::string>{"INITIALIZE", "Dry", "INITIALIZE"}));
+    EXPECT_EQ(NeTop(0), 0);
+    EXPECT_EQ(ReadBytes(File()).size(), 12u + 318u * 3u);
+}
+
+TEST_F(LayoutStoreTest, FullStoreTakesANewNameInItsLastRecord) {
+    const auto names = NumberedNames(11);
+    WriteBytes(File(), FileOf(names));
+    ASSERT_TRUE(store_.LoadLayouts());
+    store_.SetPendingLayout(DefaultLayout(), {1, 10000, 100});
+    ASSERT_TRUE(store_.SaveLayout("New"));
+    EXPECT_EQ(store_.Count(), 11);
+    EXPECT_EQ(Names()[10], "New");
+    EXPECT_EQ(Names()[9], "L9");
+    EXPECT_EQ(ReadBytes(File()).size(), 12u + 318u * 11u);
+}
+
+TEST_F(LayoutStoreTest, LongNameIsCutSoItsFullFormIsNotFoundAgain) {
+    ASSERT_TRUE(store_.LoadLayouts());
+    const std::string name = "Qualifying wet, soft rear"; // 25 bytes
+    ASSERT_TRUE(store_.SaveLayout(name));
+    EXPECT_EQ(Names()[1], "Qualifying wet, soft");
+    ASSERT_TRUE(store_.SaveLayout(name));
+    EXPECT_EQ(store_.Count(), 3);
+    const auto bytes = ReadBytes(File());
+    EXPECT_EQ(std::string(bytes.begin() + 12 + 318 + 298, bytes.begin() + 12 + 318 * 2),
+              "Qualifying wet, soft");
+}
+
+TEST_F(LayoutStoreTest, SaveLastLayoutWritesHeadAndRecordZeroOnly) {
+    const auto image = FileOf({"INITIALIZE", "Dry", "Wet"});
+    WriteBytes(File(), image);
+    ASSERT_TRUE(store_.LoadLayouts());
+    DisplaySet display = DefaultLayout();
+    display.Name = "ignored";
+    display.Items[0].Top = 99;
+    ASSERT_TRUE(store_.SetLayout(0, display, {4, 8000, 40}));
+    EXPECT_FALSE(store_.SetLayout(3, display, {4, 8000, 40}));
+
+    ASSERT_TRUE(store_.SaveLastLayout({false, -10, 20}));
+    auto expected = ByteImage().Append(HeadBytes(0, -10, 20));
+    auto items = testing::FactoryItems;
+    items[0].Top = 99;
+    expected.Append(RecordBytes(items, 4, 8000, 40, "INITIALIZE"));
+    expected.bytes.insert(expected.bytes.end(), image.begin() + 12 + 318, image.end());
+    EXPECT_EQ(ReadBytes(File()), expected.bytes);
+}
+
+// Failures: the operator is told, the file that was there is kept as it was, and the store
+// still has a record 0 to start a window from.
+
+TEST_F(LayoutStoreTest, MissingFolderIsReportedAndLeavesTheFactoryStart) {
+    fs::remove(paths_.InitDir());
+    EXPECT_FALSE(store_.LoadLayouts());
+    ExpectOneError(76);
+    EXPECT_EQ(Names(), std::vector<std::string>{"INITIALIZE"});
+    EXPECT_TRUE(store_.LayoutFilePath().empty());
+    ExpectOneError(76);
+    EXPECT_FALSE(store_.SaveLastLayout({}));
+    ExpectOneError(76);
+}
+
+TEST_F(LayoutStoreTest, AFileWhereTheFolderShouldBeIsKept) {
+    fs::remove(paths_.InitDir());
+    torvane::testing::WriteText(paths_.InitDir(), "not a folder");
+    EXPECT_FALSE(store_.LoadLayouts());
+    ExpectOneError(76);
+    EXPECT_EQ(torvane::testing::ReadText(paths_.InitDir()), "not a folder");
+}
+
+TEST_F(LayoutStoreTest, AFolderInPlaceOfTheFileIsReported) {
+    fs::create_directory(File());
+    EXPECT_FALSE(store_.LoadLayouts());
+    ExpectOneError(75);
+    EXPECT_TRUE(fs::is_directory(File()));
+}
+
+TEST_F(LayoutStoreTest, WritesBlockedByAFolderInTheWayLoseNothing) {
+    const auto image = FileOf({"INITIALIZE", "Dry", "Wet"});
+    WriteBytes(File(), image);
+    ASSERT_TRUE(store_.LoadLayouts());
+    fs::create_directory(paths_.InitDir() / "Layout.tmp");
+
+    EXPECT_FALSE(store_.SaveLayout("New"));
+    ExpectOneError(75);
+    EXPECT_FALSE(store_.DeleteLayout(1));
+    ExpectOneError(75);
+    EXPECT_FALSE(store_.SaveLastLayout({}));
+    ExpectOneError(75);
+    EXPECT_EQ(ReadBytes(File()), image);
+    EXPECT_EQ(Names(), (std::vector<std::string>{"INITIALIZE", "Dry", "Wet"}));
+
+    // A damaged file that cannot be replaced is kept too, and reported this time.
+    auto damaged = image;
+    damaged.resize(331);
+    WriteBytes(File(), damaged);
+    EXPECT_FALSE(store_.LoadLayouts());
+    ExpectOneError(75);
+    EXPECT_EQ(ReadBytes(File()), damaged);
+}
+
+TEST_F(LayoutStoreTest, FullDiskIsReportedAndLosesNothing) {
+    const auto image = FileOf({"INITIALIZE", "Dry"});
+    WriteBytes(File(), image);
+    ASSERT_TRUE(store_.LoadLayouts());
+    rlimit saved{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &saved), 0);
+    const auto savedSignal = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limited = saved;
+    limited.rlim_cur = 100;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limited), 0);
+    const bool written = store_.SaveLastLayout({true, 1, 1});
+    setrlimit(RLIMIT_FSIZE, &saved);
+    std::signal(SIGXFSZ, savedSignal);
+
+    EXPECT_FALSE(written);
+    ExpectOneError(61);
+    EXPECT_EQ(ReadBytes(File()), image);
+    EXPECT_FALSE(fs::exists(paths_.InitDir() / "Layout.tmp"));
+}
+
+TEST_F(LayoutStoreTest, ReadOnlyFolderIsReportedAndLosesNothing) {
+    const auto image = FileOf({"INITIALIZE", "Dry"});
+    WriteBytes(File(), image);
+    fs::permissions(paths_.InitDir(), fs::perms::owner_read | fs::perms::owner_exec);
+    if (std::ofstream probe(paths_.InitDir() / "probe"); probe.is_open()) {
+        probe.close();
+        fs::remove(paths_.InitDir() / "probe");
+        GTEST_SKIP() << "running with rights that ignore a read-only folder";
+    }
+    ASSERT_TRUE(store_.LoadLayouts()); // reading needs no rights to write
+    EXPECT_FALSE(store_.SaveLayout("New"));
+    ExpectOneError(70);
+    EXPECT_FALSE(store_.DeleteLayout(1));
+    ExpectOneError(70);
+    EXPECT_EQ(ReadBytes(File()), image);
+}
+
+} // namespace
+} // namespace torvane::layout
