@@ -1,0 +1,87 @@
+#include "endpoint.h"
+
+#include <charconv>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <unistd.h>
+
+namespace torvane::link {
+namespace {
+
+constexpr std::string_view kUnixPrefix = "unix:";
+constexpr std::string_view kTcpPrefix = "tcp:";
+constexpr std::string_view kLoopback = "127.0.0.1:";
+
+template <typename Number> bool ParseNumber(std::string_view text, Number& value) {
+    const char* end = text.data() + text.size();
+    const auto [stop, failure] = std::from_chars(text.data(), end, value);
+    return failure == std::errc() && stop == end && !text.empty();
+}
+
+} // namespace
+
+std::optional<Endpoint> ParseEndpoint(std::string_view text, std::string& error) {
+    Endpoint endpoint;
+    if (text.starts_with(kUnixPrefix)) {
+        endpoint.kind = Endpoint::Kind::Unix;
+        endpoint.path = std::string(text.substr(kUnixPrefix.size()));
+        if (endpoint.path.empty()) {
+            error = "\"unix:\" needs a socket path";
+            return std::nullopt;
+        }
+        return endpoint;
+    }
+    if (text.starts_with(kTcpPrefix)) {
+        const std::string_view address = text.substr(kTcpPrefix.size());
+        if (!address.starts_with(kLoopback)) {
+            error = "a tcp endpoint must be on 127.0.0.1";
+            return std::nullopt;
+        }
+        endpoint.kind = Endpoint::Kind::Tcp;
+        if (!ParseNumber(address.substr(kLoopback.size()), endpoint.port)) {
+            error = "a tcp endpoint needs a port from 0 to 65535";
+            return std::nullopt;
+        }
+        return endpoint;
+    }
+    error = "the endpoint must be \"unix:PATH\" or \"tcp:127.0.0.1:PORT\"";
+    return std::nullopt;
+}
+
+std::string ToString(const Endpoint& endpoint) {
+    if (endpoint.kind == Endpoint::Kind::Unix) {
+        return std::string(kUnixPrefix) + endpoint.path;
+    }
+    return std::string(kTcpPrefix) + std::string(kLoopback) + std::to_string(endpoint.port);
+}
+
+Endpoint DefaultEndpoint() {
+    Endpoint endpoint;
+    const char* runtime = std::getenv("XDG_RUNTIME_DIR");
+    if (runtime != nullptr && *runtime != '\0') {
+        endpoint.path = std::string(runtime) + "/torvane-logger.sock";
+    } else {
+        endpoint.path = "/tmp/torvane-logger-" + std::to_string(::getuid()) + ".sock";
+    }
+    return endpoint;
+}
+
+std::optional<Endpoint> EndpointFromEnvironment(std::string& error) {
+    const char* text = std::getenv("TORVANE_LOGGER");
+    if (text == nullptr || *text == '\0') {
+        return DefaultEndpoint();
+    }
+    return ParseEndpoint(text, error);
+}
+
+std::chrono::milliseconds ExchangeTimeoutFromEnvironment() {
+    const char* text = std::getenv("TORVANE_LOGGER_TIMEOUT_MS");
+    std::int64_t milliseconds = 0;
+    if (text != nullptr && ParseNumber(std::string_view(text), milliseconds) && milliseconds > 0) {
+        return std::chrono::milliseconds(milliseconds);
+    }
+    return kDefaultExchangeTimeout;
+}
+
+} // namespace torvane::link

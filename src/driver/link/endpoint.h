@@ -1,0 +1,36 @@
+#pragma once
+// Where the logger listens: "unix:PATH" (a stream socket file) or "tcp:127.0.0.1:PORT". TCP is
+// accepted on the loopback address only, because the link carries no authentication: the
+// per-user socket file, created mode 0600, is what keeps other users away.
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace torvane::link {
+
+struct Endpoint {
+    enum class Kind { Unix, Tcp };
+    Kind kind = Kind::Unix;
+    std::string path;       // Unix
+    std::uint16_t port = 0; // Tcp; 0 when listening asks the system for a free port
+};
+
+// Parses "unix:PATH" or "tcp:127.0.0.1:PORT"; nullopt with a reason in error otherwise.
+std::optional<Endpoint> ParseEndpoint(std::string_view text, std::string& error);
+// The text that ParseEndpoint takes back.
+std::string ToString(const Endpoint& endpoint);
+// $XDG_RUNTIME_DIR/torvane-logger.sock, else /tmp/torvane-logger-<uid>.sock.
+Endpoint DefaultEndpoint();
+
+// TORVANE_LOGGER if set (nullopt with a reason when it does not parse), else DefaultEndpoint().
+std::optional<Endpoint> EndpointFromEnvironment(std::string& error);
+
+inline constexpr std::chrono::milliseconds kDefaultExchangeTimeout{5000};
+// How long one exchange may take: TORVANE_LOGGER_TIMEOUT_MS when it holds a positive number of
+// milliseconds, else kDefaultExchangeTimeout.
+std::chrono::milliseconds ExchangeTimeoutFromEnvironment();
+
+} // namespace torvane::link

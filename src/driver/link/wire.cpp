@@ -1,0 +1,55 @@
+#include "wire.h"
+
+namespace torvane::link {
+
+void AppendFrame(const Frame& frame, std::vector<std::uint8_t>& out) {
+    PayloadWriter header;
+    header.Put(static_cast<std::uint32_t>(frame.payload.size()));
+    header.Put(static_cast<std::uint16_t>(static_cast<std::uint16_t>(frame.kind) |
+                                          (frame.answer ? kAnswerBit : 0)));
+    header.Put(frame.id);
+    out.insert(out.end(), header.Bytes().begin(), header.Bytes().end());
+    out.insert(out.end(), frame.payload.begin(), frame.payload.end());
+}
+
+FrameDecode TakeFrame(std::vector<std::uint8_t>& buffer, Frame& frame) {
+    if (buffer.size() < kFrameHeaderSize) {
+        return FrameDecode::NeedMore;
+    }
+    PayloadReader header(buffer);
+    std::uint32_t length = 0;
+    std::uint16_t kind = 0;
+    std::uint32_t id = 0;
+    header.Get(length);
+    header.Get(kind);
+    header.Get(id);
+    const auto bareKind = static_cast<std::uint16_t>(kind & ~kAnswerBit);
+    if (length > kMaxPayload || bareKind == 0 || bareKind > kLastMessageKind) {
+        return FrameDecode::Malformed;
+    }
+    if (buffer.size() - kFrameHeaderSize < length) {
+        return FrameDecode::NeedMore;
+    }
+    frame.kind = static_cast<MessageKind>(bareKind);
+    frame.answer = (kind & kAnswerBit) != 0;
+    frame.id = id;
+    const auto payloadBegin = buffer.begin() + kFrameHeaderSize;
+    frame.payload.assign(payloadBegin, payloadBegin + length);
+    buffer.erase(buffer.begin(), payloadBegin + length);
+    return FrameDecode::Complete;
+}
+
+void PayloadWriter::PutBytes(std::span<const std::uint8_t> bytes) {
+    bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
+}
+
+std::span<const std::uint8_t> PayloadReader::GetBytes(std::size_t count) {
+    if (!Has(count)) {
+        return {};
+    }
+    const auto bytes = bytes_.subspan(offset_, count);
+    offset_ += count;
+    return bytes;
+}
+
+} // namespace torvane::link

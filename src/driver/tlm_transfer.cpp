@@ -1,0 +1,116 @@
+// The transfer of a logging file: GetTheLogFile_start opens the caller's file and asks the
+// logger for the file, each GetTheLogFile_reading appends the block that arrives, and
+// GetTheLogFile_end closes both. The file is left as written; the caller keeps or deletes it.
+
+#include "link_call.h"
+
+using torvane::link::MessageKind;
+using torvane::link::PayloadReader;
+using torvane::tlm::CallLink;
+using torvane::tlm::Into;
+using torvane::tlm::Link;
+using torvane::tlm::Request;
+using torvane::tlm::TransferState;
+
+namespace {
+
+// Results of GetTheLogFile_start and _end that are the library's own.
+constexpr int32_t kStartFileFailed = -1;
+constexpr int32_t kEndFileFailed = -1;
+constexpr int32_t kEndDeviceFailed = -2;
+constexpr int32_t kEndedEarly = -3;
+
+} // namespace
+
+extern "C" TLM_API int32_t GetTheLogFile_start(TlmStatus* status, TlmDownloadEntry* entry,
+                                               const char* path, TlmTransferBlock* block) {
+    const bool valid = entry != nullptr && path != nullptr && block != nullptr;
+    return CallLink(status, valid, [&](Link& link) {
+        if (link.transfer == TransferState::Running || link.transfer == TransferState::Complete) {
+            return TLM_ERR_SEQUENCE;
+        }
+        if (link.client.IsBroken()) {
+            return TLM_ERR_LINK_LOST;
+        }
+        link.transfer = TransferState::NotBegun;
+        if (!link.file.Create(path)) {
+            return kStartFileFailed;
+        }
+        TlmTransferBlock started{};
+        const std::int32_t result =
+            Request(link, *status, MessageKind::TransferStart, Into(started), *entry);
+        if (link.client.LastExchangeAnswered()) {
+            *block = started;
+        }
+        if (result != TLM_OK) {
+            link.file.Finish();
+            return result;
+        }
+        link.transfer = TransferState::Running;
+        return TLM_OK;
+    });
+}
+
+extern "C" TLM_API int32_t GetTheLogFile_reading(TlmStatus* status, TlmTransferBlock* block) {
+    return CallLink(status, block != nullptr, [&](Link& link) {
+        if (link.transfer != TransferState::Running) {
+            return TLM_ERR_SEQUENCE;
+        }
+        TlmTransferBlock received{};
+        std::uint32_t length = 0;
+        const auto readBlock = [&](PayloadReader& reader) {
+            torvane::link::GetRecord(reader, received);
+            if (!reader.Get(length)) {
+                return false;
+            }
+            const auto bytes = reader.GetBytes(length);
+            if (!reader.Finished()) {
+                return false;
+            }
+            link.file.Write(bytes);
+            return true;
+        };
+        const std::int32_t result =
+            Request(link, *status, MessageKind::TransferRead, readBlock, *block);
+        if (!link.client.LastExchangeAnswered()) {
+            return result;
+        }
+        *block = received;
+        // What arrived is what the file got, whatever the device's record said.
+        block->lngSize = static_cast<int32_t>(length);
+        if (result > 0) {
+            link.transfer = TransferState::Complete;
+        }
+        return result;
+    });
+}
+
+extern "C" TLM_API int32_t GetTheLogFile_end(TlmStatus* status, TlmTransferBlock* block) {
+    return CallLink(status, block != nullptr, [&](Link& link) {
+        const TransferState state = link.transfer;
+        link.transfer = TransferState::None;
+        if (state == TransferState::None) {
+            return TLM_ERR_SEQUENCE;
+        }
+        if (state == TransferState::NotBegun) {
+            // The start failed and said so; the device has no transfer to end.
+            return kEndedEarly;
+        }
+        TlmTransferBlock ended{};
+        const std::int32_t result =
+            Request(link, *status, MessageKind::TransferEnd, Into(ended), *block);
+        const bool answered = link.client.LastExchangeAnswered();
+        if (answered) {
+            *block = ended;
+        }
+        if (!link.file.Finish()) {
+            return kEndFileFailed;
+        }
+        // A link failure gives the device's failure here: a time-out code would read as -3,
+        // which callers take for success.
+        if (!answered || (result != TLM_OK && result != kEndedEarly)) {
+            return kEndDeviceFailed;
+        }
+        return state == TransferState::Complete ? result : kEndedEarly;
+    });
+}
