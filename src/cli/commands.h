@@ -53,4 +53,16 @@ struct LapsOptions {
 };
 int Laps(const LapsOptions& options);
 
+// The logger commands: one short link each, through the same policy as the desktop's windows.
+// Messages go to stderr; questions are answered No (Cancel) unless yes.
+enum class LoggerCommand { Status, List, Download, Clear };
+struct LoggerOptions {
+    LoggerCommand command = LoggerCommand::Status;
+    int number = 0;               // download: the logger's file number
+    std::filesystem::path output; // download: the logging file to write
+    bool yes = false;
+    bool json = false;
+};
+int Logger(const LoggerOptions& options);
+
 } // namespace torvane::cli

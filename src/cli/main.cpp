@@ -1,5 +1,5 @@
-// torvane-cli: batch work on logging files. Other tools script it, so its commands, options and
-// output shapes stay as they are.
+// torvane-cli: batch work on logging files and on the logger. Other tools script it, so its
+// commands, options and output shapes stay as they are.
 
 #include "cli/commands.h"
 
@@ -46,8 +46,7 @@ int main(int argc, char** argv) {
     auto* unpackCommand =
         app.add_subcommand("unpack", "Deploy a logging file's streams into a folder");
     unpackCommand->add_option("FILE", unpack.input, "The logging file")->required();
-    unpackCommand->add_option("DIR", unpack.folder, "Folder that receives the streams")
-        ->required();
+    unpackCommand->add_option("DIR", unpack.folder, "Folder that receives the streams")->required();
     unpackCommand->add_option("--number", unpack.number, "File number of the streams")
         ->capture_default_str();
 
@@ -87,6 +86,32 @@ int main(int argc, char** argv) {
     generateCommand->add_option("--setting", generate.setting,
                                 "SETTING.DAT (82 bytes) that decides the channels and intervals");
 
+    LoggerOptions loggerOptions;
+    auto* loggerCommand = app.add_subcommand(
+        "logger", "Work with the logger: status, list, download NUMBER OUT.rlg, clear");
+    loggerCommand->require_subcommand(1);
+    loggerCommand->add_flag("--yes", loggerOptions.yes,
+                            "Answer Yes (OK) to the logger's questions; otherwise No (Cancel)");
+    loggerCommand->add_flag("--json", loggerOptions.json, "Print JSON (status, list)");
+    const auto addLoggerCommand = [&](const char* name, const char* description,
+                                      LoggerCommand command) {
+        auto* sub = loggerCommand->add_subcommand(name, description);
+        sub->fallthrough();
+        sub->callback([&loggerOptions, command] { loggerOptions.command = command; });
+        return sub;
+    };
+    addLoggerCommand("status", "The logger's state, sense, error and flags", LoggerCommand::Status);
+    addLoggerCommand("list", "The logger's files as the download dialog lists them",
+                     LoggerCommand::List);
+    auto* downloadCommand =
+        addLoggerCommand("download", "Download one of the logger's files", LoggerCommand::Download);
+    downloadCommand->add_option("NUMBER", loggerOptions.number, "The file's number in the logger")
+        ->required();
+    downloadCommand->add_option("OUT", loggerOptions.output, "The logging file to write")
+        ->required();
+    addLoggerCommand("clear", "Clear every file in the logger, after the question",
+                     LoggerCommand::Clear);
+
     CLI11_PARSE(app, argc, argv);
     try {
         if (*packCommand) {
@@ -107,6 +132,9 @@ int main(int argc, char** argv) {
         }
         if (*generateCommand) {
             return Generate(generate);
+        }
+        if (*loggerCommand) {
+            return Logger(loggerOptions);
         }
     } catch (const CLI::Error& error) {
         return app.exit(error);

@@ -1,0 +1,67 @@
+#pragma once
+// The order that every logger action follows: open the link, read the status, deal with a
+// logger that is acquiring or busy, wait until it is ready, act, give acquisition back if it was
+// stopped for the action, and close, reporting a driver error on the way out. Windows pass
+// their action and say how their kind of work differs.
+
+#include "logger/logger_link.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace torvane::logger {
+
+// What an action does with a logger that is acquiring data.
+enum class WhenAcquiring {
+    // Ask "may I stop?": No ends the action, Yes stops acquisition for it.
+    AskToStop,
+    // Work that only reads (the file list, the monitor) goes on without asking.
+    LetThrough,
+};
+
+struct ActionOptions {
+    // Polling windows open quietly: "not connected" is not told.
+    bool quiet = false;
+    WhenAcquiring whenAcquiring = WhenAcquiring::AskToStop;
+    // Refuse a logger that is neither idle, ready nor acquiring, telling its state. Off only
+    // for a plain status query.
+    bool checkState = true;
+    // Stop acquisition before the action whatever the state (download and clearing run only on
+    // a stopped logger).
+    bool alwaysStopAcquisition = false;
+    // Wait for the logger to be ready before acting. The file list reads at once.
+    bool waitUntilReady = true;
+    // Give acquisition back after the action when it was stopped for it. Actions that decide
+    // this themselves (download, clearing, the setting window at its closing) turn it off.
+    bool giveBackAcquisition = true;
+};
+
+struct ActionContext {
+    LoggerLink& link;
+    // Acquisition was stopped for this action (ControlLogging 1 succeeded).
+    bool acquisitionStopped = false;
+    // bytFlags as the first status read of the link gave them.
+    std::uint8_t flagsAtStart = 0;
+};
+
+// The action: returns 0, or a non-zero result that ends the link (a negative one is reported).
+using LoggerAction = std::function<std::int32_t(ActionContext&)>;
+
+struct ActionResult {
+    // The last result on the way; a negative one has been reported.
+    std::int32_t result = 0;
+    // The action ran and it and everything after it succeeded.
+    bool done = false;
+};
+
+// Runs one action over a fresh link; the link is closed on return.
+ActionResult RunLoggerAction(LoggerLink& link, const ActionOptions& options,
+                             const LoggerAction& action);
+
+// "Logger is acquiring data. May I stop operation?" True when the operator says Yes.
+bool AskToStopAcquisition(shell::MessageSink& sink);
+
+// Gives the logger back to acquisition and waits until it is ready.
+std::int32_t GiveBackAcquisition(LoggerLink& link);
+
+} // namespace torvane::logger

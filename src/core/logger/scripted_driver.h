@@ -1,0 +1,134 @@
+#pragma once
+// A driver that answers from a script and records every call, for tests of the logger windows
+// and of the link policy. The logger's state, error and flags persist from call to call; a
+// scripted reply may change them and gives the call's result and sense. An entry point with no
+// reply queued answers with its default: success, a clean sense, the state unchanged (the file
+// count answers with the number of files; a block read reports the file complete).
+
+#include "logger/driver.h"
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <initializer_list>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace torvane::logger {
+
+enum class Call {
+    Open,
+    Close,
+    Reset,
+    GetStatus,
+    GetTheNumberofFiles,
+    GetTheDownloadList,
+    GetTheLogFile_start,
+    GetTheLogFile_reading,
+    GetTheLogFile_end,
+    InitializeLogFile,
+    GetTheDetonationMap,
+    TSInitialize,
+    GetTheInitData,
+    SendTheSettingData,
+    GetTheSettingData,
+    GetTheSignalCondition,
+    GetTheSpecialData,
+    GetTheSpecialData_raw,
+    GetTheErrorInfo,
+    LoggingControl,
+    ServiceModeCtrl,
+};
+inline constexpr std::size_t CallCount = 21;
+
+std::string_view CallName(Call call);
+
+struct Reply {
+    std::int32_t result = 0;
+    std::uint8_t sense = 0;
+    // The logger moves to this state, error or flags and stays there.
+    std::optional<std::uint8_t> state{};
+    std::optional<std::uint8_t> error{};
+    std::optional<std::uint8_t> flags{};
+    // Transfer calls: the block's lngSize.
+    std::int32_t blockSize = 0;
+    // The file count: answer with the number of files instead of `result`.
+    bool answerFileCount = false;
+};
+
+// One call as the driver saw it; argument is the call's small argument (the LoggingControl
+// value, a TSInitialize kind, a ServiceModeCtrl code, the list's count), else 0.
+struct RecordedCall {
+    Call call;
+    std::int64_t argument = 0;
+    bool operator==(const RecordedCall&) const = default;
+};
+
+class ScriptedDriver : public Driver {
+public:
+    ScriptedDriver();
+
+    // Queues replies for the next calls of an entry point.
+    void Script(Call call, std::initializer_list<Reply> replies);
+    void ScriptRepeated(Call call, const Reply& reply, int times);
+    // The reply once the queue of a call is empty.
+    void SetDefault(Call call, const Reply& reply);
+
+    // The calls in order, and their number by entry point.
+    std::vector<Call> Sequence() const;
+    int CountOf(Call call) const;
+    // The LoggingControl values in order.
+    std::vector<std::int64_t> LoggingControlValues() const;
+
+    // The logger as it stands.
+    std::uint8_t state = TLM_STATE_IDLE;
+    std::uint8_t error = 0;
+    std::uint8_t flags = 0;
+    std::vector<TlmDownloadEntry> files;
+    TlmSpecialData special{};
+    TlmSettingData setting{};
+    TlmSignalCondition signal{};
+    TlmInitData initData{};
+    TlmDetonationMap detonationMap{};
+
+    std::vector<RecordedCall> calls;
+    // What GetTheLogFile_start was given.
+    std::optional<TlmDownloadEntry> startedEntry;
+    std::filesystem::path startedFile;
+
+    std::int32_t Open(TlmStatus& status) override;
+    std::int32_t Close(TlmStatus& status) override;
+    std::int32_t Reset(TlmStatus& status) override;
+    std::int32_t GetStatus(TlmStatus& status) override;
+    std::int32_t GetTheNumberofFiles(TlmStatus& status) override;
+    std::int32_t GetTheDownloadList(TlmStatus& status,
+                                    std::span<TlmDownloadEntry> entries) override;
+    std::int32_t GetTheLogFile_start(TlmStatus& status, TlmDownloadEntry& entry,
+                                     const std::filesystem::path& file,
+                                     TlmTransferBlock& block) override;
+    std::int32_t GetTheLogFile_reading(TlmStatus& status, TlmTransferBlock& block) override;
+    std::int32_t GetTheLogFile_end(TlmStatus& status, TlmTransferBlock& block) override;
+    std::int32_t InitializeLogFile(TlmStatus& status) override;
+    std::int32_t GetTheDetonationMap(TlmStatus& status, TlmDetonationMap& map) override;
+    std::int32_t TSInitialize(TlmStatus& status, std::int16_t kind) override;
+    std::int32_t GetTheInitData(TlmStatus& status, std::int32_t index, TlmInitData& data) override;
+    std::int32_t SendTheSettingData(TlmStatus& status, const TlmSettingData& setting) override;
+    std::int32_t GetTheSettingData(TlmStatus& status, TlmSettingData& setting) override;
+    std::int32_t GetTheSignalCondition(TlmStatus& status, TlmSignalCondition& signal) override;
+    std::int32_t GetTheSpecialData(TlmStatus& status, TlmSpecialData& special) override;
+    std::int32_t GetTheSpecialData_raw(TlmStatus& status, std::span<std::uint8_t> buffer) override;
+    std::int32_t GetTheErrorInfo(TlmStatus& status, std::span<std::uint8_t> buffer) override;
+    std::int32_t LoggingControl(TlmStatus& status, std::int32_t value) override;
+    std::int32_t ServiceModeCtrl(TlmStatus& status, std::int16_t code) override;
+
+private:
+    // Records the call, takes its reply, applies it to the logger and fills status.
+    Reply Answer(Call call, TlmStatus& status, std::int64_t argument = 0);
+
+    std::array<std::deque<Reply>, CallCount> queued_;
+    std::array<Reply, CallCount> defaults_{};
+};
+
+} // namespace torvane::logger

@@ -1,0 +1,355 @@
+// The download dialog's work without its widgets: the file list and its texts, the next file
+// name, downloading block by block with every failure code, stopping, and clearing.
+
+#include "core/logger_test_support.h"
+#include "logger/clear_logger.h"
+#include "logger/download.h"
+#include "logger/file_list.h"
+#include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+namespace torvane::logger {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::ScriptedLink;
+using torvane::testing::TempFolder;
+using torvane::testing::WriteText;
+
+// Records progress; asks to stop on the given pass of the read loop (counting from 1).
+class ProbeObserver : public DownloadObserver {
+public:
+    void LetEventsIn() override {
+        ++passes;
+        if (passes == stopOnPass) {
+            RequestStop();
+        }
+    }
+    void KeepAwake() override { ++awakeCalls; }
+    void Progress(std::int64_t bytesSoFar) override { progress.push_back(bytesSoFar); }
+    void StopAnswered(bool stopping) override { stopAnswers.push_back(stopping); }
+
+    int stopOnPass = 0;
+    int passes = 0;
+    int awakeCalls = 0;
+    std::vector<std::int64_t> progress;
+    std::vector<bool> stopAnswers;
+};
+
+class DownloadTest : public ::testing::Test, protected ScriptedLink {
+protected:
+    DownloadOutcome Download() { return DownloadFile(link, entry, "/tmp/LGGR0001.rlg", observer); }
+
+    void ScriptThreeBlocks() {
+        driver.Script(Call::GetTheLogFile_reading,
+                      {{.blockSize = 100}, {.blockSize = 200}, {.result = 1, .blockSize = 50}});
+    }
+
+    TlmDownloadEntry entry{5, 0, 60, 350};
+    ProbeObserver observer;
+};
+
+TEST_F(DownloadTest, ACleanDownloadStopsAcquisitionReadsEveryBlockAndGivesItBack) {
+    ScriptThreeBlocks();
+    const DownloadOutcome outcome = Download();
+    EXPECT_TRUE(outcome.ok);
+    EXPECT_FALSE(outcome.stopped);
+    EXPECT_EQ(outcome.bytes, 350);
+    EXPECT_THAT(observer.progress, ElementsAre(100, 300, 350));
+    EXPECT_EQ(observer.awakeCalls, 3);
+    EXPECT_THAT(sink.Texts(), IsEmpty());
+    EXPECT_EQ(driver.startedEntry->intNumber, 5);
+    EXPECT_EQ(driver.startedFile, "/tmp/LGGR0001.rlg");
+    EXPECT_THAT(driver.Sequence(),
+                ElementsAre(Call::Open, Call::GetStatus, Call::LoggingControl, Call::GetStatus,
+                            Call::GetTheLogFile_start, Call::GetTheLogFile_reading,
+                            Call::GetTheLogFile_reading, Call::GetTheLogFile_reading,
+                            Call::GetTheLogFile_end, Call::GetStatus, Call::LoggingControl,
+                            Call::GetStatus, Call::Close));
+    EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
+}
+
+TEST_F(DownloadTest, AnAcquiringLoggerIsAskedOnceAndGivenBack) {
+    driver.state = TLM_STATE_ACQUIRING;
+    sink.answers = {shell::answers::Yes};
+    ScriptThreeBlocks();
+    EXPECT_TRUE(Download().ok);
+    EXPECT_THAT(sink.Texts(), ElementsAre("Logger is acquiring data.\r\nMay I stop operation?"));
+    EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
+}
+
+TEST_F(DownloadTest, RefusedStartsAreToldByTheirCodeAndStillEndTheTransfer) {
+    const std::vector<std::pair<std::int32_t, std::string>> cases{
+        {-1, "2001"}, {-2, "2002"}, {-9, "2099"}};
+    for (const auto& [code, shown] : cases) {
+        ScriptedLink fresh;
+        fresh.driver.Script(Call::GetTheLogFile_start, {{.result = code}});
+        const DownloadOutcome outcome = DownloadFile(fresh.link, entry, "x.rlg", observer);
+        EXPECT_FALSE(outcome.ok) << code;
+        EXPECT_THAT(fresh.sink.Texts(),
+                    ElementsAre("It failed in download. Error code = " + shown));
+        EXPECT_EQ(fresh.driver.CountOf(Call::GetTheLogFile_reading), 0);
+        EXPECT_EQ(fresh.driver.CountOf(Call::GetTheLogFile_end), 1);
+        EXPECT_THAT(fresh.driver.LoggingControlValues(), ElementsAre(1, 0));
+    }
+}
+
+TEST_F(DownloadTest, ASenseAtTheStartEndsTheTransferAsASuccess) {
+    driver.Script(Call::GetTheLogFile_start, {{.sense = 18}});
+    const DownloadOutcome outcome = Download();
+    EXPECT_TRUE(outcome.ok);
+    EXPECT_THAT(sink.Texts(), ElementsAre("Sence code error. Error code = 018"));
+    EXPECT_EQ(driver.CountOf(Call::GetTheLogFile_reading), 0);
+    EXPECT_EQ(driver.CountOf(Call::GetTheLogFile_end), 1);
+}
+
+TEST_F(DownloadTest, FailedEndsAreToldByTheirCode) {
+    const std::vector<std::pair<std::int32_t, std::string>> cases{
+        {-1, "3001"}, {-2, "3002"}, {-5, "-0005"}};
+    for (const auto& [code, shown] : cases) {
+        ScriptedLink fresh;
+        fresh.driver.Script(Call::GetTheLogFile_end, {{.result = code}});
+        EXPECT_FALSE(DownloadFile(fresh.link, entry, "x.rlg", observer).ok) << code;
+        EXPECT_THAT(fresh.sink.Texts(),
+                    ElementsAre("It failed in download. Error code = " + shown));
+    }
+    // -3 at the end is a success.
+    driver.Script(Call::GetTheLogFile_end, {{.result = TLM_ERR_TIMEOUT}});
+    EXPECT_TRUE(Download().ok);
+    EXPECT_THAT(sink.Texts(), IsEmpty());
+}
+
+TEST_F(DownloadTest, FileNotFoundWhileReadingIsAFailure) {
+    driver.Script(Call::GetTheLogFile_reading,
+                  {{.blockSize = 100}, {.sense = TLM_SENSE_FILE_NOT_FOUND}});
+    const DownloadOutcome outcome = Download();
+    EXPECT_FALSE(outcome.ok);
+    EXPECT_THAT(observer.progress, ElementsAre(100));
+    ASSERT_EQ(sink.messages.size(), 1u);
+    EXPECT_EQ(sink.messages[0].text, "File not found.");
+    EXPECT_EQ(sink.messages[0].icon, shell::icons::Information);
+    EXPECT_EQ(driver.CountOf(Call::GetTheLogFile_end), 1);
+}
+
+TEST_F(DownloadTest, ALinkLostWhileReadingIsReportedAndTheLinkStaysOpenForTheEnd) {
+    driver.ScriptRepeated(Call::GetTheLogFile_reading, {.result = TLM_ERR_PROTOCOL}, 1);
+    // The end's -1 is kept back: the failure before it has been told.
+    driver.Script(Call::GetTheLogFile_end, {{.result = -1}});
+    EXPECT_FALSE(Download().ok);
+    EXPECT_THAT(sink.Texts(), ElementsAre("USB device error. Error code =  1004"));
+    EXPECT_EQ(driver.CountOf(Call::Close), 1);
+    EXPECT_EQ(driver.Sequence().back(), Call::Close);
+}
+
+TEST_F(DownloadTest, StopAnsweredNoGoesOnWhereItWas) {
+    ScriptThreeBlocks();
+    observer.stopOnPass = 2;
+    sink.answers = {shell::answers::No};
+    const DownloadOutcome outcome = Download();
+    EXPECT_TRUE(outcome.ok);
+    EXPECT_FALSE(outcome.stopped);
+    EXPECT_FALSE(observer.StopRequested());
+    EXPECT_THAT(observer.stopAnswers, ElementsAre(false));
+    EXPECT_THAT(observer.progress, ElementsAre(100, 300, 350));
+    ASSERT_EQ(sink.messages.size(), 1u);
+    EXPECT_EQ(sink.messages[0].text, "Do you stop downloading? ");
+    EXPECT_EQ(sink.messages[0].buttons, shell::buttons::YesNo);
+}
+
+TEST_F(DownloadTest, StopAnsweredYesEndsWithoutFailureAndGivesBackAnUnflaggedLogger) {
+    ScriptThreeBlocks();
+    observer.stopOnPass = 2;
+    sink.answers = {shell::answers::Yes};
+    const DownloadOutcome outcome = Download();
+    EXPECT_TRUE(outcome.ok);
+    EXPECT_TRUE(outcome.stopped);
+    EXPECT_EQ(outcome.bytes, 100);
+    EXPECT_EQ(driver.CountOf(Call::GetTheLogFile_end), 1);
+    EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
+}
+
+TEST_F(DownloadTest, AStoppedDownloadOfAFlaggedLoggerLeavesItStopped) {
+    driver.flags = TLM_FLAG_DOWNLOAD;
+    ScriptThreeBlocks();
+    observer.stopOnPass = 1;
+    sink.answers = {shell::answers::Yes};
+    // The end's -1 after a stop is not told, though it counts as a failure.
+    driver.Script(Call::GetTheLogFile_end, {{.result = -1}});
+    const DownloadOutcome outcome = Download();
+    EXPECT_TRUE(outcome.stopped);
+    EXPECT_FALSE(outcome.ok);
+    EXPECT_THAT(sink.Texts(), ElementsAre("Do you stop downloading? "));
+    EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1));
+    EXPECT_EQ(driver.Sequence().back(), Call::Close);
+}
+
+TEST_F(DownloadTest, AFlaggedLoggerNotStoppedIsGivenBack) {
+    driver.flags = TLM_FLAG_DOWNLOAD;
+    ScriptThreeBlocks();
+    EXPECT_TRUE(Download().ok);
+    EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
+}
+
+TEST_F(DownloadTest, AStopRequestedBeforeTheStartGivesUpAtOnce) {
+    observer.RequestStop();
+    EXPECT_FALSE(Download().ok);
+    EXPECT_THAT(driver.calls, IsEmpty());
+}
+
+TEST_F(DownloadTest, AFailedWaitAfterTheTransferEndsTheLinkAsAFailure) {
+    ScriptThreeBlocks();
+    // Open's status, the wait before and the wait after the transfer.
+    driver.Script(Call::GetStatus, {{}, {}, {.state = TLM_STATE_BROKEN}});
+    EXPECT_FALSE(Download().ok);
+    EXPECT_THAT(sink.Texts(), ElementsAre("Logger is out of order."));
+    EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1));
+    EXPECT_EQ(driver.Sequence().back(), Call::Close);
+}
+
+// The file list
+
+TEST(FileListTexts, ColumnsAsTheDialogShowsThem) {
+    EXPECT_EQ(MeasurementTimeText(3725), "001H02M05S");
+    EXPECT_EQ(MeasurementTimeText(4), "000H00M04S");
+    EXPECT_EQ(MeasurementTimeText(360000 + 59), "100H00M59S");
+    EXPECT_EQ(DataSizeText(1024), "2");
+    EXPECT_EQ(DataSizeText(1023), "1");
+    EXPECT_EQ(DataSizeText(0), "1");
+}
+
+TEST(FileListTexts, FilesOfThreeSecondsOrLessAreNotListed) {
+    const std::vector<TlmDownloadEntry> entries{
+        {1, 0, 3, 100}, {7, 1, 3725, 2048}, {2, 0, 0, 0}, {12, 0, 4, 1023}};
+    const auto rows = FileListRows(entries);
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0].number, "007");
+    EXPECT_EQ(rows[0].fileName, "007");
+    EXPECT_EQ(rows[0].measurementTime, "001H02M05S");
+    EXPECT_EQ(rows[0].dataSize, "3");
+    EXPECT_EQ(rows[0].download, "Done");
+    EXPECT_EQ(rows[0].entryIndex, 1u);
+    EXPECT_EQ(rows[1].number, "012");
+    EXPECT_EQ(rows[1].download, "None");
+    EXPECT_EQ(rows[1].entryIndex, 3u);
+}
+
+TEST(FileListTexts, OnlyFilesOfFourSecondsOrMoreCanBeChosen) {
+    const std::vector<TlmDownloadEntry> entries{{1, 0, 3, 100}, {2, 0, 4, 100}, {2, 1, 9, 1}};
+    testing::AnsweringSink sink;
+    EXPECT_EQ(ChooseDownloadEntry(entries, 2, sink), &entries[1]);
+    EXPECT_EQ(ChooseDownloadEntry(entries, 9, sink), nullptr);
+    EXPECT_THAT(sink.Texts(), IsEmpty());
+    EXPECT_EQ(ChooseDownloadEntry(entries, 1, sink), nullptr);
+    ASSERT_EQ(sink.messages.size(), 1u);
+    EXPECT_EQ(sink.messages[0].text, "Can not open the specified file,Because of excessive "
+                                     "short measurement time.");
+    EXPECT_EQ(sink.messages[0].icon, shell::icons::Warning);
+}
+
+class FileListTest : public ::testing::Test, protected ScriptedLink {
+protected:
+    void SetProgramNumber(const char* number) {
+        std::memset(driver.special.bytProgramNo, 0, sizeof driver.special.bytProgramNo);
+        std::memcpy(driver.special.bytProgramNo, number, std::strlen(number));
+    }
+};
+
+TEST_F(FileListTest, ReadsEveryEntryInOneLinkAndLetsAcquisitionRun) {
+    driver.state = TLM_STATE_ACQUIRING;
+    driver.files = {{1, 0, 3, 100}, {2, 1, 80, 4000}};
+    SetProgramNumber("2");
+    const auto list = ReadLoggerFileList(link);
+    ASSERT_TRUE(list);
+    EXPECT_EQ(list->entries.size(), 2u);
+    EXPECT_TRUE(list->clearAllowed);
+    EXPECT_THAT(sink.Texts(), IsEmpty());
+    EXPECT_THAT(driver.Sequence(),
+                ElementsAre(Call::Open, Call::GetStatus, Call::GetTheNumberofFiles,
+                            Call::GetTheDownloadList, Call::GetTheSpecialData, Call::Close));
+}
+
+TEST_F(FileListTest, AnOldProgramCannotClear) {
+    driver.files = {{1, 0, 30, 100}};
+    SetProgramNumber("1");
+    EXPECT_FALSE(ReadLoggerFileList(link)->clearAllowed);
+}
+
+TEST_F(FileListTest, AnEmptyLoggerIsToldAndGivesAnEmptyList) {
+    const auto list = ReadLoggerFileList(link);
+    ASSERT_TRUE(list);
+    EXPECT_TRUE(list->entries.empty());
+    EXPECT_THAT(sink.Texts(), ElementsAre("There is no file in Logger."));
+    EXPECT_EQ(driver.Sequence().back(), Call::Close);
+}
+
+TEST_F(FileListTest, ABusyLoggerOrAFailedCallGivesNoList) {
+    driver.state = TLM_STATE_SERVICE;
+    EXPECT_FALSE(ReadLoggerFileList(link));
+    EXPECT_THAT(sink.Texts(), ElementsAre("Now service mode is running."));
+
+    driver.state = TLM_STATE_IDLE;
+    driver.files = {{1, 0, 30, 100}};
+    driver.Script(Call::GetTheSpecialData, {{.result = TLM_ERR_SEQUENCE}});
+    EXPECT_FALSE(ReadLoggerFileList(link));
+    EXPECT_EQ(sink.Texts().back(), "USB device error. Error code =  1017");
+    EXPECT_EQ(driver.CountOf(Call::Close), 2);
+}
+
+TEST(NextLoggerFileName, OneAboveTheHighestFourDigitNumber) {
+    TempFolder folder;
+    EXPECT_EQ(NextLoggerFileName(folder.Path()), folder / "LGGR0001.rlg");
+    for (const char* name : {"LGGR0007.rlg", "LGGRabcd.rlg", "LGGR00123.rlg", "LGGR0002.rlg"}) {
+        WriteText(folder / name, "");
+    }
+    EXPECT_EQ(NextLoggerFileName(folder.Path()), folder / "LGGR0008.rlg");
+}
+
+// Clearing
+
+class ClearTest : public ::testing::Test, protected ScriptedLink {};
+
+TEST_F(ClearTest, CancelLeavesTheLoggerAlone) {
+    sink.answers = {shell::answers::Cancel};
+    EXPECT_EQ(ClearLogger(link), ClearOutcome::Declined);
+    EXPECT_THAT(driver.calls, IsEmpty());
+    ASSERT_EQ(sink.messages.size(), 1u);
+    EXPECT_EQ(sink.messages[0].text, "Do you want to clear all data in the logger ?");
+    EXPECT_EQ(sink.messages[0].buttons, shell::buttons::OkCancel);
+}
+
+TEST_F(ClearTest, ClearsAStoppedLoggerAndGivesItBack) {
+    driver.files = {{1, 0, 30, 100}};
+    sink.answers = {shell::answers::Ok, shell::answers::Cancel};
+    EXPECT_EQ(ClearLogger(link), ClearOutcome::Cleared);
+    EXPECT_TRUE(driver.files.empty());
+    EXPECT_THAT(sink.Texts(),
+                ElementsAre("Do you want to clear all data in the logger ?", "Completed."));
+    EXPECT_THAT(driver.Sequence(), ElementsAre(Call::Open, Call::GetStatus, Call::LoggingControl,
+                                               Call::GetStatus, Call::InitializeLogFile,
+                                               Call::GetStatus, Call::LoggingControl, Call::Close));
+    EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
+}
+
+TEST_F(ClearTest, AFailedClearIsReportedAndNotCompleted) {
+    sink.answers = {shell::answers::Ok};
+    driver.Script(Call::InitializeLogFile, {{.result = TLM_ERR_PROTOCOL}});
+    EXPECT_EQ(ClearLogger(link), ClearOutcome::NotCleared);
+    EXPECT_THAT(sink.Texts(), ElementsAre("Do you want to clear all data in the logger ?",
+                                          "USB device error. Error code =  1004"));
+}
+
+TEST_F(ClearTest, NoToTheAcquisitionQuestionDoesNotClear) {
+    driver.state = TLM_STATE_ACQUIRING;
+    sink.answers = {shell::answers::Ok, shell::answers::No};
+    EXPECT_EQ(ClearLogger(link), ClearOutcome::NotCleared);
+    EXPECT_EQ(driver.CountOf(Call::InitializeLogFile), 0);
+    EXPECT_EQ(driver.CountOf(Call::LoggingControl), 0);
+}
+
+} // namespace
+} // namespace torvane::logger
