@@ -1,0 +1,68 @@
+#pragma once
+// Which command a logger takes in which state. A command that its state refuses is answered
+// with result 0 and a sense code, as the real logger answers, and changes nothing.
+//
+//                      0    1    2    3    4   5/6   7   208  240
+//   Reset              x    x    x    x    x    x    x    x    x
+//   GetStatus          x    x    x    x    x    x    x    x    x
+//   SpecialData        x    x    x    x    x    x    x    x    x
+//   ErrorInfo          x    x    x    x    x    x    x    x    x
+//   SignalCondition         x    x    x         x    x    x
+//   FileCount               x    x    x         x    x
+//   DownloadList            x    x    x         x    x
+//   ReadSetting             x    x    x         x    x
+//   DetonationMap           x    x              x    x
+//   InitData                x    x              x    x
+//   InitializeSensor        x                   x    x
+//   LoggingControl          x    x                   x
+//   SendSetting             x                        x
+//   StartTransfer           x                        x
+//   ClearFiles              x                        x
+//   ServiceMode             x                        x
+//   ReadTransfer                      x
+//   EndTransfer                       x
+//
+// 0 initialising, 1 idle, 2 acquiring, 3 sending a file, 4 writing flash, 5/6 throttle and
+// suspension initialisation, 7 just stopped (idle-like), 208 service function, 240 broken.
+// Acquisition must be stopped (LoggingControl 1) before anything that changes the logger's
+// memory or setting. The sensor states take the next sensor command and the throttle points'
+// read-back at once, because the setting window sends them without waiting in between. A logger
+// that has stopped on an error (bytError) refuses in addition everything that would make it act:
+// SendSetting, StartTransfer, ClearFiles, ServiceMode, InitializeSensor and LoggingControl 0.
+
+#include <cstdint>
+
+namespace torvane::sim {
+
+enum class Command {
+    Reset,
+    GetStatus,
+    SpecialData,
+    ErrorInfo,
+    SignalCondition,
+    FileCount,
+    DownloadList,
+    ReadSetting,
+    DetonationMap,
+    InitData,
+    InitializeSensor,
+    LoggingControl,
+    SendSetting,
+    StartTransfer,
+    ClearFiles,
+    ServiceMode,
+    ReadTransfer,
+    EndTransfer,
+};
+
+bool StateAccepts(std::uint8_t state, Command command);
+
+// Commands that a logger stopped on an error refuses whatever its state.
+bool MakesLoggerAct(Command command);
+
+// Sense codes of a refusal. TLM_SENSE_FILE_NOT_FOUND (7) is the driver's own.
+inline constexpr std::uint8_t SenseNotInThisState = 2;
+inline constexpr std::uint8_t SenseBadArgument = 3;
+inline constexpr std::uint8_t SenseStoppedOnError = 4;
+
+} // namespace torvane::sim

@@ -1,0 +1,100 @@
+#pragma once
+// Faults of the link, laid over any device: a sense code or a result code on the next N calls
+// of an entry point, and a link that drops after N blocks of a transfer. A faulty call does not
+// reach the device: it is refused (sense) or fails (result) before the device acts, and its
+// status bytes are the device's present ones.
+
+#include "link/device_calls.h"
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+namespace torvane::sim {
+
+// The link's entry points, by the names of tlm.h.
+enum class Entry {
+    Open,
+    Reset,
+    GetStatus,
+    FileCount,
+    DownloadList,
+    StartTransfer,
+    ReadTransfer,
+    EndTransfer,
+    ClearFiles,
+    DetonationMap,
+    InitializeSensor,
+    InitData,
+    SendSetting,
+    ReadSetting,
+    SignalCondition,
+    SpecialData,
+    ErrorInfo,
+    LoggingControl,
+    ServiceMode,
+};
+
+// "GetStatus", "GetTheLogFile_reading", ...; GetTheSpecialData and GetTheSpecialData_raw both
+// name SpecialData, which serves them both. nullopt for any other name.
+std::optional<Entry> EntryNamed(std::string_view name);
+// Every name EntryNamed takes, for messages.
+std::string_view EntryNames();
+
+struct FaultRule {
+    enum class Kind { Sense, Result };
+    Kind kind = Kind::Sense;
+    std::int32_t code = 0; // the sense byte, or the result returned
+    Entry entry = Entry::GetStatus;
+    int times = 1;
+};
+
+struct FaultPlan {
+    std::vector<FaultRule> rules; // the first rule of an entry with calls left applies
+    // Drop the link once, right after this many blocks of a transfer went out.
+    std::optional<int> dropAfterBlocks;
+};
+
+class FaultInjector final : public link::DeviceCalls {
+public:
+    FaultInjector(link::DeviceCalls& device, FaultPlan plan);
+
+    std::int32_t Open(TlmStatus& status) override;
+    void Closed() override;
+    std::int32_t Reset(TlmStatus& status) override;
+    std::int32_t GetStatus(TlmStatus& status) override;
+    std::int32_t FileCount(TlmStatus& status) override;
+    std::int32_t DownloadList(TlmStatus& status, std::span<TlmDownloadEntry> entries) override;
+    std::int32_t StartTransfer(TlmStatus& status, const TlmDownloadEntry& entry,
+                               TlmTransferBlock& block) override;
+    std::int32_t ReadTransfer(TlmStatus& status, TlmTransferBlock& block,
+                              std::vector<std::uint8_t>& bytes) override;
+    std::int32_t EndTransfer(TlmStatus& status, TlmTransferBlock& block) override;
+    std::int32_t ClearFiles(TlmStatus& status) override;
+    std::int32_t DetonationMap(TlmStatus& status, TlmDetonationMap& map) override;
+    std::int32_t InitializeSensor(TlmStatus& status, std::int16_t kind) override;
+    std::int32_t InitData(TlmStatus& status, std::int32_t index, TlmInitData& data) override;
+    std::int32_t SendSetting(TlmStatus& status, const TlmSettingData& setting) override;
+    std::int32_t ReadSetting(TlmStatus& status, TlmSettingData& setting) override;
+    std::int32_t SignalCondition(TlmStatus& status, TlmSignalCondition& signal) override;
+    std::int32_t SpecialData(TlmStatus& status, TlmSpecialData& special) override;
+    std::int32_t ErrorInfo(TlmStatus& status, std::span<std::uint8_t> buffer) override;
+    std::int32_t LoggingControl(TlmStatus& status, std::int32_t value) override;
+    std::int32_t ServiceMode(TlmStatus& status, std::int16_t code) override;
+    bool DropLinkNow() override;
+
+private:
+    // The fault due on this call of entry, if any; it is used up.
+    std::optional<std::int32_t> Fault(Entry entry, TlmStatus& status);
+    // Calls the device unless a fault is due; then answers the fault instead.
+    template <typename Call> std::int32_t Pass(Entry entry, TlmStatus& status, Call call);
+
+    link::DeviceCalls& device_;
+    FaultPlan plan_;
+    int blocksSent_ = 0;
+    bool dropDue_ = false;
+    bool dropped_ = false;
+};
+
+} // namespace torvane::sim

@@ -1,0 +1,67 @@
+// torvane-logger-sim: the virtual logger. Builds the device from the command line, lays the
+// faults over it and serves it on the endpoint until SIGINT or SIGTERM.
+
+#include "link/server.h"
+#include "logger/fault_injector.h"
+#include "logger/logger_device.h"
+#include "logger/simulator_options.h"
+
+#include <csignal>
+#include <iostream>
+
+namespace {
+
+torvane::link::Server* runningServer = nullptr;
+
+extern "C" void StopServer(int) {
+    if (runningServer != nullptr) {
+        runningServer->Stop();
+    }
+}
+
+void StopOnSignals() {
+    struct sigaction action {};
+    action.sa_handler = StopServer;
+    sigemptyset(&action.sa_mask);
+    sigaction(SIGINT, &action, nullptr);
+    sigaction(SIGTERM, &action, nullptr);
+    // A client that vanishes mid-answer must not end the logger.
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    using namespace torvane;
+    const auto parsed = sim::ParseSimulatorOptions(std::vector<std::string>(argv + 1, argv + argc));
+    if (!parsed.options) {
+        (parsed.exitCode == 0 ? std::cout : std::cerr) << parsed.message;
+        return parsed.exitCode;
+    }
+    const sim::SimulatorOptions& options = *parsed.options;
+
+    sim::SteadyClock clock;
+    sim::LoggerDevice device(options.logger, clock);
+    const int kept = device.AddRecordedRuns(options.files, options.minutes, options.logger.seed);
+    if (kept < options.files) {
+        std::cerr << "torvane-logger-sim: the memory holds " << kept << " of the " << options.files
+                  << " runs asked for\n";
+    }
+    device.SetBroken(options.broken);
+    device.SetErrorCode(options.errorCode);
+    sim::FaultInjector faulty(device, options.faults);
+
+    link::Server server;
+    std::string error;
+    if (!server.Listen(options.endpoint, error)) {
+        std::cerr << "torvane-logger-sim: can not listen on " << link::ToString(options.endpoint)
+                  << ": " << error << '\n';
+        return 1;
+    }
+    runningServer = &server;
+    StopOnSignals();
+    std::cout << "listening on " << link::ToString(server.BoundEndpoint()) << std::endl;
+    const bool served = server.Run(faulty);
+    runningServer = nullptr;
+    return served ? 0 : 1;
+}

@@ -1,0 +1,83 @@
+// Faults laid over the device: they stand in for the device's answer N times, then the device
+// answers cleanly again; a dropped link comes once, after N blocks.
+
+#include "logger/fault_injector.h"
+#include "logger_test_support.h"
+
+namespace torvane::sim {
+namespace {
+
+FaultRule Rule(FaultRule::Kind kind, std::int32_t code, Entry entry, int times) {
+    FaultRule rule;
+    rule.kind = kind;
+    rule.code = code;
+    rule.entry = entry;
+    rule.times = times;
+    return rule;
+}
+
+TEST(FaultInjector, SenseAndResultForTheNextNCallsThenClean) {
+    DeviceOnManualClock logger;
+    logger.Run(2);
+    FaultPlan plan;
+    plan.rules = {Rule(FaultRule::Kind::Sense, 5, Entry::GetStatus, 2),
+                  Rule(FaultRule::Kind::Result, TLM_ERR_TIMEOUT, Entry::GetStatus, 1),
+                  Rule(FaultRule::Kind::Result, TLM_ERR_BUSY, Entry::LoggingControl, 1)};
+    FaultInjector faulty(logger.device, plan);
+    TlmStatus status{};
+    for (int call = 0; call < 2; ++call) {
+        EXPECT_EQ(faulty.GetStatus(status), TLM_OK);
+        EXPECT_EQ(status.bytSense, 5);
+        EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING) << "the device's own state";
+    }
+    EXPECT_EQ(faulty.GetStatus(status), TLM_ERR_TIMEOUT);
+    EXPECT_EQ(faulty.GetStatus(status), TLM_OK);
+    EXPECT_EQ(status.bytSense, 0);
+
+    EXPECT_EQ(faulty.LoggingControl(status, 1), TLM_ERR_BUSY);
+    EXPECT_EQ(logger.device.State(), TLM_STATE_ACQUIRING) << "a faulty call never reaches it";
+    EXPECT_EQ(faulty.LoggingControl(status, 1), TLM_OK);
+    EXPECT_EQ(status.bytState, TLM_STATE_READY);
+}
+
+TEST(FaultInjector, DropsTheLinkOnceAfterNBlocks) {
+    DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0, .blockSize = 1024});
+    logger.device.AddRecordedRuns(1, 0.5, 2);
+    logger.Run(2);
+    logger.Stop();
+    FaultPlan plan;
+    plan.dropAfterBlocks = 3;
+    FaultInjector faulty(logger.device, plan);
+    TlmStatus status{};
+    TlmTransferBlock block{};
+    std::vector<std::uint8_t> bytes;
+
+    faulty.StartTransfer(status, TlmDownloadEntry{1, 0, 0, 0}, block);
+    EXPECT_FALSE(faulty.DropLinkNow());
+    for (int read = 1; read <= 3; ++read) {
+        ASSERT_EQ(faulty.ReadTransfer(status, block, bytes), 0);
+        EXPECT_EQ(faulty.DropLinkNow(), read == 3) << "after block " << read;
+    }
+    faulty.Closed(); // what the server does after dropping
+    logger.device.GetStatus(status);
+    EXPECT_EQ(status.bytState, TLM_STATE_IDLE);
+
+    faulty.StartTransfer(status, TlmDownloadEntry{1, 0, 0, 0}, block);
+    std::int32_t result = 0;
+    while (result == 0 && status.bytSense == 0) {
+        result = faulty.ReadTransfer(status, block, bytes);
+        EXPECT_FALSE(faulty.DropLinkNow()) << "only once";
+    }
+    EXPECT_TRUE(logger.device.Memory().Files()[0].done);
+}
+
+TEST(FaultInjector, KnowsTheEntryPointsByTheirDriverNames) {
+    EXPECT_EQ(EntryNamed("GetTheLogFile_reading"), Entry::ReadTransfer);
+    EXPECT_EQ(EntryNamed("GetTheSpecialData_raw"), Entry::SpecialData);
+    EXPECT_EQ(EntryNamed("TLM_Open"), Entry::Open);
+    EXPECT_EQ(EntryNamed("getstatus"), std::nullopt);
+    EXPECT_EQ(EntryNamed("TLM_Close"), std::nullopt) << "a close cannot fail";
+}
+
+} // namespace
+} // namespace torvane::sim

@@ -1,0 +1,442 @@
+// The virtual logger's device on a hand-driven clock: its states, recording, memory, transfer
+// and sensor points.
+
+#include "logger/command_policy.h"
+#include "logger_test_support.h"
+#include "rlg_container.h"
+#include "support/temp_folder.h"
+#include "vehicle/demo_setting.h"
+
+#include <fstream>
+
+namespace torvane::sim {
+namespace {
+
+using logdata::SettingWord;
+
+logdata::LogHeader StartAtOnce(logdata::LogHeader setting) {
+    setting.SetWord(SettingWord::StartTh, 0);
+    setting.SetWord(SettingWord::StartNe, 0);
+    return setting;
+}
+
+// Stops acquisition, sends the setting and acquires again: the operator's way.
+void Configure(DeviceOnManualClock& logger, const logdata::LogHeader& setting) {
+    logger.Stop();
+    ASSERT_EQ(logger.Send(setting).bytSense, 0);
+    TlmStatus status{};
+    logger.device.LoggingControl(status, 0);
+    ASSERT_EQ(status.bytState, TLM_STATE_ACQUIRING);
+}
+
+TEST(LoggerDevice, PowersOnThroughInitialisingIntoAcquisition) {
+    DeviceOnManualClock logger;
+    EXPECT_EQ(logger.StateAfter(0s), TLM_STATE_INITIALIZING);
+    EXPECT_EQ(logger.StateAfter(InitialisingTime), TLM_STATE_ACQUIRING);
+
+    DeviceOnManualClock idle(LoggerConfig{.startAcquiring = false});
+    EXPECT_EQ(idle.StateAfter(InitialisingTime), TLM_STATE_IDLE);
+}
+
+TEST(LoggerDevice, PassingStatesEndByThemselves) {
+    DeviceOnManualClock logger;
+    logger.Run(2);
+    TlmStatus status{};
+
+    logger.device.LoggingControl(status, 1);
+    EXPECT_EQ(status.bytState, TLM_STATE_READY);
+    EXPECT_EQ(logger.StateAfter(StoppingTime), TLM_STATE_IDLE);
+
+    logger.device.ClearFiles(status);
+    EXPECT_EQ(status.bytState, TLM_STATE_WRITING_FLASH);
+    EXPECT_EQ(logger.StateAfter(FlashWriteTime - 1ms), TLM_STATE_WRITING_FLASH);
+    EXPECT_EQ(logger.StateAfter(1ms), TLM_STATE_IDLE);
+
+    logger.device.InitializeSensor(status, TLM_INIT_THROTTLE_CLOSED);
+    EXPECT_EQ(status.bytState, TLM_STATE_THROTTLE_INIT);
+    EXPECT_EQ(logger.StateAfter(SensorInitTime), TLM_STATE_IDLE);
+    logger.device.InitializeSensor(status, TLM_INIT_REAR_SUSPENSION);
+    EXPECT_EQ(status.bytState, TLM_STATE_SUSPENSION_INIT);
+    EXPECT_EQ(logger.StateAfter(SensorInitTime), TLM_STATE_IDLE);
+
+    logger.device.LoggingControl(status, 0);
+    logger.device.LoggingControl(status, 1);
+    logger.device.LoggingControl(status, 0);
+    EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING) << "acquiring again ends the stopping state";
+    logger.device.LoggingControl(status, 1);
+    logger.clock.Advance(StoppingTime);
+
+    logger.device.ServiceMode(status, TLM_SERVICE_TEST1);
+    EXPECT_EQ(status.bytState, TLM_STATE_SERVICE);
+    EXPECT_EQ(logger.StateAfter(ServiceTime), TLM_STATE_IDLE);
+    // A heat run is acquisition under the service function: the program reads live signals
+    // while it runs, which a busy logger would refuse.
+    logger.device.ServiceMode(status, TLM_SERVICE_HEAT_RUN2);
+    EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING);
+    logger.Stop();
+
+    logger.device.Reset(status);
+    EXPECT_EQ(status.bytState, TLM_STATE_INITIALIZING);
+    EXPECT_EQ(logger.StateAfter(InitialisingTime), TLM_STATE_ACQUIRING);
+}
+
+TEST(LoggerDevice, RefusesWithASenseCodeWhatItsStateDoesNotTake) {
+    DeviceOnManualClock logger;
+    TlmStatus status{};
+    EXPECT_EQ(logger.device.FileCount(status), 0);
+    EXPECT_EQ(status.bytSense, SenseNotInThisState) << "still initialising";
+
+    logger.Run(2);
+    EXPECT_EQ(logger.device.ClearFiles(status), TLM_OK);
+    EXPECT_EQ(status.bytSense, SenseNotInThisState) << "acquiring";
+    EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING);
+    EXPECT_EQ(logger.Send(StartAtOnce(logdata::FreshSetting())).bytSense, SenseNotInThisState);
+
+    logger.device.ServiceMode(status, 99);
+    EXPECT_EQ(status.bytSense, SenseNotInThisState);
+    logger.Stop();
+    logger.device.ServiceMode(status, 99);
+    EXPECT_EQ(status.bytSense, SenseBadArgument);
+    logger.device.LoggingControl(status, 5);
+    EXPECT_EQ(status.bytSense, SenseBadArgument);
+    TlmInitData points{};
+    logger.device.InitData(status, 1, points);
+    EXPECT_EQ(status.bytSense, SenseBadArgument);
+    logger.device.GetStatus(status);
+    EXPECT_EQ(status.bytSense, 0) << "a refusal leaves nothing behind";
+}
+
+TEST(LoggerDevice, RecordsOnlyOnceTheStartConditionsHold) {
+    DeviceOnManualClock logger;
+    logger.Run(2);
+    auto never = logdata::FreshSetting();
+    never.SetWord(SettingWord::StartNe, 400); // 20000 r/min
+    Configure(logger, never);
+    logger.Run(60);
+    EXPECT_FALSE(logger.device.Recording());
+
+    // The fresh setting waits for 80 % and 8000 r/min: not while the bike idles on the grid.
+    Configure(logger, logdata::FreshSetting());
+    logger.Run(1);
+    EXPECT_FALSE(logger.device.Recording());
+    logger.Run(30);
+    EXPECT_TRUE(logger.device.Recording());
+    const TlmStatus stopped = logger.Stop();
+    EXPECT_EQ(stopped.bytFlags & TLM_FLAG_DOWNLOAD, TLM_FLAG_DOWNLOAD);
+    ASSERT_EQ(logger.device.Memory().Files().size(), 1u);
+    const auto entry = logger.device.Memory().Files()[0].Entry();
+    EXPECT_EQ(entry.intNumber, 1);
+    EXPECT_EQ(entry.intDone, 0);
+    EXPECT_GT(entry.lngSeconds, 0);
+    EXPECT_LT(entry.lngSeconds, 30);
+}
+
+TEST(LoggerDevice, StopsRecordingWhenTheMemoryIsFull) {
+    // The fresh setting costs 48 bytes per 300 ms by the default table; room for 50 periods.
+    DeviceOnManualClock logger(LoggerConfig{.memoryBytes = 48 * 50});
+    logger.Run(2);
+    Configure(logger, StartAtOnce(logdata::FreshSetting()));
+    logger.Run(20);
+    EXPECT_FALSE(logger.device.Recording());
+    TlmStatus status{};
+    logger.device.GetStatus(status);
+    EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING);
+    EXPECT_EQ(status.bytStatus5, 100) << "memory used in per cent";
+    ASSERT_EQ(logger.device.Memory().Files().size(), 1u);
+    EXPECT_EQ(logger.device.Memory().Files()[0].seconds, 15);
+    EXPECT_EQ(logger.device.Memory().Used(), 48 * 50);
+
+    logger.Run(20);
+    EXPECT_EQ(logger.device.Memory().Files().size(), 1u) << "nothing more fits";
+    logger.Stop();
+    logger.device.ClearFiles(status);
+    EXPECT_EQ(logger.device.Memory().Used(), 0);
+    EXPECT_EQ(logger.device.FileCount(status), 0);
+}
+
+TEST(LoggerDevice, ARecordedFileDeploysIntoTheStreamsOfItsSetting) {
+    testing::TempFolder folder;
+    DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0});
+    logger.Run(2);
+    auto setting = StartAtOnce(DemoSetting());
+    setting.SetWord(SettingWord::VbTime, 0);
+    setting.SetWord(SettingWord::ThTime, 50);
+    Configure(logger, setting);
+    logger.Run(12);
+    logger.Stop();
+
+    TlmStatus status{};
+    const auto bytes = logger.Download(1, status);
+    ASSERT_EQ(logger.device.Memory().Files().size(), 1u);
+    const auto& file = logger.device.Memory().Files()[0];
+    ASSERT_EQ(bytes.size(), file.bytes->size());
+    {
+        std::ofstream out(folder / "run.rlg", std::ios::binary);
+        out.write(reinterpret_cast<const char*>(bytes.data()),
+                  static_cast<std::streamsize>(bytes.size()));
+    }
+    rlg::HeaderBytes header{};
+    rlg::DeployStats stats;
+    ASSERT_EQ(rlg::Deploy(folder / "run.rlg", folder.Path(), 1, header, stats), TLM_DECOMP_OK);
+    // The setting as sent, but for the sensor points, which are the logger's own.
+    EXPECT_EQ(header, logger.device.Setting().ToBytes());
+    EXPECT_EQ(logdata::LogHeader::FromBytes(header).SampleTime(1), 50);
+
+    const auto words = [&folder](const char* stream) {
+        return std::filesystem::file_size(folder / rlg::StreamFileName(stream, 1)) / 2;
+    };
+    // Each stream holds the whole intervals of the run's length.
+    const auto runMs =
+        static_cast<std::uintmax_t>(logger.device.Memory().Files()[0].seconds) * 1000;
+    EXPECT_GE(words("Ne"), runMs / 10);
+    EXPECT_LT(words("Ne"), (runMs + 1000) / 10);
+    EXPECT_EQ(words("TH"), words("Ne") / 5);
+    EXPECT_EQ(words("VM4"), words("Ne"));
+    EXPECT_EQ(words("DETO1"), words("Ne") / 30);
+    EXPECT_EQ(words("LAP"), words("DETO1"));
+    EXPECT_EQ(words("VB"), 0u);
+}
+
+TEST(LoggerDevice, TransfersAFileInBlocksAndMarksItDone) {
+    DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0, .blockSize = 4096});
+    ASSERT_EQ(logger.device.AddRecordedRuns(2, 0.5, 7), 2);
+    logger.Run(2);
+    logger.Stop();
+
+    TlmStatus status{};
+    std::vector<TlmDownloadEntry> entries(2);
+    logger.device.DownloadList(status, entries);
+    EXPECT_EQ(entries[1].intNumber, 2);
+    EXPECT_EQ(entries[1].lngSeconds, 30);
+    EXPECT_EQ(status.bytFlags & TLM_FLAG_DOWNLOAD, TLM_FLAG_DOWNLOAD);
+
+    TlmTransferBlock block{};
+    logger.device.LoggingControl(status, 0);
+    logger.device.LoggingControl(status, 1);
+    EXPECT_EQ(status.bytState, TLM_STATE_READY);
+    logger.device.StartTransfer(status, entries[1], block);
+    EXPECT_EQ(status.bytState, TLM_STATE_SENDING) << "right after stopping, too";
+    EXPECT_EQ(block.lngSize, entries[1].lngSize);
+    std::int64_t total = 0;
+    int blocks = 0;
+    std::vector<std::uint8_t> bytes;
+    std::int32_t result = 0;
+    while (result == 0) {
+        result = logger.device.ReadTransfer(status, block, bytes);
+        ASSERT_EQ(status.bytSense, 0);
+        EXPECT_LE(block.lngSize, 4096);
+        total += block.lngSize;
+        ++blocks;
+    }
+    EXPECT_GT(result, 0);
+    EXPECT_EQ(total, entries[1].lngSize);
+    EXPECT_EQ(static_cast<std::int64_t>(bytes.size()), total);
+    EXPECT_EQ(blocks, (entries[1].lngSize + 4095) / 4096);
+    logger.device.EndTransfer(status, block);
+    EXPECT_EQ(block.lngSize, entries[1].lngSize);
+    EXPECT_EQ(status.bytState, TLM_STATE_IDLE);
+
+    logger.device.DownloadList(status, entries);
+    EXPECT_EQ(entries[0].intDone, 0);
+    EXPECT_NE(entries[1].intDone, 0);
+    EXPECT_EQ(status.bytFlags & TLM_FLAG_DOWNLOAD, TLM_FLAG_DOWNLOAD) << "file 1 is still new";
+}
+
+TEST(LoggerDevice, AnAbandonedTransferLeavesTheFileNewAndTheDeviceUsable) {
+    DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0, .blockSize = 1024});
+    logger.device.AddRecordedRuns(1, 0.5, 3);
+    logger.Run(2);
+    logger.Stop();
+    TlmStatus status{};
+    TlmTransferBlock block{};
+    logger.device.StartTransfer(status, TlmDownloadEntry{1, 0, 0, 0}, block);
+    std::vector<std::uint8_t> bytes;
+    logger.device.ReadTransfer(status, block, bytes);
+    logger.device.Closed();
+
+    logger.device.GetStatus(status);
+    EXPECT_EQ(status.bytState, TLM_STATE_IDLE);
+    EXPECT_EQ(logger.device.Memory().Files()[0].done, false);
+    logger.device.EndTransfer(status, block);
+    EXPECT_EQ(status.bytSense, SenseNotInThisState) << "nothing to end any more";
+
+    const auto whole = logger.Download(1, status);
+    EXPECT_EQ(whole.size(), logger.device.Memory().Files()[0].bytes->size());
+    EXPECT_TRUE(logger.device.Memory().Files()[0].done);
+}
+
+TEST(LoggerDevice, AFileItDoesNotHoldIsNotFoundOnTheFirstRead) {
+    DeviceOnManualClock logger(LoggerConfig{.startAcquiring = false});
+    logger.Run(2);
+    TlmStatus status{};
+    logger.Download(9, status);
+    EXPECT_EQ(status.bytSense, TLM_SENSE_FILE_NOT_FOUND);
+    logger.device.GetStatus(status);
+    EXPECT_EQ(status.bytState, TLM_STATE_IDLE);
+}
+
+TEST(LoggerDevice, KeepsTheTransferToTheLinkRateOfTheClock) {
+    DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 100'000, .blockSize = 32 * 1024});
+    logger.device.AddRecordedRuns(1, 1.0, 5);
+    logger.Run(2);
+    logger.Stop();
+    const auto size = static_cast<std::int64_t>(logger.device.Memory().Files()[0].bytes->size());
+    const auto before = logger.clock.Now();
+    TlmStatus status{};
+    logger.Download(1, status);
+    const auto taken = logger.clock.Now() - before;
+    // The fake clock moves only when the device waits for the link: exactly the file's time.
+    EXPECT_EQ(taken.count(), size * 1'000'000'000 / 100'000);
+}
+
+TEST(PacedTransfer, MakesBlocksSmallAtASlowRateSoNoAnswerWaitsLong) {
+    EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 0), 32768u);
+    EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 1'000'000), 32768u);
+    EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 1000), 250u);
+    EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 1), 1u);
+}
+
+TEST(LoggerDevice, TakesSensorPointsFromTheFittedSensors) {
+    DeviceOnManualClock logger;
+    logger.Run(2);
+    logger.Stop();
+    auto miscalibrated = logdata::FreshSetting();
+    miscalibrated.SetWord(SettingWord::ThClose, 500);
+    miscalibrated.SetWord(SettingWord::ThOpen, 400);
+    logger.Send(miscalibrated);
+    TlmSettingData record{};
+    TlmStatus status{};
+    logger.device.ReadSetting(status, record);
+    EXPECT_EQ(record.intThClose, 102) << "a sent setting does not overwrite the sensor points";
+
+    logger.device.InitializeSensor(status, TLM_INIT_THROTTLE_OPEN);
+    logger.device.InitializeSensor(status, TLM_INIT_THROTTLE_CLOSED);
+    TlmInitData points{};
+    logger.device.InitData(status, 0, points);
+    EXPECT_EQ(points.intThClose, 102);
+    EXPECT_EQ(points.intThOpen, 758);
+    logger.device.InitializeSensor(status, TLM_INIT_COMMIT_THROTTLE);
+    logger.device.InitializeSensor(status, TLM_INIT_FRONT_SUSPENSION);
+    EXPECT_EQ(status.bytSense, 0);
+    logger.device.ReadSetting(status, record);
+    EXPECT_EQ(record.intFrZero, 900);
+    EXPECT_EQ(record.intRrZero, 0) << "not taken";
+    EXPECT_EQ(record.intThOpen, 758);
+}
+
+TEST(LoggerDevice, LiveSignalsCountDetonationAndLapsSinceTheLastReading) {
+    DeviceOnManualClock logger;
+    TlmStatus status{};
+    TlmSignalCondition signal{};
+    logger.Run(2);
+    logger.device.SignalCondition(status, signal);
+    EXPECT_GT(signal.intNe, 500);
+    EXPECT_LT(signal.intNe, 3000) << "idling on the grid";
+    int laps = 0;
+    for (int second = 0; second < 400; ++second) {
+        logger.Run(1);
+        logger.device.SignalCondition(status, signal);
+        laps += signal.intLap;
+    }
+    EXPECT_GE(laps, 2) << "a few laps in 400 s";
+    EXPECT_GT(signal.intVfw, 0);
+    logger.device.SignalCondition(status, signal);
+    EXPECT_EQ(signal.intLap, 0) << "no time passed since the last reading";
+    EXPECT_EQ(signal.intDeto1, 0);
+}
+
+TEST(LoggerDevice, BrokenAnswersOnlyItsStateAndStaysBrokenAfterReset) {
+    DeviceOnManualClock logger;
+    logger.device.SetBroken(true);
+    EXPECT_EQ(logger.StateAfter(InitialisingTime), TLM_STATE_BROKEN);
+    TlmStatus status{};
+    EXPECT_EQ(logger.device.FileCount(status), 0);
+    EXPECT_EQ(status.bytSense, SenseNotInThisState);
+    TlmSpecialData special{};
+    logger.device.SpecialData(status, special);
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(special.bytProgramName)), "TORVANE LOGGER");
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(special.bytProgramNo)), "2");
+    logger.device.Reset(status);
+    EXPECT_EQ(status.bytState, TLM_STATE_INITIALIZING);
+    EXPECT_EQ(logger.StateAfter(InitialisingTime), TLM_STATE_BROKEN);
+}
+
+TEST(LoggerDevice, AnErrorStopShowsInStatusAndErrorLogAndRefusesToAct) {
+    DeviceOnManualClock logger;
+    logger.Run(2);
+    logger.device.SetErrorCode(12);
+    TlmStatus status{};
+    logger.device.GetStatus(status);
+    EXPECT_EQ(status.bytError, 12);
+    EXPECT_EQ(status.bytState, TLM_STATE_READY);
+    logger.device.ClearFiles(status);
+    EXPECT_EQ(status.bytSense, SenseStoppedOnError);
+    logger.device.LoggingControl(status, 0);
+    EXPECT_EQ(status.bytSense, SenseStoppedOnError);
+    std::vector<std::uint8_t> log(TLM_ERROR_INFO_SIZE, 0xEE);
+    logger.device.ErrorInfo(status, log);
+    EXPECT_EQ(log[0], 1);
+    EXPECT_EQ(log[1], 12);
+    EXPECT_EQ(log.back(), 0);
+}
+
+TEST(LoggerDevice, DetonationMapFollowsTheRunAndTheSetting) {
+    DeviceOnManualClock logger;
+    logger.Run(2);
+    Configure(logger, StartAtOnce(DemoSetting()));
+    logger.Run(120);
+    TlmStatus status{};
+    TlmDetonationMap map{};
+    logger.device.DetonationMap(status, map);
+    EXPECT_EQ(map.intPresent, 3);
+    EXPECT_GE(map.lngRunTime, 110);
+    EXPECT_GT(map.lngRunDistance, 1);
+    logger.Stop();
+    logger.device.ClearFiles(status);
+    logger.clock.Advance(FlashWriteTime);
+    logger.Send(logdata::FreshSetting());
+    logger.device.DetonationMap(status, map);
+    EXPECT_EQ(map.intPresent, 1) << "the fresh setting records DETO1 only";
+    EXPECT_EQ(map.lngRunTime, 0) << "cleared with the files";
+}
+
+TEST(DetonationCounter, CellsByEngineSpeedRowAndThrottleColumn) {
+    EXPECT_EQ(DetonationCounter::CellOf(4999.0, 50), -1);
+    EXPECT_EQ(DetonationCounter::CellOf(15001.0, 50), -1);
+    EXPECT_EQ(DetonationCounter::CellOf(5000.0, 0), 0);
+    EXPECT_EQ(DetonationCounter::CellOf(5499.0, 4), 0);
+    EXPECT_EQ(DetonationCounter::CellOf(5500.0, 5), 21);
+    EXPECT_EQ(DetonationCounter::CellOf(15000.0, 100), 399);
+    EXPECT_EQ(DetonationCounter::CellOf(14999.0, 99), 399);
+
+    DetonationCounter counter;
+    VehicleState knocking;
+    knocking.EngineRpm = 12000.0;
+    knocking.FrontWheelKmh = 180.0;
+    knocking.Detonation = {200, 1};
+    counter.Observe(knocking, 62);
+    counter.Observe(knocking, 62);
+    const auto map = counter.Map(3);
+    const int cell = 14 * 20 + 12;
+    EXPECT_EQ(map.bytMap1[cell], 255) << "saturates";
+    EXPECT_EQ(map.bytMap2[cell], 2);
+    EXPECT_EQ(map.bytMap1[cell + 1], 0);
+}
+
+TEST(MemoryTable, BudgetsBytesPer300MsByChannelAndPeriod) {
+    auto setting = logdata::FreshSetting();
+    // Ne, TH, VFW, VB at 25 ms and DETO1 on: 4 × 12 samples, detonation free by default.
+    EXPECT_EQ(BytesPer300Ms(DefaultMemoryTable(), setting), 48);
+    MemoryTable table = DefaultMemoryTable();
+    table[0 * 6 + 2] = 2; // Ne at 25 ms
+    table[3 * 6 + 2] = 3; // TH at 25 ms (the fourth row)
+    table[54] = 4;
+    table[55] = 5;
+    EXPECT_EQ(BytesPer300Ms(table, setting), 12 * 2 + 12 * 3 + 12 + 12 + 4);
+    setting.SetWord(SettingWord::NeTime, 7); // not a period
+    setting.SetWord(SettingWord::Deto2Time, 300);
+    EXPECT_EQ(BytesPer300Ms(table, setting), 12 * 3 + 12 + 12 + 4 + 5);
+}
+
+} // namespace
+} // namespace torvane::sim

@@ -1,0 +1,118 @@
+// The simulator's command line, parsed without starting it.
+
+#include "logger/simulator_options.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace torvane::sim {
+namespace {
+
+ParsedOptions Parse(std::vector<std::string> args) {
+    return ParseSimulatorOptions(args);
+}
+
+TEST(SimulatorOptions, TakesEveryOption) {
+    testing::TempFolder folder;
+    std::string table(56, '\x02');
+    testing::WriteText(folder / "MT.DAT", table);
+    const auto parsed = Parse({"--socket",
+                               "tcp:127.0.0.1:4567",
+                               "--time-scale",
+                               "10",
+                               "--files",
+                               "3",
+                               "--minutes",
+                               "2.5",
+                               "--seed",
+                               "99",
+                               "--mt",
+                               (folder / "MT.DAT").string(),
+                               "--rate",
+                               "0",
+                               "--drop-after-blocks",
+                               "4",
+                               "--sense",
+                               "9",
+                               "--on",
+                               "GetStatus",
+                               "--times",
+                               "3",
+                               "--result",
+                               "-3",
+                               "--on",
+                               "GetTheLogFile_reading",
+                               "--error-state",
+                               "17",
+                               "--broken",
+                               "--idle"});
+    ASSERT_TRUE(parsed.options) << parsed.message;
+    const SimulatorOptions& options = *parsed.options;
+    EXPECT_EQ(options.endpoint.kind, link::Endpoint::Kind::Tcp);
+    EXPECT_EQ(options.endpoint.port, 4567);
+    EXPECT_EQ(options.logger.timeScale, 10.0);
+    EXPECT_EQ(options.files, 3);
+    EXPECT_EQ(options.minutes, 2.5);
+    EXPECT_EQ(options.logger.seed, 99u);
+    EXPECT_EQ(options.logger.memoryTable[0], 2);
+    EXPECT_EQ(options.logger.bytesPerSecond, 0);
+    EXPECT_EQ(options.faults.dropAfterBlocks, 4);
+    ASSERT_EQ(options.faults.rules.size(), 2u);
+    EXPECT_EQ(options.faults.rules[0].kind, FaultRule::Kind::Sense);
+    EXPECT_EQ(options.faults.rules[0].code, 9);
+    EXPECT_EQ(options.faults.rules[0].entry, Entry::GetStatus);
+    EXPECT_EQ(options.faults.rules[0].times, 3);
+    EXPECT_EQ(options.faults.rules[1].kind, FaultRule::Kind::Result);
+    EXPECT_EQ(options.faults.rules[1].code, -3);
+    EXPECT_EQ(options.faults.rules[1].entry, Entry::ReadTransfer);
+    EXPECT_EQ(options.faults.rules[1].times, 1);
+    EXPECT_EQ(options.errorCode, 17);
+    EXPECT_TRUE(options.broken);
+    EXPECT_FALSE(options.logger.startAcquiring);
+}
+
+TEST(SimulatorOptions, DefaultsToAnAcquiringLoggerWithoutFaults) {
+    const auto parsed = Parse({"--socket", "unix:/tmp/x.sock"});
+    ASSERT_TRUE(parsed.options) << parsed.message;
+    EXPECT_EQ(parsed.options->endpoint.path, "/tmp/x.sock");
+    EXPECT_EQ(parsed.options->logger.bytesPerSecond, 1'000'000);
+    EXPECT_EQ(parsed.options->logger.timeScale, 1.0);
+    EXPECT_EQ(parsed.options->files, 0);
+    EXPECT_TRUE(parsed.options->logger.startAcquiring);
+    EXPECT_TRUE(parsed.options->faults.rules.empty());
+    EXPECT_FALSE(parsed.options->faults.dropAfterBlocks);
+}
+
+TEST(SimulatorOptions, RefusesMistakesWithAReason) {
+    testing::TempFolder folder;
+    testing::WriteText(folder / "short.dat", "12345");
+    const std::vector<std::vector<std::string>> mistakes{
+        {"--time-scale", "0"},
+        {"--time-scale", "fast"},
+        {"--rate", "-1"},
+        {"--files", "-2"},
+        {"--sense", "5"},                      // no entry point
+        {"--sense", "0", "--on", "GetStatus"}, // 0 is clean, not a fault
+        {"--sense", "5", "--on", "NoSuchCall"},
+        {"--on", "GetStatus"}, // nothing to put on it
+        {"--result", "-3", "--on", "GetStatus", "--on", "TLM_Reset"},
+        {"--socket", "tcp:10.0.0.1:80"}, // loopback only
+        {"--mt", (folder / "missing.dat").string()},
+        {"--mt", (folder / "short.dat").string()},
+        {"--error-state", "300"},
+        {"--frobnicate"},
+    };
+    for (const auto& args : mistakes) {
+        const auto parsed = Parse(args);
+        EXPECT_FALSE(parsed.options) << args[0];
+        EXPECT_EQ(parsed.exitCode, 2) << args[0];
+        EXPECT_FALSE(parsed.message.empty()) << args[0];
+    }
+    const auto help = Parse({"--help"});
+    EXPECT_FALSE(help.options);
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_NE(help.message.find("--drop-after-blocks"), std::string::npos);
+}
+
+} // namespace
+} // namespace torvane::sim
