@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test: the release build's suites, the core,
-# driver and simulator suites again under address and undefined-behaviour sanitizers, and a
+# driver, simulator and logger suites again under address and undefined-behaviour sanitizers, and a
 # short fuzzing pass over the logging-file decoder.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -54,10 +54,10 @@ if [ "$(id -u)" -eq 0 ] && command -v setpriv >/dev/null; then
     done
 fi
 
-echo "== Sanitizer build: core, driver and simulator tests"
+echo "== Sanitizer build: core, driver, simulator and logger tests"
 cmake --preset debug-asan >/dev/null
-cmake --build --preset debug-asan -j "$jobs" --target core_tests driver_tests sim_tests
-run_ctest --preset debug-asan -L 'core_tests|driver_tests|sim_tests'
+cmake --build --preset debug-asan -j "$jobs" --target core_tests driver_tests sim_tests logger_tests
+run_ctest --preset debug-asan -L 'core_tests|driver_tests|sim_tests|logger_tests'
 
 echo "== Fuzzing the logging-file decoder briefly"
 cmake --preset fuzz >/dev/null

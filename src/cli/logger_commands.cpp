@@ -67,7 +67,7 @@ int Status(LoggerLink& link, bool asJson) {
                           {"sense", status.bytSense},
                           {"error", status.bytError},
                           {"flags", status.bytFlags}}
-                         .dump(2)
+                         .dump()
                   << '\n';
     } else {
         std::cout << "state  " << int{status.bytState} << " (" << StateName(status.bytState)
@@ -105,7 +105,7 @@ int List(LoggerLink& link, bool asJson) {
                          {"seconds", entry.lngSeconds},
                          {"size", entry.lngSize}});
     }
-    std::cout << files.dump(2) << '\n';
+    std::cout << files.dump() << '\n';
     return 0;
 }
 

@@ -127,8 +127,15 @@ std::int32_t FaultInjector::ReadTransfer(TlmStatus& status, TlmTransferBlock& bl
     });
 }
 
+// The end of a transfer is the one call whose failure must not leave the device where it was: a
+// logger that kept sending (state 3) after its end failed would hold every later wait for
+// readiness for ever. So the device ends the transfer and only its answer is faulted.
 std::int32_t FaultInjector::EndTransfer(TlmStatus& status, TlmTransferBlock& block) {
-    return Pass(Entry::EndTransfer, status, [&] { return device_.EndTransfer(status, block); });
+    const std::int32_t ended = device_.EndTransfer(status, block);
+    if (const auto fault = Fault(Entry::EndTransfer, status)) {
+        return *fault;
+    }
+    return ended;
 }
 
 std::int32_t FaultInjector::ClearFiles(TlmStatus& status) {
