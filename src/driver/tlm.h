@@ -47,6 +47,9 @@ extern "C" {
 
 /* Sense codes the logger gives in TlmStatus.bytSense. */
 #define TLM_SENSE_CLEAN 0
+#define TLM_SENSE_NOT_IN_THIS_STATE 2 /* the logger's state does not take the command */
+#define TLM_SENSE_BAD_ARGUMENT 3      /* a record or value the logger cannot take */
+#define TLM_SENSE_STOPPED_ON_ERROR 4  /* the logger has stopped on an error (bytError) */
 #define TLM_SENSE_FILE_NOT_FOUND 7
 
 /* TlmStatus.bytFlags bit sampled at the start of a download. */

@@ -30,6 +30,8 @@
 // that has stopped on an error (bytError) refuses in addition everything that would make it act:
 // SendSetting, StartTransfer, ClearFiles, ServiceMode, InitializeSensor and LoggingControl 0.
 
+#include "tlm.h"
+
 #include <cstdint>
 
 namespace torvane::sim {
@@ -60,9 +62,9 @@ bool StateAccepts(std::uint8_t state, Command command);
 // Commands that a logger stopped on an error refuses whatever its state.
 bool MakesLoggerAct(Command command);
 
-// Sense codes of a refusal. TLM_SENSE_FILE_NOT_FOUND (7) is the driver's own.
-inline constexpr std::uint8_t SenseNotInThisState = 2;
-inline constexpr std::uint8_t SenseBadArgument = 3;
-inline constexpr std::uint8_t SenseStoppedOnError = 4;
+// Sense codes of a refusal, as tlm.h names them.
+inline constexpr std::uint8_t SenseNotInThisState = TLM_SENSE_NOT_IN_THIS_STATE;
+inline constexpr std::uint8_t SenseBadArgument = TLM_SENSE_BAD_ARGUMENT;
+inline constexpr std::uint8_t SenseStoppedOnError = TLM_SENSE_STOPPED_ON_ERROR;
 
 } // namespace torvane::sim
