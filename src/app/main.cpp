@@ -1,13 +1,46 @@
-// torvane-studio: the analysis desktop.
+// torvane-studio: the analysis desktop. One runs per user; a later start hands its command line
+// to the running one and ends.
 
-#include "shell/main_frame.h"
+#include "shell/desktop.h"
+#include "shell/single_instance.h"
 
 #include <QApplication>
+#include <QScreen>
+
+using namespace torvane;
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName("torvane-studio");
-    torvane::app::MainFrame frame;
-    frame.show();
+    const QString commandLine = app::WholeCommandLine(argc, argv);
+
+    app::SingleInstance instance;
+    if (!instance.Listen()) {
+        if (commandLine.isEmpty()) {
+            app::MessageBoxSink sink;
+            shell::ShowMessage(sink, "File has already been opened.", shell::buttons::Ok,
+                               shell::icons::Information);
+            instance.HandOver(QString());
+        } else {
+            instance.HandOver("LOAD" + commandLine);
+        }
+        return 0;
+    }
+
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (screen == nullptr || !app::ScreenIsLargeEnough(*screen)) {
+        app::MessageBoxSink sink;
+        shell::ShowMessage(sink, "Do screen resolution beyond 800x600.", shell::buttons::Ok,
+                           shell::icons::Information);
+        return 0;
+    }
+
+    app::Desktop desktop(shell::AppPaths::Resolve(shell::AppPaths::ProcessInputs()));
+    QObject::connect(&instance, &app::SingleInstance::RaiseRequested, &desktop,
+                     &app::Desktop::Raise);
+    QObject::connect(&instance, &app::SingleInstance::CommandReceived, &desktop,
+                     &app::Desktop::LinkExecute);
+    QObject::connect(&application, &QApplication::aboutToQuit, &desktop, &app::Desktop::Shutdown);
+    desktop.Start(commandLine);
     return QApplication::exec();
 }

@@ -1,0 +1,54 @@
+#pragma once
+// The running desktop: the program's folders, the stores it loads at start and saves at the end,
+// the frame, and the commands that reach it from the command line or a later start.
+
+#include "layout/layout_store.h"
+#include "logger/laf_table.h"
+#include "shell/app_paths.h"
+#include "shell/main_frame.h"
+#include "shell/message_box_sink.h"
+
+#include <QObject>
+#include <QString>
+
+class QScreen;
+
+namespace torvane::app {
+
+// The display the program needs: at least 800 × 600 pixels at 8 bits.
+bool ScreenIsLargeEnough(int width, int height, int depth);
+bool ScreenIsLargeEnough(const QScreen& screen);
+
+// argv[1..] joined by blanks: the command line is used whole, as one path that may hold blanks.
+QString WholeCommandLine(int argc, char** argv);
+
+class Desktop : public QObject {
+    Q_OBJECT
+public:
+    explicit Desktop(shell::AppPaths paths);
+
+    // Empties the temporary folder, loads the layouts and the air/fuel table, shows the frame
+    // and acts on the command line.
+    void Start(const QString& commandLine);
+    // Empties the temporary folder and saves the last layout; the frame has closed.
+    void Shutdown();
+
+    // Brings the program to the front: its topmost dialog when one is open, else the frame.
+    void Raise();
+    // A command handed over by a later start ("LOAD" + its command line).
+    void LinkExecute(const QString& command);
+
+    MainFrame& Frame() { return frame_; }
+    layout::LayoutStore& Layouts() { return layouts_; }
+
+private:
+    void OpenFromCommandLine(const QString& path);
+
+    shell::AppPaths paths_;
+    MainFrame frame_;
+    MessageBoxSink sink_;
+    layout::LayoutStore layouts_;
+    logger::LafTable laf_;
+};
+
+} // namespace torvane::app

@@ -1,0 +1,45 @@
+#pragma once
+// One running desktop per user. The first start listens on a local socket that only its user
+// can reach; a later start connects, hands over its command line as "LOAD" + the line (or
+// nothing when it has none) and ends. The first instance raises itself, or its topmost dialog,
+// on every hand-over, and receives the command as its frame's link command.
+
+#include <QLocalServer>
+#include <QObject>
+#include <QString>
+
+class QLocalSocket;
+
+namespace torvane::app {
+
+class SingleInstance : public QObject {
+    Q_OBJECT
+public:
+    // serverName: one per user; DefaultServerName() unless a test wants its own.
+    explicit SingleInstance(QString serverName = DefaultServerName(), QObject* parent = nullptr);
+
+    static QString DefaultServerName();
+
+    // True when this process became the first instance and now listens. False when another
+    // instance answers (it is raised by the asking). A name left behind by an instance that
+    // died is taken over.
+    bool Listen();
+    // Connects to the running instance and hands over the command ("" only raises it). False
+    // when no instance answers within the time limit.
+    bool HandOver(const QString& command, int timeoutMs = 3000) const;
+
+signals:
+    // A later start asked to be seen: raise the program.
+    void RaiseRequested();
+    // A later start handed over a non-empty command ("LOAD" + its command line).
+    void CommandReceived(const QString& command);
+
+private:
+    void Accept();
+    void Finish(QLocalSocket* socket);
+
+    QString serverName_;
+    QLocalServer server_;
+};
+
+} // namespace torvane::app

@@ -1,0 +1,88 @@
+// One desktop per user: the hand-over between a first and a later start, over a real local
+// socket.
+
+#include "shell/single_instance.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+using torvane::app::SingleInstance;
+
+class SingleInstanceTest : public QObject {
+    Q_OBJECT
+
+private:
+    static QString UniqueName() {
+        return "torvane-test-" + QString::number(QCoreApplication::applicationPid()) + "-" +
+               QString::number(++serial_);
+    }
+    static inline int serial_ = 0;
+
+private slots:
+    void ALaterStartHandsOverItsCommandLineAndRaisesTheFirst() {
+        const QString name = UniqueName();
+        SingleInstance first(name);
+        QVERIFY(first.Listen());
+        QSignalSpy raised(&first, &SingleInstance::RaiseRequested);
+        QSignalSpy commands(&first, &SingleInstance::CommandReceived);
+
+        SingleInstance later(name);
+        QVERIFY(!later.Listen());
+        QVERIFY(later.HandOver("LOAD/home/rider/runs/Mugello day 2.rlg"));
+        QTRY_COMPARE(commands.count(), 1);
+        QCOMPARE(commands[0][0].toString(), QString("LOAD/home/rider/runs/Mugello day 2.rlg"));
+        QVERIFY(raised.count() >= 1);
+    }
+
+    void ALaterStartWithoutAPathOnlyRaisesTheFirst() {
+        const QString name = UniqueName();
+        SingleInstance first(name);
+        QVERIFY(first.Listen());
+        QSignalSpy raised(&first, &SingleInstance::RaiseRequested);
+        QSignalSpy commands(&first, &SingleInstance::CommandReceived);
+        QVERIFY(SingleInstance(name).HandOver(QString()));
+        QTRY_VERIFY(raised.count() >= 1);
+        QCOMPARE(commands.count(), 0);
+    }
+
+    void NobodyToHandOverTo() { QVERIFY(!SingleInstance(UniqueName()).HandOver("LOADx.rlg", 300)); }
+
+    // An instance that died leaves its socket file behind; the next start must not take it for
+    // a running program and refuse to start.
+    void ASocketLeftByADeadInstanceIsTakenOver() {
+        const QString name = UniqueName();
+        const QByteArray path = QDir(QDir::tempPath()).filePath(name).toLocal8Bit();
+        const int stale = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
+        QCOMPARE(::bind(stale, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+        ::close(stale);
+        QVERIFY(QFileInfo::exists(QString::fromLocal8Bit(path)));
+
+        SingleInstance next(name);
+        QVERIFY(next.Listen());
+        QSignalSpy commands(&next, &SingleInstance::CommandReceived);
+        QVERIFY(SingleInstance(name).HandOver("LOADrun.rlg"));
+        QTRY_COMPARE(commands.count(), 1);
+    }
+
+    void OnlyItsUserMayConnect() {
+        const QString name = UniqueName();
+        SingleInstance first(name);
+        QVERIFY(first.Listen());
+        const QFileInfo socket(QDir(QDir::tempPath()).filePath(name));
+        QVERIFY(socket.exists());
+        QCOMPARE(socket.permissions() & (QFile::ReadOther | QFile::WriteOther | QFile::ReadGroup |
+                                         QFile::WriteGroup),
+                 QFile::Permissions());
+    }
+};
+
+QTEST_MAIN(SingleInstanceTest)
+#include "single_instance_test.moc"
