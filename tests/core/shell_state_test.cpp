@@ -40,6 +40,18 @@ TEST(WindowRegistry, LoggerMarkIsClearedWithTheNumber) {
     EXPECT_EQ(registry.GetLogger(99), 0);
 }
 
+// A downloaded file that fails to load gives its number up before the frame marks it as coming
+// from the logger; the mark must not pass to the next window that takes the number.
+TEST(WindowRegistry, MarkSetOnAFreeNumberGoesWhenTheNumberIsTakenAgain) {
+    WindowRegistry registry;
+    const int number = registry.Claim();
+    registry.DeleteFrom(number);
+    registry.SetLogger(number, 1);
+    EXPECT_EQ(registry.GetLogger(number), 1);
+    EXPECT_EQ(registry.Claim(), number);
+    EXPECT_EQ(registry.GetLogger(number), 0);
+}
+
 TEST(ShowMessage, PassesTextButtonsAndIcon) {
     RecordingSink sink(answers::Yes);
     EXPECT_EQ(ShowMessage(sink, "This file is not saved.", buttons::YesNoCancel, icons::Information),

@@ -11,7 +11,8 @@ bool WindowRegistry::Contains(int number) const {
 int WindowRegistry::Claim() {
     for (std::size_t number = 1; number < slots_.size(); ++number) {
         if (slots_[number].free) {
-            slots_[number].free = false;
+            // A number given up may still carry the logger mark set after its window was gone.
+            slots_[number] = Slot{false, 0};
             return static_cast<int>(number);
         }
     }
