@@ -1,0 +1,439 @@
+#include "graph/window_menus.h"
+#include "layout/default_layout.h"
+#include "layout/layout_store.h"
+#include "load/layer_commands.h"
+#include "load/load_logging_file.h"
+#include "load/window_close.h"
+#include "shell/temp_files.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace torvane::load {
+namespace {
+
+// The layer entries of the window's menu as the window model derives them.
+void ExpectLayerMenus(const graph::GraphWindowState& window, bool openLayer, bool closeLayer,
+                      bool align) {
+    const graph::WindowMenuState menus = graph::MenuStateOf(window);
+    EXPECT_EQ(menus.OpenLayerEnabled, openLayer);
+    EXPECT_EQ(menus.CloseLayerEnabled, closeLayer);
+    EXPECT_EQ(menus.AlignEnabled, align);
+}
+
+namespace fs = std::filesystem;
+using logdata::LogHeader;
+using logdata::SettingWord;
+using shell::RecordingSink;
+using torvane::testing::TempFolder;
+using torvane::testing::WriteWords16;
+
+struct ScriptedRun {
+    LogHeader header;
+    std::map<std::string, std::vector<std::int16_t>> streams;
+};
+
+// Ne (and TH) at 10 ms for the given length; with lapMarks a mark at 300 ms and one at 1200 ms.
+ScriptedRun MakeRun(int lengthMs, bool lapMarks = false) {
+    ScriptedRun run;
+    run.header.SetSampleTime(0, 10);
+    run.header.SetSampleTime(1, 10);
+    run.header.SetWord(SettingWord::ThClose, 100);
+    run.header.SetWord(SettingWord::ThOpen, 700);
+    const auto words = static_cast<std::size_t>(lengthMs / 10);
+    run.streams["Ne"] = std::vector<std::int16_t>(words, 400);
+    run.streams["TH"] = std::vector<std::int16_t>(words, 80);
+    std::vector<std::int16_t> lap(static_cast<std::size_t>(lengthMs / 300), 0);
+    if (lapMarks) {
+        run.header.SetWord(SettingWord::LapOn, 1);
+        lap.at(0) = 1;
+        lap.at(3) = 1;
+    }
+    run.streams["LAP"] = lap;
+    return run;
+}
+
+// Stands in for the driver: deploys the run scripted for a path, or fails with a code.
+class ScriptedDecompressor : public logdata::LogFileDecompressor {
+public:
+    int Decompress(const fs::path& logFile, const fs::path& tempDir, int fileNumber,
+                   LogHeader::Bytes& header, std::int32_t& deployCount) override {
+        fileNumbers.push_back(fileNumber);
+        if (result != 0) {
+            return result;
+        }
+        const auto run = runs.find(logFile.string());
+        if (run == runs.end()) {
+            return -1;
+        }
+        for (const auto& [name, words] : run->second.streams) {
+            WriteWords16(tempDir / shell::StreamFileName(name, fileNumber), words);
+        }
+        header = run->second.header.ToBytes();
+        deployCount = 1;
+        return 0;
+    }
+
+    int result = 0;
+    std::map<std::string, ScriptedRun> runs;
+    std::vector<int> fileNumbers;
+};
+
+// Keeps the window steps in order; any of them can be made to fail.
+class RecordingView : public WindowView {
+public:
+    bool ShowLayerPanel(int layer) override {
+        return Note("panel " + std::to_string(layer), !panelFails);
+    }
+    void CloseLayerPanel(int layer) override { Note("close panel " + std::to_string(layer)); }
+    bool SelectLayer(int layer) override {
+        return Note("select " + std::to_string(layer), !selectFails);
+    }
+    bool DrawScales() override { return Note("scales", !scalesFail); }
+    void RedrawGraph() override { Note("redraw"); }
+    void DispValues(bool recalculate) override {
+        Note(recalculate ? "values, cursor found again" : "values");
+    }
+
+    std::vector<std::string> steps;
+    bool panelFails = false;
+    bool selectFails = false;
+    bool scalesFail = false;
+
+private:
+    bool Note(std::string step, bool result = true) {
+        steps.push_back(std::move(step));
+        return result;
+    }
+};
+
+class LoadTest : public ::testing::Test {
+protected:
+    LoadTest() {
+        files.Layers.TempDir = folder.Path();
+        files.Layers.WindowNumber = registry.Claim();
+        display = layout::DefaultLayout();
+        display.Items[logdata::Ne].Zoom = 3;
+        display.Time = {2, 5000, 50};
+    }
+
+    bool Load(const ScriptedRun& run, const std::string& path = "/runs/MAIN.rlg") {
+        driver.runs[path] = run;
+        return LoadLoggingFile(files, path, display, driver, sink, view);
+    }
+    bool Open(const ScriptedRun& run, const std::string& path) {
+        driver.runs[path] = run;
+        return OpenLayer(files, path, driver, sink, view);
+    }
+    bool StreamExists(int layer, const std::string& stream) const {
+        return fs::exists(files.Layers.StreamPath(layer, stream));
+    }
+
+    TempFolder folder;
+    shell::WindowRegistry registry;
+    graph::GraphWindowState files;
+    graph::DisplaySet display;
+    ScriptedDecompressor driver;
+    RecordingSink sink;
+    RecordingView view;
+};
+
+TEST_F(LoadTest, MainFileIsReadyToShow) {
+    ASSERT_TRUE(Load(MakeRun(6000, true)));
+    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_EQ(files.SingleFileState, 1);
+    const logdata::LayerRecord& main = files.Layers.Layer[0];
+    EXPECT_EQ(main.FilePath, "/runs/MAIN.rlg");
+    EXPECT_EQ(main.MeasureTime, 6000.0);
+    EXPECT_EQ(files.Views[0].Display, display);
+    EXPECT_EQ(files.Time, display.Time);
+    graph::ScaleRecord neScale;
+    ASSERT_TRUE(graph::ScaleFor(logdata::Ne, 3, neScale));
+    EXPECT_EQ(files.Views[0].ItemScale[logdata::Ne], neScale);
+    EXPECT_EQ(main.ScrollItem, logdata::TH);
+    EXPECT_EQ(files.LapBarHeight, LapBarRowHeight);
+    EXPECT_EQ(files.Layers.Lap[0].LapTime, (std::vector<double>{300.0, 1200.0}));
+    ExpectLayerMenus(files, true, false, false);
+    EXPECT_EQ(view.steps, (std::vector<std::string>{"panel 0", "scales", "select 0",
+                                                    "values, cursor found again"}));
+}
+
+TEST_F(LoadTest, RunOfThreeSecondsOrLessIsRefused) {
+    ASSERT_FALSE(Load(MakeRun(3000)));
+    ASSERT_EQ(sink.messages.size(), 1U);
+    EXPECT_EQ(sink.messages[0].text, ShortMeasurementMessage);
+    EXPECT_EQ(sink.messages[0].icon, shell::icons::Warning);
+    EXPECT_EQ(files.SingleFileState, 0);
+    EXPECT_TRUE(view.steps.empty());
+
+    // Ne at 5 ms gives the next length above the limit.
+    ScriptedRun run = MakeRun(3000);
+    run.header.SetSampleTime(0, 5);
+    run.streams["Ne"].resize(601);
+    EXPECT_TRUE(Load(run));
+    EXPECT_EQ(files.Layers.Layer[0].MeasureTime, 3005.0);
+}
+
+TEST_F(LoadTest, RefusedWindowLeavesNoStreamOnceUnloaded) {
+    ASSERT_FALSE(Load(MakeRun(2000)));
+    EXPECT_TRUE(StreamExists(0, "Ne"));
+    TempFolder app;
+    const shell::AppPaths paths(app.Path());
+    ASSERT_TRUE(paths.MakeFolders());
+    layout::LayoutStore store(paths, sink);
+    UnloadWindow(files, registry, store, layout::FactoryToolBox);
+    EXPECT_TRUE(folder.FileNames().empty());
+    EXPECT_FALSE(registry.AnyFroms());
+}
+
+TEST_F(LoadTest, FailedDeploymentShowsTheDriversMessage) {
+    driver.result = -4;
+    EXPECT_FALSE(Load(MakeRun(6000)));
+    ASSERT_EQ(sink.messages.size(), 1U);
+    EXPECT_EQ(sink.messages[0].text, "File access error.");
+    EXPECT_EQ(sink.messages[0].icon, shell::icons::Stop);
+    EXPECT_TRUE(folder.FileNames().empty());
+
+    driver.result = 0;
+    sink.messages.clear();
+    EXPECT_FALSE(LoadLoggingFile(files, "/runs/GONE.rlg", display, driver, sink, view));
+    ASSERT_EQ(sink.messages.size(), 1U);
+    EXPECT_EQ(sink.messages[0].text, "[/runs/GONE.rlg]Can not find the specified log file.");
+}
+
+TEST_F(LoadTest, ScrollItemFallsBackFromThrottleToEngineSpeedToFrontWheel) {
+    ScriptedRun uncalibrated = MakeRun(6000);
+    uncalibrated.header.SetWord(SettingWord::ThOpen, 100);
+    ASSERT_TRUE(Load(uncalibrated));
+    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, logdata::Ne);
+
+    ScriptedRun rearWheelOnly;
+    rearWheelOnly.header.SetSampleTime(logdata::VRW, 10);
+    rearWheelOnly.streams = {{"VRW", std::vector<std::int16_t>(700, 50)}, {"LAP", {}}};
+    ASSERT_TRUE(Load(rearWheelOnly, "/runs/REAR.rlg"));
+    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, -1);
+}
+
+TEST_F(LoadTest, FailingWindowStepFailsTheLoad) {
+    view.selectFails = true;
+    EXPECT_FALSE(Load(MakeRun(6000)));
+    EXPECT_EQ(files.SingleFileState, 0);
+    EXPECT_NE(view.steps.back(), "values, cursor found again");
+
+    view = RecordingView{};
+    view.panelFails = true;
+    EXPECT_FALSE(Load(MakeRun(6000)));
+    EXPECT_EQ(view.steps, std::vector<std::string>{"panel 0"});
+}
+
+TEST_F(LoadTest, SecondAndThirdLayersOpenAndAFourthIsRefused) {
+    ASSERT_TRUE(Load(MakeRun(6000)));
+    files.Layers.Layer[0].TimeOffset = 1500.0;
+    files.Layers.Layer[0].CursorTime = 2500.0;
+    view.steps.clear();
+
+    ASSERT_TRUE(Open(MakeRun(4000), "/runs/SECOND.rlg"));
+    EXPECT_EQ(files.LastLayer, 1);
+    EXPECT_EQ(files.ActiveLayer, 0);
+    EXPECT_EQ(files.SingleFileState, 0);
+    ExpectLayerMenus(files, true, true, true);
+    const logdata::LayerRecord& second = files.Layers.Layer[1];
+    EXPECT_EQ(second.FilePath, "/runs/SECOND.rlg");
+    EXPECT_EQ(second.TimeOffset, 1500.0);
+    EXPECT_EQ(second.CursorTime, 2500.0);
+    EXPECT_EQ(second.ScrollItem, logdata::TH);
+    EXPECT_EQ(files.Views[1].Display, files.Views[0].Display);
+    EXPECT_EQ(files.Views[1].ItemScale, files.Views[0].ItemScale);
+    EXPECT_EQ(view.steps, (std::vector<std::string>{"panel 1", "scales", "redraw", "values"}));
+
+    ASSERT_TRUE(Open(MakeRun(5000), "/runs/THIRD.rlg"));
+    EXPECT_EQ(files.LastLayer, 2);
+    ExpectLayerMenus(files, false, true, true);
+    EXPECT_FALSE(CanOpenLayer(files));
+
+    EXPECT_FALSE(Open(MakeRun(5000), "/runs/FOURTH.rlg"));
+    EXPECT_EQ(driver.fileNumbers, (std::vector<int>{10, 11, 12}));
+    EXPECT_EQ(files.LastLayer, 2);
+    EXPECT_TRUE(sink.messages.empty());
+}
+
+TEST_F(LoadTest, LapBarGrowsOnlyForLayersWithLapMarks) {
+    ASSERT_TRUE(Load(MakeRun(6000, true)));
+    ASSERT_TRUE(Open(MakeRun(6000, false), "/runs/NOMARKS.rlg"));
+    EXPECT_EQ(files.LapBarHeight, 14);
+    ASSERT_TRUE(Open(MakeRun(6000, true), "/runs/MARKS.rlg"));
+    EXPECT_EQ(files.LapBarHeight, 28);
+    EXPECT_EQ(files.Layers.Lap[2].LapBarTop, 14);
+    ASSERT_TRUE(CloseLayer(files, view));
+    EXPECT_EQ(files.LapBarHeight, 14);
+}
+
+TEST_F(LoadTest, ShortLayerIsRefusedAndItsNumberUsedAgain) {
+    ASSERT_TRUE(Load(MakeRun(6000)));
+    EXPECT_FALSE(Open(MakeRun(3000), "/runs/SHORT.rlg"));
+    ASSERT_EQ(sink.messages.size(), 1U);
+    EXPECT_EQ(sink.messages[0].text, ShortMeasurementMessage);
+    EXPECT_EQ(files.LastLayer, 0);
+    EXPECT_EQ(files.SingleFileState, 1);
+    EXPECT_EQ(NextLayer(files), 1);
+
+    ASSERT_TRUE(Open(MakeRun(8000), "/runs/LONG.rlg"));
+    EXPECT_EQ(driver.fileNumbers, (std::vector<int>{10, 11, 11}));
+    EXPECT_EQ(files.Layers.Layer[1].MeasureTime, 8000.0);
+}
+
+TEST_F(LoadTest, ClosingLayersFallsBackToTheMainFile) {
+    ASSERT_TRUE(Load(MakeRun(6000)));
+    ASSERT_TRUE(Open(MakeRun(6000), "/runs/SECOND.rlg"));
+    ASSERT_TRUE(Open(MakeRun(6000), "/runs/THIRD.rlg"));
+    files.ActiveLayer = 1;
+    view.steps.clear();
+
+    // The highest layer is not the active one: the selection stays.
+    ASSERT_TRUE(CloseLayer(files, view));
+    EXPECT_EQ(files.LastLayer, 1);
+    EXPECT_EQ(files.ActiveLayer, 1);
+    ExpectLayerMenus(files, true, true, true);
+    EXPECT_EQ(view.steps, (std::vector<std::string>{"close panel 2", "scales", "redraw"}));
+
+    view.steps.clear();
+    ASSERT_TRUE(CloseLayer(files, view));
+    EXPECT_EQ(files.ActiveLayer, 0);
+    ExpectLayerMenus(files, true, false, false);
+    EXPECT_EQ(view.steps,
+              (std::vector<std::string>{"close panel 1", "select 0", "scales", "redraw"}));
+    EXPECT_FALSE(CanCloseLayer(files));
+    EXPECT_FALSE(CloseLayer(files, view));
+
+    // The streams of closed layers stay until the window closes.
+    EXPECT_TRUE(StreamExists(1, "Ne"));
+    EXPECT_TRUE(StreamExists(2, "Ne"));
+}
+
+// A downloaded file in TMP, in window 1 of the registry.
+class QueryUnloadTest : public ::testing::Test {
+protected:
+    QueryUnloadTest() {
+        files.Layers.WindowNumber = registry.Claim();
+        files.Layers.Layer[0].FilePath = downloaded;
+        torvane::testing::WriteText(downloaded, "logging file");
+        registry.SetLogger(files.Layers.WindowNumber, 1);
+    }
+
+    bool Query(int answer, std::optional<fs::path> chosen = std::nullopt) {
+        sink.SetAnswer(answer);
+        return QueryUnload(files, registry, sink, [&] {
+            ++dialogs;
+            return chosen;
+        });
+    }
+    int Logger() const { return registry.GetLogger(files.Layers.WindowNumber); }
+
+    TempFolder tmp;
+    TempFolder data;
+    fs::path downloaded = tmp / "LGGR0001.rlg";
+    shell::WindowRegistry registry;
+    graph::GraphWindowState files;
+    RecordingSink sink;
+    int dialogs = 0;
+};
+
+TEST_F(QueryUnloadTest, NothingIsAskedForAFileFromTheDiskOrOneAlreadyGone) {
+    registry.SetLogger(files.Layers.WindowNumber, 0);
+    EXPECT_TRUE(Query(shell::answers::Cancel));
+    registry.SetLogger(files.Layers.WindowNumber, 1);
+    fs::remove(downloaded);
+    EXPECT_TRUE(Query(shell::answers::Cancel));
+    EXPECT_TRUE(sink.messages.empty());
+}
+
+TEST_F(QueryUnloadTest, CancelKeepsTheWindowAndTheFile) {
+    EXPECT_FALSE(Query(shell::answers::Cancel));
+    ASSERT_EQ(sink.messages.size(), 1U);
+    EXPECT_EQ(sink.messages[0].text, "This file is not saved.\r\nDoes it save?");
+    EXPECT_EQ(sink.messages[0].buttons, shell::buttons::YesNoCancel);
+    EXPECT_EQ(sink.messages[0].icon, shell::icons::Information);
+    EXPECT_TRUE(fs::exists(downloaded));
+    EXPECT_EQ(Logger(), 1);
+    EXPECT_EQ(dialogs, 0);
+}
+
+TEST_F(QueryUnloadTest, NoDeletesTheDownloadedFile) {
+    EXPECT_TRUE(Query(shell::answers::No));
+    EXPECT_FALSE(fs::exists(downloaded));
+    EXPECT_EQ(Logger(), 0);
+    EXPECT_EQ(sink.messages.size(), 1U);
+}
+
+TEST_F(QueryUnloadTest, YesMovesTheFileToTheChosenPlace) {
+    const fs::path target = data / "RUN.rlg";
+    EXPECT_TRUE(Query(shell::answers::Yes, target));
+    EXPECT_EQ(torvane::testing::ReadText(target), "logging file");
+    EXPECT_FALSE(fs::exists(downloaded));
+    EXPECT_EQ(Logger(), 0);
+    EXPECT_EQ(sink.messages.size(), 1U);
+}
+
+TEST_F(QueryUnloadTest, YesWithoutADifferentPlaceLeavesTheFile) {
+    EXPECT_TRUE(Query(shell::answers::Yes, std::nullopt));
+    EXPECT_TRUE(Query(shell::answers::Yes, downloaded));
+    EXPECT_EQ(dialogs, 2);
+    EXPECT_TRUE(fs::exists(downloaded));
+    EXPECT_EQ(sink.messages.size(), 2U);
+}
+
+TEST_F(QueryUnloadTest, FailedCopyReportsAndKeepsTheFile) {
+    EXPECT_TRUE(Query(shell::answers::Yes, data / "missing" / "RUN.rlg"));
+    ASSERT_EQ(sink.messages.size(), 2U);
+    EXPECT_TRUE(sink.messages[1].text.starts_with("Error(76)\r")) << sink.messages[1].text;
+    EXPECT_TRUE(fs::exists(downloaded));
+}
+
+TEST(UnloadWindowTest, RemovesTheWindowsStreamsAndKeepsItsDisplay) {
+    TempFolder app;
+    const shell::AppPaths paths(app.Path());
+    ASSERT_TRUE(paths.MakeFolders());
+    RecordingSink sink;
+    layout::LayoutStore store(paths, sink);
+    ASSERT_TRUE(store.LoadLayouts());
+    shell::WindowRegistry registry;
+
+    graph::GraphWindowState first;
+    first.Layers.TempDir = paths.TempDir();
+    first.Layers.WindowNumber = registry.Claim();
+    graph::GraphWindowState second = first;
+    second.Layers.WindowNumber = registry.Claim();
+    for (int layer = 0; layer < logdata::LayerCount; ++layer) {
+        WriteWords16(first.Layers.StreamPath(layer, "Ne"), {1});
+        WriteWords16(second.Layers.StreamPath(layer, "Ne"), {1});
+    }
+    first.SingleFileState = 1;
+    first.Views[0].Display = layout::DefaultLayout();
+    first.Views[0].Display.Items[logdata::TH].Zoom = 9;
+    first.Time = {4, 2000, 20};
+
+    EXPECT_FALSE(UnloadWindow(first, registry, store, layout::FactoryToolBox).LastWindow);
+    EXPECT_FALSE(registry.InUse(first.Layers.WindowNumber));
+    EXPECT_EQ(shell::DeleteTempFiles(paths.TempDir(), first.Layers.WindowNumber), 0);
+    EXPECT_EQ(shell::DeleteTempFiles(paths.TempDir(), second.Layers.WindowNumber), 3);
+    graph::DisplaySet kept;
+    ASSERT_TRUE(store.GetLayout(0, kept));
+    EXPECT_EQ(kept.Items, first.Views[0].Display.Items);
+    EXPECT_EQ(kept.Time, first.Time);
+
+    // The last window saves the store; its display was changed, so record 0 stays.
+    second.SingleFileState = 0;
+    const layout::ToolBoxPlace toolBox{true, 120, 240};
+    EXPECT_TRUE(UnloadWindow(second, registry, store, toolBox).LastWindow);
+    layout::LayoutStore reread(paths, sink);
+    ASSERT_TRUE(reread.LoadLayouts());
+    EXPECT_EQ(reread.ToolBox(), toolBox);
+    ASSERT_TRUE(reread.GetLayout(0, kept));
+    EXPECT_EQ(kept.Time, first.Time);
+    EXPECT_TRUE(sink.messages.empty());
+}
+
+} // namespace
+} // namespace torvane::load
