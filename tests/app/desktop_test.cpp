@@ -1,6 +1,8 @@
 // The desktop's start and end: folders, the files it keeps, the temporary folder emptied at both
 // ends, the screen rule and the command line taken whole.
 
+#include "generated_run.h"
+#include "graph/graph_window.h"
 #include "shell/desktop.h"
 #include "support/temp_folder.h"
 
@@ -53,8 +55,8 @@ private slots:
         }
     }
 
-    // Commands of a later start: only LOAD is taken, and a file the frame cannot open yet
-    // changes nothing.
+    // Commands of a later start: only LOAD is taken, and a file of a kind that the frame does not
+    // open changes nothing.
     void LinkCommandsOtherThanLoadAreIgnored() {
         torvane::testing::TempFolder home;
         Desktop desktop{torvane::shell::AppPaths(home.Path())};
@@ -63,6 +65,33 @@ private slots:
         desktop.LinkExecute("LOAD/runs/a.dto");
         QVERIFY(desktop.Frame().isVisible());
         QVERIFY(QApplication::activeModalWidget() == nullptr);
+    }
+
+    // The command line and a later start's "LOAD" open a logging file, blanks and upper-case
+    // extension and all; the frame's end takes the windows' streams with it.
+    void TheCommandLineAndLoadOpenLoggingFiles() {
+        torvane::testing::TempFolder home;
+        const torvane::shell::AppPaths paths(home.Path());
+        QVERIFY(paths.MakeFolders());
+        const std::filesystem::path run = paths.DataDir() / "Mugello day 2.RLG";
+        QVERIFY(torvane::testing::WriteGeneratedRun(run, 20000.0, 1));
+        const QString whole = QString::fromStdString(run.string());
+
+        Desktop desktop(paths);
+        desktop.Start(whole);
+        QCOMPARE(desktop.Frame().GraphWindows().size(), 1);
+        desktop.LinkExecute("LOAD" + whole);
+        QCOMPARE(desktop.Frame().GraphWindows().size(), 2);
+        QCOMPARE(desktop.Frame().GraphWindows().back()->Number(), 2);
+        // Quoted, the path ends in a quote and names no logging file.
+        desktop.LinkExecute("LOAD\"" + whole + "\"");
+        QCOMPARE(desktop.Frame().GraphWindows().size(), 2);
+        QVERIFY(!std::filesystem::is_empty(paths.TempDir()));
+
+        desktop.Frame().close();
+        QVERIFY(!desktop.Frame().isVisible());
+        QVERIFY(std::filesystem::is_empty(paths.TempDir()));
+        QVERIFY(std::filesystem::exists(run));
     }
 };
 

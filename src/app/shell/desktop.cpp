@@ -1,5 +1,8 @@
 #include "shell/desktop.h"
 
+#include "graph/file_choice.h"
+#include "logger/download_dialog.h"
+#include "load/link_command.h"
 #include "shell/temp_files.h"
 
 #include <QApplication>
@@ -28,7 +31,28 @@ QString WholeCommandLine(int argc, char** argv) {
 Desktop::Desktop(shell::AppPaths paths)
     : paths_(std::move(paths))
     , sink_(&frame_)
-    , layouts_(paths_, sink_) {}
+    , layouts_(paths_, sink_)
+    , windows_{.TempDir = paths_.TempDir(),
+               .Registry = registry_,
+               .Layouts = layouts_,
+               .Laf = laf_,
+               .Decompressor = decompressor_,
+               .Sink = sink_,
+               .Memory = memory_,
+               .ChooseLoggingFile = ChooseLoggingFile,
+               .ChooseSaveFile = ChooseSaveFile,
+               .DownloadFromLogger = [this](QWidget* owner) { return DownloadFromLogger(owner); }} {
+    frame_.Attach(windows_);
+}
+
+std::optional<std::filesystem::path> Desktop::DownloadFromLogger(QWidget* owner) {
+    const DownloadResult result =
+        DownloadDialog::Run(driver_, sink_, DownloadRequest{paths_.TempDir()}, owner);
+    if (result.cancelled) {
+        return std::nullopt;
+    }
+    return result.file;
+}
 
 void Desktop::Start(const QString& commandLine) {
     paths_.MakeFolders();
@@ -36,7 +60,7 @@ void Desktop::Start(const QString& commandLine) {
     layouts_.LoadLayouts();
     logger::LoadLafTable(laf_, paths_.InitDir(), sink_);
     frame_.show();
-    OpenFromCommandLine(commandLine);
+    OpenPath(commandLine);
     QApplication::processEvents();
     frame_.activateWindow();
 }
@@ -57,20 +81,18 @@ void Desktop::Raise() {
 }
 
 void Desktop::LinkExecute(const QString& command) {
-    // Only "LOAD" commands are taken; the rest of the text is a command line like the program's
-    // own.
-    if (command.left(4) == "LOAD") {
-        OpenFromCommandLine(command.mid(4));
+    const load::LinkAction action = load::LinkExecute(command.toStdString());
+    if (action.Accepted) {
+        OpenPath(QString::fromStdString(action.Path));
     }
 }
 
-void Desktop::OpenFromCommandLine(const QString& path) {
-    // The last three characters decide, upper-cased, without looking for a dot. Graph windows
-    // and detonation maps open files once they exist; until then a file named on the command
-    // line is accepted and the frame stays as it is.
-    const QString kind = path.right(3).toUpper();
-    if (kind == "RLG" || kind == "DTO") {
-        return;
+void Desktop::OpenPath(const QString& path) {
+    // The detonation map opens "DTO" files once its window exists; until then such a path
+    // leaves the frame as it is, like any other.
+    const std::string whole = path.toStdString();
+    if (load::FileKindOf(whole) == load::FileKind::LoggingFile) {
+        frame_.OpenLoggingWindow(3, whole);
     }
 }
 

@@ -2,11 +2,16 @@
 // The running desktop: the program's folders, the stores it loads at start and saves at the end,
 // the frame, and the commands that reach it from the command line or a later start.
 
+#include "binding/tlm_decompressor.h"
+#include "binding/tlm_driver.h"
+#include "graph/graph_window_context.h"
 #include "layout/layout_store.h"
+#include "load/memory_check.h"
 #include "logger/laf_table.h"
 #include "shell/app_paths.h"
 #include "shell/main_frame.h"
 #include "shell/message_box_sink.h"
+#include "shell/window_registry.h"
 
 #include <QObject>
 #include <QString>
@@ -42,13 +47,21 @@ public:
     layout::LayoutStore& Layouts() { return layouts_; }
 
 private:
-    void OpenFromCommandLine(const QString& path);
+    // A path handed to the program: an "RLG" file opens in a graph window.
+    void OpenPath(const QString& path);
+    // The logger's download dialog over libtlm: the downloaded file, or nothing.
+    std::optional<std::filesystem::path> DownloadFromLogger(QWidget* owner);
 
     shell::AppPaths paths_;
     MainFrame frame_;
     MessageBoxSink sink_;
     layout::LayoutStore layouts_;
     logger::LafTable laf_;
+    shell::WindowRegistry registry_;
+    binding::TlmDecompressor decompressor_;
+    load::ProcMemInfo memory_;
+    binding::TlmDriver driver_;
+    GraphWindowContext windows_;
 };
 
 } // namespace torvane::app

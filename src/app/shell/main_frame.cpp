@@ -1,11 +1,25 @@
 #include "shell/main_frame.h"
 
+#include "graph/graph_window.h"
+#include "graph/graph_window_context.h"
+#include "load/link_command.h"
+#include "load/memory_check.h"
 #include "shell/about_box.h"
 #include "shell/frame_menu.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QCursor>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
+
+#include <algorithm>
 
 namespace torvane::app {
 namespace {
@@ -14,6 +28,19 @@ QString Text(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+GraphWindow* GraphWindowOf(const QMdiSubWindow* window) {
+    return window == nullptr ? nullptr : qobject_cast<GraphWindow*>(window->widget());
+}
+
+// The hourglass for as long as a load runs, put back on every way out.
+class WaitCursor {
+public:
+    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
+    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
+    WaitCursor(const WaitCursor&) = delete;
+    WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
 } // namespace
 
 MainFrame::MainFrame(QWidget* parent)
@@ -21,11 +48,21 @@ MainFrame::MainFrame(QWidget* parent)
     , area_(new QMdiArea(this)) {
     setObjectName("mdiTLM0010");
     setWindowTitle(ProgramTitle);
+    setAcceptDrops(true);
     area_->setObjectName("mdiArea");
     setCentralWidget(area_);
     BuildMenu();
     WireHandlers();
+    connect(area_, &QMdiArea::subWindowActivated, this, &MainFrame::WindowActivated);
     resize(1024, 700);
+}
+
+MainFrame::~MainFrame() {
+    // The windows go after the frame's own part: nothing they signal on the way may reach it.
+    for (GraphWindow* window : GraphWindows()) {
+        window->disconnect(this);
+    }
+    area_->disconnect(this);
 }
 
 void MainFrame::BuildMenu() {
@@ -58,18 +95,218 @@ void MainFrame::WireHandlers() {
             action->setEnabled(false);
         }
     }
-    const auto wire = [this](const char* name, auto handler) {
-        QAction* action = Action(name);
-        action->setEnabled(true);
-        connect(action, &QAction::triggered, this, handler);
-    };
-    wire("mnuEnd", &MainFrame::close);
-    wire("mnuInfo", &MainFrame::ShowAbout);
+    Wire("mnuEnd", &MainFrame::End);
+    Wire("mnuInfo", &MainFrame::ShowAbout);
+}
+
+void MainFrame::Wire(const char* name, void (MainFrame::*handler)()) {
+    QAction* action = Action(name);
+    wired_.insert(name);
+    action->setEnabled(true);
+    connect(action, &QAction::triggered, this, handler);
+}
+
+void MainFrame::Attach(GraphWindowContext& context) {
+    context_ = &context;
+    Wire("mnuFileOpen", &MainFrame::FileOpen);
+    if (context.DownloadFromLogger) {
+        Wire("mnuLogger", &MainFrame::OpenFromLogger);
+    }
+    Wire("mnuOpenLayer", &MainFrame::OpenLayer);
+    Wire("mnuCloseLayer", &MainFrame::CloseLayer);
+    Wire("mnuFileClose", &MainFrame::FileClose);
+    ApplyWindowMenus();
+}
+
+GraphWindow* MainFrame::OpenLoggingWindow(int mode, const std::filesystem::path& path) {
+    if (context_ == nullptr || !load::CheckMemory(context_->Memory, context_->Sink)) {
+        return nullptr;
+    }
+    std::optional<std::filesystem::path> file;
+    switch (mode) {
+    case 1:
+        file = context_->ChooseLoggingFile ? context_->ChooseLoggingFile(this) : std::nullopt;
+        break;
+    case 2:
+        file = context_->DownloadFromLogger ? context_->DownloadFromLogger(this) : std::nullopt;
+        break;
+    case 3:
+        file = path;
+        break;
+    default:
+        break;
+    }
+    if (!file) {
+        return nullptr;
+    }
+    return ShowLoggingFile(*file, mode == 2);
+}
+
+GraphWindow* MainFrame::ShowLoggingFile(const std::filesystem::path& path, bool fromLogger) {
+    if (context_ == nullptr) {
+        return nullptr;
+    }
+    const WaitCursor hourglass;
+    const int number = context_->Registry.Claim();
+    auto* window = new GraphWindow(*context_, number);
+    connect(window, &GraphWindow::MenusChanged, this, &MainFrame::ApplyWindowMenus);
+    connect(window, &GraphWindow::PopupRequested, this, &MainFrame::ShowPopup);
+    QMdiSubWindow* frame = area_->addSubWindow(window);
+    frame->resize(760, 480);
+    frame->show();
+    const bool loaded = window->LoadLoggingFile(path);
+    if (!loaded) {
+        window->Discard();
+        delete frame;
+    }
+    // Set even for a failed load: the mark stays on the free number until it is claimed again.
+    if (fromLogger) {
+        context_->Registry.SetLogger(number, 1);
+    }
+    ApplyWindowMenus();
+    return loaded ? window : nullptr;
+}
+
+GraphWindow* MainFrame::ActiveGraphWindow() const {
+    // The current window stays current while the frame itself is not the active window.
+    return GraphWindowOf(area_->currentSubWindow());
+}
+
+QList<GraphWindow*> MainFrame::GraphWindows() const {
+    QList<GraphWindow*> windows;
+    for (QMdiSubWindow* window : area_->subWindowList()) {
+        if (GraphWindow* graph = GraphWindowOf(window)) {
+            windows << graph;
+        }
+    }
+    return windows;
+}
+
+void MainFrame::closeEvent(QCloseEvent* event) {
+    // Each window may ask about its downloaded file; a window kept open keeps the frame open.
+    area_->closeAllSubWindows();
+    const auto open = area_->subWindowList();
+    if (std::any_of(open.begin(), open.end(),
+                    [](const QMdiSubWindow* window) { return window->isVisible(); })) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+}
+
+void MainFrame::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls()) {
+        event->acceptProposedAction();
+    }
+}
+
+void MainFrame::dropEvent(QDropEvent* event) {
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.isEmpty()) {
+        return;
+    }
+    event->acceptProposedAction();
+    // Only the first file counts; files that do not exist or are of another kind are ignored
+    // without a word.
+    const std::filesystem::path path = urls.front().toLocalFile().toStdString();
+    std::error_code error;
+    if (path.empty() || !std::filesystem::exists(path, error)) {
+        return;
+    }
+    if (load::FileKindOf(path.string()) == load::FileKind::LoggingFile) {
+        OpenLoggingWindow(3, path);
+    }
+}
+
+void MainFrame::End() {
+    close();
 }
 
 void MainFrame::ShowAbout() {
     AboutBox about(this);
     about.exec();
+}
+
+void MainFrame::FileOpen() {
+    OpenLoggingWindow(1);
+}
+
+void MainFrame::OpenFromLogger() {
+    OpenLoggingWindow(2);
+}
+
+void MainFrame::OpenLayer() {
+    GraphWindow* window = ActiveGraphWindow();
+    if (window == nullptr || !window->Menus().OpenLayerEnabled || !context_->ChooseLoggingFile) {
+        return;
+    }
+    if (const auto file = context_->ChooseLoggingFile(this)) {
+        window->OpenLayer(*file);
+    }
+}
+
+void MainFrame::CloseLayer() {
+    if (GraphWindow* window = ActiveGraphWindow()) {
+        window->CloseLayer();
+    }
+}
+
+void MainFrame::FileClose() {
+    if (QMdiSubWindow* window = area_->currentSubWindow()) {
+        window->close();
+    }
+    ApplyWindowMenus();
+}
+
+void MainFrame::WindowActivated(QMdiSubWindow* window) {
+    if (GraphWindow* graph = GraphWindowOf(window)) {
+        graph->Activated();
+    }
+    ApplyWindowMenus();
+}
+
+void MainFrame::SetEntry(const QString& name, bool enabled, bool visible) {
+    if (QAction* action = Action(name)) {
+        action->setEnabled(enabled && wired_.contains(name));
+        action->setVisible(visible);
+    }
+}
+
+void MainFrame::ApplyWindowMenus() {
+    const GraphWindow* window = ActiveGraphWindow();
+    const graph::WindowMenuState menus =
+        window != nullptr ? window->Menus() : graph::WindowMenuState{false, false};
+    const bool open = window != nullptr;
+    SetEntry("mnuFileClose", open);
+    SetEntry("mnuOpenLayer", open && menus.OpenLayerEnabled);
+    SetEntry("mnuCloseLayer", open && menus.CloseLayerEnabled);
+    SetEntry("mnuAlign", open && menus.AlignEnabled);
+    SetEntry("mnuHisto", open && menus.HistoEnabled);
+    SetEntry("mnuDspDeto2", open && menus.DspDeto2Enabled);
+    SetEntry("mnuGrid", open && menus.GridEnabled);
+}
+
+void MainFrame::ShowPopup(const std::vector<graph::MenuEntryState>& entries) {
+    QMenu* popup = Action("mnuVisible")->menu();
+    struct Kept {
+        QAction* action;
+        bool enabled;
+        bool visible;
+    };
+    std::vector<Kept> kept;
+    for (const graph::MenuEntryState& entry : entries) {
+        const QString name = Text(entry.Name);
+        if (QAction* action = Action(name)) {
+            kept.push_back({action, action->isEnabled(), action->isVisible()});
+            SetEntry(name, entry.Enabled, entry.Visible);
+        }
+    }
+    popup->exec(QCursor::pos());
+    // Closing the popup gives the bar back its entries as they were.
+    for (const Kept& entry : kept) {
+        entry.action->setEnabled(entry.enabled);
+        entry.action->setVisible(entry.visible);
+    }
 }
 
 } // namespace torvane::app

@@ -3,30 +3,80 @@
 // Entries whose windows do not exist yet are present and disabled, so the menu a race engineer
 // sees is the whole one from the start.
 
+#include "graph/window_menus.h"
+
 #include <QHash>
+#include <QList>
 #include <QMainWindow>
+#include <QSet>
+
+#include <filesystem>
+#include <vector>
 
 class QAction;
 class QMdiArea;
+class QMdiSubWindow;
 
 namespace torvane::app {
+
+class GraphWindow;
+struct GraphWindowContext;
 
 class MainFrame : public QMainWindow {
     Q_OBJECT
 public:
     explicit MainFrame(QWidget* parent = nullptr);
+    ~MainFrame() override;
+    MainFrame(const MainFrame&) = delete;
+    MainFrame& operator=(const MainFrame&) = delete;
 
     // The menu entry (or submenu) of that object name; null for a name the frame does not have.
     QAction* Action(const QString& name) const { return actions_.value(name); }
     QMdiArea* Area() const { return area_; }
 
+    // Gives the frame what its graph windows work with; the file commands work from then on.
+    void Attach(GraphWindowContext& context);
+
+    // Opens a logging file in a new graph window after the memory check: mode 1 a file the
+    // operator chooses, 2 a file downloaded from the logger, 3 the file given. Null when no
+    // window opened.
+    GraphWindow* OpenLoggingWindow(int mode, const std::filesystem::path& path = {});
+    // The steps after the file is known: a numbered window, the load, and the window removed
+    // again when the load fails. A file from the logger is marked as not saved yet, whether it
+    // loaded or not.
+    GraphWindow* ShowLoggingFile(const std::filesystem::path& path, bool fromLogger);
+
+    // The graph window that the commands act on; null when none is open.
+    GraphWindow* ActiveGraphWindow() const;
+    QList<GraphWindow*> GraphWindows() const;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
 private:
     void BuildMenu();
     void WireHandlers();
+    void Wire(const char* name, void (MainFrame::*handler)());
+    void End();
     void ShowAbout();
+    void FileOpen();
+    void OpenFromLogger();
+    void OpenLayer();
+    void CloseLayer();
+    void FileClose();
+    void WindowActivated(QMdiSubWindow* window);
+    // Enables the entries that follow the active graph window's state; an entry without its
+    // command stays disabled.
+    void ApplyWindowMenus();
+    void SetEntry(const QString& name, bool enabled, bool visible = true);
+    void ShowPopup(const std::vector<graph::MenuEntryState>& entries);
 
     QMdiArea* area_;
     QHash<QString, QAction*> actions_;
+    QSet<QString> wired_;
+    GraphWindowContext* context_ = nullptr;
 };
 
 } // namespace torvane::app

@@ -1,0 +1,295 @@
+#include "graph/graph_window.h"
+
+#include "graph/item_panel.h"
+#include "graph/panel_controls.h"
+#include "graph/plain_areas.h"
+#include "graph/read_out.h"
+#include "graph/window_geometry.h"
+#include "load/layer_commands.h"
+#include "load/load_logging_file.h"
+#include "load/window_close.h"
+
+#include <QCloseEvent>
+#include <QFrame>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace torvane::app {
+namespace {
+
+QRect ToQRect(const graph::PixelRect& rect) {
+    return {rect.Left, rect.Top, rect.Width, rect.Height};
+}
+
+graph::MouseButton ToMouseButton(Qt::MouseButton button) {
+    return button == Qt::RightButton ? graph::MouseButton::Right : graph::MouseButton::Left;
+}
+
+// The column of the mouse as the cursor pictures see it: their hot spot is 11 pixels in.
+constexpr int CursorHotSpot = 11;
+constexpr int ScaleColumn = 100;
+
+} // namespace
+
+GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* parent)
+    : QWidget(parent)
+    , context_(context)
+    , title_(new QLabel(QString::fromUtf8(graph::InitialTitleText.data(),
+                                          static_cast<qsizetype>(graph::InitialTitleText.size())),
+                        this))
+    , graph_(new PlainArea(this))
+    , strip_(new PlainArea(this))
+    , box_(new QFrame(strip_))
+    , moveLeft_(new QPushButton("<", this))
+    , moveRight_(new QPushButton(">", this))
+    , scrollTitle_(new TitleItem(this)) {
+    setObjectName("frmTLM0100");
+    state_.Layers.WindowNumber = number;
+    state_.Layers.TempDir = context.TempDir;
+
+    title_->setObjectName("lblTm");
+    QFont titleFont = title_->font();
+    titleFont.setPixelSize(11);
+    title_->setFont(titleFont);
+    title_->installEventFilter(this);
+    graph_->setObjectName("picGraph");
+    strip_->setObjectName("picScroll");
+    box_->setObjectName("picBox");
+    box_->setFrameShape(QFrame::Box);
+    moveLeft_->setObjectName("cmdMove0");
+    moveRight_->setObjectName("cmdMove1");
+    scrollTitle_->setObjectName("ucnScroll");
+    connect(graph_, &PlainArea::Pressed, this, &GraphWindow::PressGraph);
+    ApplyGeometry();
+    ApplyScrollStrip();
+}
+
+bool GraphWindow::LoadLoggingFile(const std::filesystem::path& file) {
+    setWindowTitle(QString::fromStdString(file.string()));
+    graph::DisplaySet display;
+    context_.Layouts.GetLayout(0, display);
+    const bool loaded =
+        load::LoadLoggingFile(state_, file, display, context_.Decompressor, context_.Sink, *this);
+    ApplyGeometry();
+    emit MenusChanged();
+    return loaded;
+}
+
+bool GraphWindow::OpenLayer(const std::filesystem::path& file) {
+    const bool opened = load::OpenLayer(state_, file, context_.Decompressor, context_.Sink, *this);
+    emit MenusChanged();
+    return opened;
+}
+
+bool GraphWindow::CloseLayer() {
+    const bool closed = load::CloseLayer(state_, *this);
+    emit MenusChanged();
+    return closed;
+}
+
+void GraphWindow::Discard() {
+    Unload();
+}
+
+void GraphWindow::Activated() {
+    if (state_.SingleFileState == 1) {
+        context_.Layouts.SetLayout(0, state_.Views[0].Display, state_.Time);
+    }
+    emit MenusChanged();
+}
+
+bool GraphWindow::ShowLayerPanel(int layer) {
+    const logdata::LayerRecord& record = state_.Layers.Layer.at(static_cast<std::size_t>(layer));
+    state_.Panel.ShowLayerPanel(layer, graph::BareFileName(record.FilePath), record,
+                                state_.Views.at(static_cast<std::size_t>(layer)));
+    SyncPanel();
+    return true;
+}
+
+void GraphWindow::CloseLayerPanel(int layer) {
+    state_.Panel.CloseLayer(layer);
+    SyncPanel();
+}
+
+bool GraphWindow::SelectLayer(int layer) {
+    state_.Panel.MarkFile(layer);
+    if (!graph::SelectLayer(state_, layer)) {
+        return false;
+    }
+    ApplyScrollStrip();
+    SyncPanel();
+    return true;
+}
+
+bool GraphWindow::DrawScales() {
+    graph_->update();
+    return true;
+}
+
+void GraphWindow::RedrawGraph() {
+    graph_->update();
+}
+
+void GraphWindow::DispValues(bool recalculateCursor) {
+    graph::DispValues(state_, recalculateCursor ? 1 : 0, context_.Laf);
+    SyncPanel();
+}
+
+void GraphWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    if (isMinimized()) {
+        return;
+    }
+    ApplyGeometry();
+    if (graph::ResizeRebuildsStrip(state_)) {
+        ApplyScrollStrip();
+    }
+}
+
+void GraphWindow::closeEvent(QCloseEvent* event) {
+    if (!unloaded_) {
+        const load::ChooseSavePath chooseSavePath = [this] {
+            return context_.ChooseSaveFile ? context_.ChooseSaveFile(this) : std::nullopt;
+        };
+        if (!load::QueryUnload(state_, context_.Registry, context_.Sink, chooseSavePath)) {
+            event->ignore();
+            return;
+        }
+        Unload();
+    }
+    event->accept();
+}
+
+bool GraphWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == title_ && event->type() == QEvent::MouseButtonPress) {
+        graph::ToggleDeltaMode(state_);
+        SyncPanel();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void GraphWindow::ApplyGeometry() {
+    const graph::WindowGeometry geometry = graph::GeometryFor(width(), height());
+    state_.GraphMidX = geometry.GraphMidX;
+    title_->setGeometry(0, 0, graph::PanelWidth, graph::FirstFileCaptionTop);
+    graph_->setGeometry(ToQRect(geometry.Graph));
+    strip_->setGeometry(ToQRect(geometry.Strip));
+    moveLeft_->setGeometry(ToQRect(geometry.MoveLeft));
+    moveRight_->setGeometry(ToQRect(geometry.MoveRight));
+    scrollTitle_->setGeometry(ToQRect(geometry.ScrollTitle));
+}
+
+void GraphWindow::ApplyScrollStrip() {
+    const graph::ScrollStripState strip = graph::ScrollStripOf(state_);
+    scrollTitle_->Show(QString::fromStdString(strip.Title), strip.LineColor);
+    moveLeft_->setVisible(strip.Shown);
+    moveRight_->setVisible(strip.Shown);
+    box_->setVisible(strip.Shown);
+    if (!strip.Shown) {
+        strip_->update();
+        return;
+    }
+    // The box stands for the visible time within the whole run; its drawing and dragging
+    // belong to the strip's own code.
+    const logdata::LayerRecord& active =
+        state_.Layers.Layer.at(static_cast<std::size_t>(state_.ActiveLayer));
+    const double pixels = std::max<int>(state_.Time.PixelsPerStep, 1);
+    const double visibleMs = (graph_->width() - ScaleColumn) / pixels * state_.Time.MsPerStep;
+    const double share = active.MeasureTime > 0.0 ? visibleMs / active.MeasureTime : 1.0;
+    const int boxWidth =
+        std::clamp(static_cast<int>(share * strip_->width()), 4, std::max(strip_->width(), 4));
+    box_->setGeometry(0, 0, boxWidth, strip_->height());
+    strip_->update();
+}
+
+void GraphWindow::SyncPanel() {
+    const int width = graph::PanelWidth;
+    std::map<int, FileCaptionBox*> files;
+    for (const graph::FileCaption& caption : state_.Panel.Files()) {
+        FileCaptionBox* box = files_.contains(caption.Layer) ? files_[caption.Layer] : nullptr;
+        if (box == nullptr) {
+            box = new FileCaptionBox(this);
+            box->setObjectName(QString("chkFile%1").arg(caption.Layer));
+            const int layer = caption.Layer;
+            connect(box, &FileCaptionBox::Pressed, this, [this, layer](Qt::MouseButton button) {
+                PressPanel({graph::PanelControl::Kind::File, layer}, button);
+            });
+        }
+        files_.erase(caption.Layer);
+        box->Show(caption, width);
+        box->show();
+        files[caption.Layer] = box;
+    }
+    for (auto& [layer, box] : files_) {
+        box->deleteLater();
+        box->hide();
+    }
+    files_ = std::move(files);
+
+    std::map<int, ItemRowControl*> rows;
+    for (const graph::ItemRow& row : state_.Panel.Rows()) {
+        ItemRowControl* control = rows_.contains(row.Index) ? rows_[row.Index] : nullptr;
+        if (control == nullptr) {
+            control = new ItemRowControl(this);
+            control->setObjectName(QString("chkItem%1").arg(row.Index));
+            const int index = row.Index;
+            connect(control, &ItemRowControl::Pressed, this, [this, index](Qt::MouseButton button) {
+                PressPanel({graph::PanelControl::Kind::Row, index}, button);
+            });
+        }
+        rows_.erase(row.Index);
+        control->Show(row, width);
+        control->show();
+        rows[row.Index] = control;
+    }
+    for (auto& [index, control] : rows_) {
+        control->deleteLater();
+        control->hide();
+    }
+    rows_ = std::move(rows);
+    title_->setText(QString::fromStdString(state_.TitleText));
+}
+
+void GraphWindow::PressPanel(graph::PanelControl control, Qt::MouseButton button) {
+    const graph::PanelPressResult result =
+        graph::PressPanelControl(state_, control, ToMouseButton(button));
+    if (result.LayerSelected) {
+        ApplyScrollStrip();
+    }
+    SyncPanel();
+    emit MenusChanged();
+    if (result.Popup) {
+        emit PopupRequested(*result.Popup);
+    }
+}
+
+void GraphWindow::PressGraph(Qt::MouseButton button, QPoint position) {
+    // Left of the scale column and over the lap bar the graph takes no press.
+    if (state_.DragState != 0 || position.x() + CursorHotSpot < ScaleColumn ||
+        position.y() < state_.LapBarHeight || button != Qt::RightButton) {
+        return;
+    }
+    // Finding the trace under the mouse comes with the renderer; until then the marked row
+    // stands for it.
+    const auto popup = graph::PressGraphRight(state_, std::nullopt);
+    ApplyScrollStrip();
+    SyncPanel();
+    emit MenusChanged();
+    if (popup) {
+        emit PopupRequested(*popup);
+    }
+}
+
+void GraphWindow::Unload() {
+    if (unloaded_) {
+        return;
+    }
+    unloaded_ = true;
+    load::UnloadWindow(state_, context_.Registry, context_.Layouts, context_.Layouts.ToolBox());
+}
+
+} // namespace torvane::app

@@ -1,0 +1,39 @@
+#pragma once
+// What every graph window works with and does not own: the temporary folder of its streams,
+// the window numbers, the layout store, the air/fuel table, the decompressor of logging files,
+// where messages go and where the operator picks files. The desktop holds one; tests build
+// their own with a recording sink and scripted file choices.
+
+#include "layout/layout_store.h"
+#include "load/memory_check.h"
+#include "logdata/deployment.h"
+#include "logger/laf_table.h"
+#include "shell/message_sink.h"
+#include "shell/window_registry.h"
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+
+class QWidget;
+
+namespace torvane::app {
+
+using FileChoice = std::function<std::optional<std::filesystem::path>(QWidget* owner)>;
+
+struct GraphWindowContext {
+    std::filesystem::path TempDir;
+    shell::WindowRegistry& Registry;
+    layout::LayoutStore& Layouts;
+    const logger::LafTable& Laf;
+    logdata::LogFileDecompressor& Decompressor;
+    shell::MessageSink& Sink;
+    load::MemoryStatus& Memory;
+    FileChoice ChooseLoggingFile; // a file to open as a window or a layer
+    FileChoice ChooseSaveFile;    // where a downloaded file is kept when its window closes
+    // The logger's download dialog: the downloaded file, or nothing when it was cancelled or
+    // failed. Without it the frame offers no download.
+    FileChoice DownloadFromLogger;
+};
+
+} // namespace torvane::app
