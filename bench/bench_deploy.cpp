@@ -5,7 +5,7 @@
 #include "ratio_reporter.h"
 #include "rlg_container.h"
 #include "vehicle/demo_setting.h"
-#include "vehicle/generate_run.h"
+#include "vehicle/run_file.h"
 
 #include <benchmark/benchmark.h>
 
@@ -46,14 +46,8 @@ struct Fixture {
         fs::create_directories(folder / "out");
         logFile = folder / "LARGEST.rlg";
         const LogHeader setting = LargestRunSetting();
-        torvane::rlg::RlgWriter writer(setting.ToBytes(),
-                                       {torvane::logdata::StreamNames.begin(),
-                                        torvane::logdata::StreamNames.end()});
-        torvane::sim::GenerateRun(setting, LargestRunMinutes * 60000.0, 1,
-                                  [&](int stream, std::span<const std::int16_t> samples) {
-                                      writer.Append(static_cast<std::size_t>(stream), samples);
-                                  });
-        torvane::rlg::WriteFileAtomically(logFile, writer.Finish());
+        torvane::rlg::WriteFileAtomically(
+            logFile, torvane::sim::GenerateRunFile(setting, LargestRunMinutes * 60000.0, 1));
         torvane::rlg::HeaderBytes header{};
         torvane::rlg::DeployStats stats;
         torvane::rlg::Deploy(logFile, folder / "out", 10, header, stats);
@@ -88,14 +82,15 @@ void DeployLargestRun(benchmark::State& state) {
     for (auto _ : state) {
         torvane::rlg::HeaderBytes header{};
         torvane::rlg::DeployStats stats;
-        const int result = torvane::rlg::Deploy(fixture.logFile, fixture.folder / "out", 10,
-                                                header, stats);
+        const int result =
+            torvane::rlg::Deploy(fixture.logFile, fixture.folder / "out", 10, header, stats);
         if (result != 0) {
             state.SkipWithError("deployment failed");
         }
         benchmark::DoNotOptimize(stats);
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * fixture.DeployedBytes()));
+    state.SetBytesProcessed(
+        static_cast<std::int64_t>(state.iterations() * fixture.DeployedBytes()));
 }
 
 // The same files, the same bytes, written with plain sequential writes of 64 KiB.
@@ -107,14 +102,15 @@ void SequentialWriteBaseline(benchmark::State& state) {
             std::ofstream out(fixture.folder / "out" / ("plain-" + std::to_string(i) + ".tmp"),
                               std::ios::binary | std::ios::trunc);
             for (std::uintmax_t left = fixture.streamSizes[i]; left > 0;) {
-                const auto chunk = static_cast<std::streamsize>(
-                    std::min<std::uintmax_t>(left, block.size()));
+                const auto chunk =
+                    static_cast<std::streamsize>(std::min<std::uintmax_t>(left, block.size()));
                 out.write(block.data(), chunk);
                 left -= static_cast<std::uintmax_t>(chunk);
             }
         }
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * fixture.DeployedBytes()));
+    state.SetBytesProcessed(
+        static_cast<std::int64_t>(state.iterations() * fixture.DeployedBytes()));
 }
 
 BENCHMARK(SequentialWriteBaseline)->Unit(benchmark::kMillisecond)->MinTime(2.0);

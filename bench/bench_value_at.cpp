@@ -9,7 +9,7 @@
 #include "rlg_container.h"
 #include "shell/message_sink.h"
 #include "vehicle/demo_setting.h"
-#include "vehicle/generate_run.h"
+#include "vehicle/run_file.h"
 
 #include <benchmark/benchmark.h>
 
@@ -28,20 +28,15 @@ class DeployedRun {
 public:
     explicit DeployedRun(double minutes) {
         std::random_device entropy;
-        layers_.TempDir = fs::temp_directory_path() / ("torvane-bench-" + std::to_string(entropy()));
+        layers_.TempDir =
+            fs::temp_directory_path() / ("torvane-bench-" + std::to_string(entropy()));
         fs::create_directories(layers_.TempDir);
         logdata::LogHeader setting = sim::DemoSetting();
         for (int entry = 0; entry < logdata::SampleTimeCount; ++entry) {
             setting.SetSampleTime(entry, entry == 4 || entry == 5 ? 300 : 5);
         }
-        rlg::RlgWriter writer(setting.ToBytes(),
-                              {logdata::StreamNames.begin(), logdata::StreamNames.end()});
-        sim::GenerateRun(setting, minutes * 60000.0, 3,
-                         [&](int stream, std::span<const std::int16_t> samples) {
-                             writer.Append(static_cast<std::size_t>(stream), samples);
-                         });
         const fs::path file = layers_.TempDir / "RUN.rlg";
-        rlg::WriteFileAtomically(file, writer.Finish());
+        rlg::WriteFileAtomically(file, sim::GenerateRunFile(setting, minutes * 60000.0, 3));
         binding::TlmDecompressor decompressor;
         shell::RecordingSink sink;
         logdata::DeployLoggingFile(layers_, 0, file, decompressor, sink);
@@ -86,8 +81,12 @@ void CursorMove(benchmark::State& state, int minutes) {
     state.SetLabel(std::to_string(minutes) + " min run");
 }
 
-void CursorMoveTenMinutes(benchmark::State& state) { CursorMove(state, 10); }
-void CursorMoveFourAndAHalfHours(benchmark::State& state) { CursorMove(state, 270); }
+void CursorMoveTenMinutes(benchmark::State& state) {
+    CursorMove(state, 10);
+}
+void CursorMoveFourAndAHalfHours(benchmark::State& state) {
+    CursorMove(state, 270);
+}
 
 BENCHMARK(CursorMoveTenMinutes)->Unit(benchmark::kNanosecond);
 BENCHMARK(CursorMoveFourAndAHalfHours)->Unit(benchmark::kNanosecond);

@@ -8,7 +8,7 @@
 #include "rlg_container.h"
 #include "tlm.h"
 #include "vehicle/demo_setting.h"
-#include "vehicle/generate_run.h"
+#include "vehicle/run_file.h"
 
 #include <iostream>
 
@@ -22,12 +22,8 @@ std::optional<logdata::LogHeader> ReadHeaderFile(const std::filesystem::path& fi
     if (!bytes || bytes->size() != LogHeaderSize) {
         return std::nullopt;
     }
-    return logdata::LogHeader::FromBytes(std::span<const std::uint8_t, LogHeaderSize>(
-        bytes->data(), LogHeaderSize));
-}
-
-std::vector<std::string> AllStreamNames() {
-    return {logdata::StreamNames.begin(), logdata::StreamNames.end()};
+    return logdata::LogHeader::FromBytes(
+        std::span<const std::uint8_t, LogHeaderSize>(bytes->data(), LogHeaderSize));
 }
 
 std::vector<std::int16_t> WordsOf(const std::vector<std::uint8_t>& bytes) {
@@ -51,7 +47,7 @@ int Pack(const PackOptions& options) {
     if (!header) {
         return Fail("The header file must hold exactly 82 bytes: " + options.header.string());
     }
-    rlg::RlgWriter writer(header->ToBytes(), AllStreamNames());
+    rlg::RlgWriter writer(header->ToBytes(), sim::LoggingFileStreams());
     for (const std::string& given : options.streams) {
         const auto equals = given.find('=');
         const int stream =
@@ -82,10 +78,9 @@ int Unpack(const UnpackOptions& options) {
     std::array<std::uint8_t, LogHeaderSize> header{};
     std::int32_t bytesWritten = 0;
     std::int32_t deployCount = 0;
-    const int result = decomp_logfile(options.input.string().c_str(),
-                                      options.folder.string().c_str(),
-                                      static_cast<std::int16_t>(options.number), header.data(),
-                                      &bytesWritten, &deployCount);
+    const int result = decomp_logfile(
+        options.input.string().c_str(), options.folder.string().c_str(),
+        static_cast<std::int16_t>(options.number), header.data(), &bytesWritten, &deployCount);
     std::cout << "result " << result << "\nDeployCount " << deployCount << '\n';
     if (result != 0) {
         return Fail(logdata::DeployResultMessage(result, options.input));
@@ -105,12 +100,8 @@ int Generate(const GenerateOptions& options) {
     if (!(options.minutes > 0.0) || options.minutes > 24 * 60) {
         return Fail("--minutes must lie between 0 and 1440.");
     }
-    rlg::RlgWriter writer(setting.ToBytes(), AllStreamNames());
-    sim::GenerateRun(setting, options.minutes * 60000.0, options.seed,
-                     [&writer](int stream, std::span<const std::int16_t> samples) {
-                         writer.Append(static_cast<std::size_t>(stream), samples);
-                     });
-    if (!WriteLoggingFile(options.output, writer.Finish())) {
+    if (!WriteLoggingFile(options.output,
+                          sim::GenerateRunFile(setting, options.minutes * 60000.0, options.seed))) {
         return Fail("Can not write the logging file: " + options.output.string());
     }
     return 0;

@@ -5,7 +5,7 @@
 #include "logdata/channels.h"
 #include "rlg_container.h"
 #include "vehicle/demo_setting.h"
-#include "vehicle/generate_run.h"
+#include "vehicle/run_file.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -15,14 +15,8 @@ namespace torvane::testing {
 
 inline bool WriteGeneratedRun(const std::filesystem::path& file, double durationMs,
                               std::uint64_t seed) {
-    const logdata::LogHeader setting = sim::DemoSetting();
-    rlg::RlgWriter writer(setting.ToBytes(),
-                          {logdata::StreamNames.begin(), logdata::StreamNames.end()});
-    sim::GenerateRun(setting, durationMs, seed,
-                     [&](int stream, std::span<const std::int16_t> samples) {
-                         writer.Append(static_cast<std::size_t>(stream), samples);
-                     });
-    return rlg::WriteFileAtomically(file, writer.Finish());
+    return rlg::WriteFileAtomically(file,
+                                    sim::GenerateRunFile(sim::DemoSetting(), durationMs, seed));
 }
 
 } // namespace torvane::testing

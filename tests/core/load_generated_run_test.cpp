@@ -10,7 +10,7 @@
 #include "rlg_container.h"
 #include "support/temp_folder.h"
 #include "vehicle/demo_setting.h"
-#include "vehicle/generate_run.h"
+#include "vehicle/run_file.h"
 
 #include <gtest/gtest.h>
 
@@ -23,14 +23,8 @@ namespace fs = std::filesystem;
 using torvane::testing::TempFolder;
 
 void WriteRun(const fs::path& file, double durationMs, std::uint64_t seed) {
-    const logdata::LogHeader setting = sim::DemoSetting();
-    rlg::RlgWriter writer(setting.ToBytes(),
-                          {logdata::StreamNames.begin(), logdata::StreamNames.end()});
-    sim::GenerateRun(setting, durationMs, seed,
-                     [&](int stream, std::span<const std::int16_t> samples) {
-                         writer.Append(static_cast<std::size_t>(stream), samples);
-                     });
-    ASSERT_TRUE(rlg::WriteFileAtomically(file, writer.Finish()));
+    ASSERT_TRUE(
+        rlg::WriteFileAtomically(file, sim::GenerateRunFile(sim::DemoSetting(), durationMs, seed)));
 }
 
 class GeneratedRunTest : public ::testing::Test {

@@ -1,6 +1,6 @@
 #include "logger/logger_device.h"
 
-#include "logger/recorded_run.h"
+#include "vehicle/run_file.h"
 #include "logger/setting_record.h"
 #include "vehicle/demo_setting.h"
 #include "vehicle/time_step.h"
@@ -97,7 +97,7 @@ int LoggerDevice::AddRecordedRuns(int count, double minutes, std::uint64_t seed)
         if (periods <= 0) {
             break;
         }
-        auto bytes = RecordedRunFile(setting, static_cast<double>(periods) * PeriodMs,
+        auto bytes = GenerateRunFile(setting, static_cast<double>(periods) * PeriodMs,
                                      seed + static_cast<std::uint64_t>(i));
         if (bytes.empty() || !memory_.Reserve(periods * perPeriod)) {
             break;

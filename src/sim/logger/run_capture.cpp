@@ -1,6 +1,6 @@
 #include "logger/run_capture.h"
 
-#include "logger/recorded_run.h"
+#include "vehicle/run_file.h"
 #include "vehicle/time_step.h"
 
 namespace torvane::sim {

@@ -1,6 +1,7 @@
 #pragma once
-// A run recorded before the link was opened: the vehicle model ridden under a setting and
-// written as a logging file in one go.
+// A run of the vehicle model written as a logging file (*.rlg) in one go, as the logger writes
+// its files: the virtual logger's stored runs, `torvane-cli generate`, and fixtures of tests and
+// benchmarks.
 
 #include "logdata/log_header.h"
 
@@ -14,7 +15,7 @@ namespace torvane::sim {
 std::vector<std::string> LoggingFileStreams();
 
 // The logging file of a run of durationMs from seed; empty if the writer failed.
-std::vector<std::uint8_t> RecordedRunFile(const logdata::LogHeader& setting, double durationMs,
+std::vector<std::uint8_t> GenerateRunFile(const logdata::LogHeader& setting, double durationMs,
                                           std::uint64_t seed);
 
 } // namespace torvane::sim

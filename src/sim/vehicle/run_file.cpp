@@ -1,4 +1,4 @@
-#include "logger/recorded_run.h"
+#include "vehicle/run_file.h"
 
 #include "logdata/channels.h"
 #include "rlg_container.h"
@@ -12,7 +12,7 @@ std::vector<std::string> LoggingFileStreams() {
     return {logdata::StreamNames.begin(), logdata::StreamNames.end()};
 }
 
-std::vector<std::uint8_t> RecordedRunFile(const logdata::LogHeader& setting, double durationMs,
+std::vector<std::uint8_t> GenerateRunFile(const logdata::LogHeader& setting, double durationMs,
                                           std::uint64_t seed) {
     rlg::RlgWriter writer(setting.ToBytes(), LoggingFileStreams());
     GenerateRun(setting, durationMs, seed,
