@@ -2,6 +2,7 @@
 
 #include "shell/about_box.h"
 #include "shell/frame_menu.h"
+#include "shell/help_window.h"
 #include "shell/main_frame.h"
 #include "shell/message_box_sink.h"
 
@@ -64,12 +65,13 @@ private slots:
     void EveryEntryStandsInItsMenuWithItsCaption() {
         MainFrame frame;
         for (const auto& entry : torvane::app::FrameMenu()) {
-            const QString name = QString::fromUtf8(entry.name.data(),
-                                                   static_cast<qsizetype>(entry.name.size()));
+            const QString name =
+                QString::fromUtf8(entry.name.data(), static_cast<qsizetype>(entry.name.size()));
             QAction* action = frame.Action(name);
             QVERIFY2(action != nullptr, qPrintable(name));
-            QCOMPARE(action->text(), QString::fromUtf8(entry.caption.data(),
-                                                       static_cast<qsizetype>(entry.caption.size())));
+            QCOMPARE(action->text(),
+                     QString::fromUtf8(entry.caption.data(),
+                                       static_cast<qsizetype>(entry.caption.size())));
         }
         QMenu* open = frame.Action("mnuOpen")->menu();
         QVERIFY(open != nullptr);
@@ -87,6 +89,7 @@ private slots:
         MainFrame frame;
         QVERIFY(frame.Action("mnuEnd")->isEnabled());
         QVERIFY(frame.Action("mnuInfo")->isEnabled());
+        QVERIFY(frame.Action("mnuHelpEx")->isEnabled());
         QVERIFY(!frame.Action("mnuFileOpen")->isEnabled());
         QVERIFY(!frame.Action("mnuLogger")->isEnabled());
         QVERIFY(!frame.Action("mnuMoniter")->isEnabled());
@@ -110,6 +113,33 @@ private slots:
         frame.Action("mnuInfo")->trigger();
         QVERIFY(seen);
         QVERIFY(QApplication::activeModalWidget() == nullptr);
+    }
+
+    void HelpOpensTheManualOnF1() {
+        MainFrame frame;
+        frame.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&frame));
+        QCOMPARE(frame.Action("mnuHelpEx")->shortcut(), QKeySequence(QKeySequence::HelpContents));
+        frame.Action("mnuHelpEx")->trigger();
+        auto* help = frame.findChild<torvane::app::HelpWindow*>("HelpWindow");
+        QVERIFY(help != nullptr);
+        QVERIFY(help->isVisible());
+        QVERIFY(help->windowTitle().startsWith("Torvane Studio"));
+    }
+
+    void TheManualIsShownOrItsAbsenceSaid() {
+        const QString folder = QDir::temp().filePath(
+            "torvane-manual-" + QString::number(QCoreApplication::applicationPid()));
+        QDir().mkpath(folder);
+        QFile page(folder + "/index.html");
+        QVERIFY(page.open(QIODevice::WriteOnly));
+        page.write("<html><body><h1>Opening a run</h1></body></html>");
+        page.close();
+        torvane::app::HelpWindow shown((folder + "/index.html").toStdString());
+        QVERIFY(shown.toPlainText().contains("Opening a run"));
+        torvane::app::HelpWindow missing((folder + "/absent.html").toStdString());
+        QVERIFY(missing.toPlainText().startsWith("The manual is not installed"));
+        QDir(folder).removeRecursively();
     }
 
     void EndClosesTheFrame() {

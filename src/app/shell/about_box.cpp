@@ -1,9 +1,12 @@
 #include "shell/about_box.h"
 
+#include "shell/help_window.h"
+
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -29,6 +32,8 @@ AboutBox::AboutBox(QWidget* owner)
     ok->setObjectName("cmdOK");
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this,
+            [this] { (new HelpWindow(ManualPath(), parentWidget()))->show(); });
 
     auto* texts = new QVBoxLayout;
     texts->addWidget(title);

@@ -6,6 +6,7 @@
 #include "load/memory_check.h"
 #include "shell/about_box.h"
 #include "shell/frame_menu.h"
+#include "shell/help_window.h"
 
 #include <QAction>
 #include <QApplication>
@@ -97,6 +98,13 @@ void MainFrame::WireHandlers() {
     }
     Wire("mnuEnd", &MainFrame::End);
     Wire("mnuInfo", &MainFrame::ShowAbout);
+    Wire("mnuHelpEx", &MainFrame::ShowHelp);
+    Action("mnuHelpEx")->setShortcut(QKeySequence::HelpContents);
+}
+
+void MainFrame::ShowHelp() {
+    auto* help = new HelpWindow(ManualPath(), this);
+    help->show();
 }
 
 void MainFrame::Wire(const char* name, void (MainFrame::*handler)()) {

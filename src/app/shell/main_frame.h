@@ -61,6 +61,7 @@ private:
     void Wire(const char* name, void (MainFrame::*handler)());
     void End();
     void ShowAbout();
+    void ShowHelp();
     void FileOpen();
     void OpenFromLogger();
     void OpenLayer();

@@ -1,0 +1,31 @@
+#include "shell/help_window.h"
+
+#include "shell/about_box.h"
+
+#include <QCoreApplication>
+#include <QUrl>
+
+namespace torvane::app {
+
+std::filesystem::path ManualPath() {
+    return std::filesystem::path(QCoreApplication::applicationDirPath().toStdString()) / "manual" /
+           "index.html";
+}
+
+HelpWindow::HelpWindow(const std::filesystem::path& manual, QWidget* parent)
+    : QTextBrowser(parent) {
+    setObjectName("HelpWindow");
+    setWindowFlag(Qt::Window);
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(QString(ProgramTitle) + " Help");
+    setOpenExternalLinks(true);
+    const QString file = QString::fromStdString(manual.string());
+    if (std::filesystem::exists(manual)) {
+        setSource(QUrl::fromLocalFile(file));
+    } else {
+        setPlainText("The manual is not installed: " + file);
+    }
+    resize(640, 560);
+}
+
+} // namespace torvane::app
