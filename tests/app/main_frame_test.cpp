@@ -5,6 +5,7 @@
 #include "shell/help_window.h"
 #include "shell/main_frame.h"
 #include "shell/message_box_sink.h"
+#include "shell/tool_box.h"
 
 #include <QAction>
 #include <QApplication>
@@ -140,6 +141,67 @@ private slots:
         torvane::app::HelpWindow missing((folder + "/absent.html").toStdString());
         QVERIFY(missing.toPlainText().startsWith("The manual is not installed"));
         QDir(folder).removeRecursively();
+    }
+
+    void TheToolBoxFollowsItsEntryAndSetsTheTools() {
+        MainFrame frame;
+        frame.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&frame));
+        QAction* entry = frame.Action("mnuToolBox");
+        QVERIFY(entry->isEnabled());
+        QVERIFY(!entry->isChecked());
+
+        entry->trigger();
+        auto* box = frame.findChild<torvane::app::ToolBox*>("frmTLM0016");
+        QVERIFY(box != nullptr);
+        QVERIFY(box->isVisible());
+        QVERIFY(entry->isChecked());
+        const QStringList tips{"Drag & Drop",
+                               "Scroll",
+                               "Horizontal-axis reduction",
+                               "Horizontal-axis expansion",
+                               "Vertical-axis reduction",
+                               "Vertical-axis expansion",
+                               "Text",
+                               "Delta Time"};
+        for (int index = 0; index < tips.size(); ++index) {
+            auto* option = box->findChild<QAbstractButton*>("optMode" + QString::number(index));
+            QVERIFY(option != nullptr);
+            QCOMPARE(option->toolTip(), tips[index]);
+        }
+        QVERIFY(box->findChild<QAbstractButton*>("optMode0")->isChecked());
+        box->findChild<QAbstractButton*>("optMode3")->click();
+        QCOMPARE(frame.Tools().ToolMode, 3);
+        QVERIFY(!box->findChild<QAbstractButton*>("optMode0")->isChecked());
+        box->findChild<QAbstractButton*>("optDisp1")->click();
+        QCOMPARE(frame.Tools().LinkLayers, 1);
+
+        entry->trigger();
+        QTRY_VERIFY(frame.findChild<torvane::app::ToolBox*>("frmTLM0016") == nullptr);
+        QVERIFY(!entry->isChecked());
+        QVERIFY(!frame.ToolBoxPlace().Shown);
+
+        // Opened again it shows the tools chosen before; closed from its own window, the
+        // entry follows.
+        entry->trigger();
+        box = frame.findChild<torvane::app::ToolBox*>("frmTLM0016");
+        QVERIFY(box->findChild<QAbstractButton*>("optMode3")->isChecked());
+        box->close();
+        QTRY_VERIFY(!entry->isChecked());
+    }
+
+    void TheToolBoxKeepsItsPlaceOnTheScreen() {
+        using torvane::layout::ToolBoxPlace;
+        QCOMPARE(torvane::app::LimitToScreen(ToolBoxPlace{true, 3000, 400}, QSize(1024, 768)),
+                 (ToolBoxPlace{true, 3000, 400}));
+        QCOMPARE(torvane::app::LimitToScreen(ToolBoxPlace{true, 99999, 99999}, QSize(1024, 768)),
+                 (ToolBoxPlace{true, 768 * 15 - 3200, 1024 * 15 - 1200}));
+
+        MainFrame frame;
+        frame.SetToolBoxPlace(ToolBoxPlace{false, 3000, 400});
+        frame.ShowToolBox();
+        // 400 twips is no whole number of pixels: the place the file held comes back unchanged.
+        QCOMPARE(frame.ToolBoxPlace(), (ToolBoxPlace{true, 3000, 400}));
     }
 
     void EndClosesTheFrame() {

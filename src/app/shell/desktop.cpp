@@ -1,8 +1,8 @@
 #include "shell/desktop.h"
 
 #include "graph/file_choice.h"
-#include "logger/download_dialog.h"
 #include "load/link_command.h"
+#include "logger/download_dialog.h"
 #include "shell/temp_files.h"
 
 #include <QApplication>
@@ -41,7 +41,9 @@ Desktop::Desktop(shell::AppPaths paths)
                .Memory = memory_,
                .ChooseLoggingFile = ChooseLoggingFile,
                .ChooseSaveFile = ChooseSaveFile,
-               .DownloadFromLogger = [this](QWidget* owner) { return DownloadFromLogger(owner); }} {
+               .DownloadFromLogger = [this](QWidget* owner) {
+                   return DownloadFromLogger(owner);
+               }} {
     frame_.Attach(windows_);
 }
 
@@ -60,14 +62,18 @@ void Desktop::Start(const QString& commandLine) {
     layouts_.LoadLayouts();
     logger::LoadLafTable(laf_, paths_.InitDir(), sink_);
     frame_.show();
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        frame_.SetToolBoxPlace(LimitToScreen(layouts_.ToolBox(), screen->size()));
+    }
     OpenPath(commandLine);
+    frame_.ShowToolBox();
     QApplication::processEvents();
     frame_.activateWindow();
 }
 
 void Desktop::Shutdown() {
     shell::DeleteTempFiles(paths_.TempDir(), 0);
-    layouts_.SaveLastLayout(layouts_.ToolBox());
+    layouts_.SaveLastLayout(frame_.ToolBoxPlace());
 }
 
 void Desktop::Raise() {

@@ -64,6 +64,9 @@ MainFrame::~MainFrame() {
         window->disconnect(this);
     }
     area_->disconnect(this);
+    if (toolBox_ != nullptr) {
+        toolBox_->disconnect(this);
+    }
 }
 
 void MainFrame::BuildMenu() {
@@ -99,7 +102,70 @@ void MainFrame::WireHandlers() {
     Wire("mnuEnd", &MainFrame::End);
     Wire("mnuInfo", &MainFrame::ShowAbout);
     Wire("mnuHelpEx", &MainFrame::ShowHelp);
+    Wire("mnuToolBox", &MainFrame::ToggleToolBox);
+    Action("mnuToolBox")->setCheckable(true);
     Action("mnuHelpEx")->setShortcut(QKeySequence::HelpContents);
+}
+
+void MainFrame::ToggleToolBox() {
+    // The entry's check has already flipped when this runs: it says what the operator wants.
+    if (Action("mnuToolBox")->isChecked()) {
+        ShowToolBox();
+    } else {
+        HideToolBox();
+    }
+}
+
+void MainFrame::ShowToolBox() {
+    if (toolBox_ == nullptr) {
+        toolBox_ = new ToolBox(tools_, this);
+        toolBox_->move(toolBoxPlace_.Left / TwipsPerPixel, toolBoxPlace_.Top / TwipsPerPixel);
+        connect(toolBox_, &ToolBox::SettingsChanged, this, [this] {
+            if (QMdiSubWindow* active = area_->activeSubWindow()) {
+                active->setFocus();
+            }
+        });
+        // Closed from its own window: the entry follows.
+        connect(toolBox_, &QObject::destroyed, this, [this] {
+            toolBoxPlace_.Shown = false;
+            Action("mnuToolBox")->setChecked(false);
+        });
+    }
+    toolBox_->show();
+    toolBoxPlace_.Shown = true;
+    Action("mnuToolBox")->setChecked(true);
+    activateWindow();
+}
+
+void MainFrame::HideToolBox() {
+    if (toolBox_ != nullptr) {
+        KeepToolBoxPlace();
+        toolBox_->close();
+    }
+    toolBoxPlace_.Shown = false;
+    Action("mnuToolBox")->setChecked(false);
+}
+
+void MainFrame::KeepToolBoxPlace() {
+    toolBoxPlace_ = ToolBoxPlace();
+}
+
+void MainFrame::SetToolBoxPlace(const layout::ToolBoxPlace& place) {
+    toolBoxPlace_ = place;
+    if (toolBox_ != nullptr) {
+        toolBox_->move(place.Left / TwipsPerPixel, place.Top / TwipsPerPixel);
+    }
+}
+
+layout::ToolBoxPlace MainFrame::ToolBoxPlace() const {
+    layout::ToolBoxPlace place = toolBoxPlace_;
+    // Pixels are coarser than twips: the kept twips stand unless the toolbox was moved.
+    const QPoint kept(place.Left / TwipsPerPixel, place.Top / TwipsPerPixel);
+    if (toolBox_ != nullptr && toolBox_->pos() != kept) {
+        place.Left = toolBox_->x() * TwipsPerPixel;
+        place.Top = toolBox_->y() * TwipsPerPixel;
+    }
+    return place;
 }
 
 void MainFrame::ShowHelp() {

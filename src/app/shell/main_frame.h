@@ -4,10 +4,12 @@
 // sees is the whole one from the start.
 
 #include "graph/window_menus.h"
+#include "shell/tool_box.h"
 
 #include <QHash>
 #include <QList>
 #include <QMainWindow>
+#include <QPointer>
 #include <QSet>
 
 #include <filesystem>
@@ -46,6 +48,13 @@ public:
     // loaded or not.
     GraphWindow* ShowLoggingFile(const std::filesystem::path& path, bool fromLogger);
 
+    // The toolbox: shown (mnuToolBox checked) or not, and where it stands, in twips.
+    void ShowToolBox();
+    void HideToolBox();
+    void SetToolBoxPlace(const layout::ToolBoxPlace& place);
+    layout::ToolBoxPlace ToolBoxPlace() const;
+    ToolSettings& Tools() { return tools_; }
+
     // The graph window that the commands act on; null when none is open.
     GraphWindow* ActiveGraphWindow() const;
     QList<GraphWindow*> GraphWindows() const;
@@ -73,11 +82,16 @@ private:
     void ApplyWindowMenus();
     void SetEntry(const QString& name, bool enabled, bool visible = true);
     void ShowPopup(const std::vector<graph::MenuEntryState>& entries);
+    void ToggleToolBox();
+    void KeepToolBoxPlace();
 
     QMdiArea* area_;
     QHash<QString, QAction*> actions_;
     QSet<QString> wired_;
     GraphWindowContext* context_ = nullptr;
+    ToolSettings tools_;
+    QPointer<ToolBox> toolBox_;
+    layout::ToolBoxPlace toolBoxPlace_;
 };
 
 } // namespace torvane::app
