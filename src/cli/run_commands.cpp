@@ -70,15 +70,33 @@ std::string ValueText(double value, int channel) {
            std::string(logdata::ChannelUnit(channel));
 }
 
+// The logging file of one command, deployed, with the program's air/fuel table; when Deployed()
+// is false the refusal has been told on stderr.
+class CommandRun {
+public:
+    explicit CommandRun(const std::filesystem::path& input)
+        : environment_(LoadEnvironment(sink_))
+        , deployed_(run_.Deploy(input, sink_)) {}
+
+    bool Deployed() const { return deployed_; }
+    const DeployedRun& Run() const { return run_; }
+    const logger::LafTable& Laf() const { return environment_.laf; }
+
+private:
+    StderrSink sink_;
+    Environment environment_;
+    DeployedRun run_;
+    bool deployed_;
+};
+
 } // namespace
 
 int Info(const InfoOptions& options) {
-    StderrSink sink;
-    const Environment environment = LoadEnvironment(sink);
-    DeployedRun run;
-    if (!run.Deploy(options.input, sink)) {
+    const CommandRun opened(options.input);
+    if (!opened.Deployed()) {
         return 1;
     }
+    const DeployedRun& run = opened.Run();
     if (!options.json) {
         PrintInfoText(run);
         return 0;
@@ -108,13 +126,12 @@ int Info(const InfoOptions& options) {
 }
 
 int Values(const ValuesOptions& options) {
-    StderrSink sink;
-    const Environment environment = LoadEnvironment(sink);
-    DeployedRun run;
-    if (!run.Deploy(options.input, sink)) {
+    const CommandRun opened(options.input);
+    if (!opened.Deployed()) {
         return 1;
     }
-    const logdata::ValueReader reader(run.Layers(), environment.laf);
+    const DeployedRun& run = opened.Run();
+    const logdata::ValueReader reader(run.Layers(), opened.Laf());
     const logdata::TimeScale scale{options.pixelsPerStep, options.msPerStep};
     const auto& layer = run.Layer();
     json rows = json::array();
@@ -143,12 +160,11 @@ int Values(const ValuesOptions& options) {
 }
 
 int Laps(const LapsOptions& options) {
-    StderrSink sink;
-    const Environment environment = LoadEnvironment(sink);
-    DeployedRun run;
-    if (!run.Deploy(options.input, sink)) {
+    const CommandRun opened(options.input);
+    if (!opened.Deployed()) {
         return 1;
     }
+    const DeployedRun& run = opened.Run();
     const auto marks = LapMarks(run.Lap());
     json laps = json::array();
     for (std::size_t i = 1; i < marks.size(); ++i) {

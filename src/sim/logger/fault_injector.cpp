@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <utility>
 
 namespace torvane::sim {
@@ -44,11 +45,15 @@ std::optional<Entry> EntryNamed(std::string_view name) {
 }
 
 std::string_view EntryNames() {
-    return "TLM_Open TLM_Reset GetStatus GetTheNumberofFiles GetTheDownloadList "
-           "GetTheLogFile_start GetTheLogFile_reading GetTheLogFile_end InitializeLogFile "
-           "GetTheDetonationMap TSInitialize GetTheInitData SendTheSettingData GetTheSettingData "
-           "GetTheSignalCondition GetTheSpecialData GetTheSpecialData_raw GetTheErrorInfo "
-           "LoggingControl ServiceModeCtrl";
+    static const std::string names = [] {
+        std::string joined;
+        for (const NamedEntry& named : EntryTable) {
+            joined += joined.empty() ? "" : " ";
+            joined += named.name;
+        }
+        return joined;
+    }();
+    return names;
 }
 
 FaultInjector::FaultInjector(link::DeviceCalls& device, FaultPlan plan)
