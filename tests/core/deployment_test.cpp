@@ -18,7 +18,8 @@ using torvane::testing::WriteWords16;
 class ScriptedDecompressor : public LogFileDecompressor {
 public:
     int Decompress(const std::filesystem::path&, const std::filesystem::path& tempDir,
-                   int fileNumber, LogHeader::Bytes& headerOut, std::int32_t& deployCount) override {
+                   int fileNumber, LogHeader::Bytes& headerOut,
+                   std::int32_t& deployCount) override {
         lastFileNumber = fileNumber;
         if (throws) {
             throw std::runtime_error("stream vanished");
@@ -65,7 +66,7 @@ protected:
     shell::RecordingSink sink;
 };
 
-TEST_F(DeployTest, GoodFileFillsTheLayer) {
+TEST_F(DeployTest, GoodFileFillsTheLayerUnderItsFileNumber) {
     driver.header.SetWord(SettingWord::Sus, 1);
     driver.header.SetWord(SettingWord::Reserved40, 10);
     ASSERT_TRUE(Deploy());
@@ -74,27 +75,29 @@ TEST_F(DeployTest, GoodFileFillsTheLayer) {
     const LayerRecord& layer = layers.Layer[0];
     EXPECT_EQ(layer.Header, driver.header);
     EXPECT_EQ(layer.ItemChannel[7], FRSUS);
-    EXPECT_TRUE(layer.ItemExists[Ne]);
     EXPECT_TRUE(layer.ItemExists[TH]);
     EXPECT_FALSE(layer.ItemExists[VFW]);
     EXPECT_FALSE(layer.ItemExists[LapSlot]);
     EXPECT_EQ(layer.DeployCount, 3);
     EXPECT_EQ(layer.MeasureTime, 4000); // 400 Ne samples at 10 ms decide
     EXPECT_EQ(layers.MinSampleTime, 10);
+
+    layers.WindowNumber = 12; // the layer number goes into the file number
+    ASSERT_TRUE(Deploy(1));
+    EXPECT_EQ(driver.lastFileNumber, 121);
+    EXPECT_TRUE(std::filesystem::exists(folder / "Ne-121.tmp"));
 }
 
-TEST_F(DeployTest, FirstExistingSlotDecidesTheMeasureTime) {
+TEST_F(DeployTest, FirstExistingSlotOrLapWordsDecideTheMeasureTime) {
     driver.header.SetSampleTime(0, 0);
     ASSERT_TRUE(Deploy());
     EXPECT_EQ(layers.Layer[0].MeasureTime, 2500); // TH: 100 samples at 25 ms
-}
 
-TEST_F(DeployTest, LapOnlyFileMeasuresByLapWords) {
     driver.header = LogHeader{};
     driver.header.SetWord(SettingWord::LapOn, 1);
     driver.streams = {{"LAP", std::vector<std::int16_t>(20, 0)}};
-    ASSERT_TRUE(Deploy());
-    EXPECT_EQ(layers.Layer[0].MeasureTime, 6000);
+    ASSERT_TRUE(Deploy(1));
+    EXPECT_EQ(layers.Layer[1].MeasureTime, 6000);
 }
 
 TEST_F(DeployTest, ThrottleWithoutSpanIsNoItem) {
@@ -122,29 +125,19 @@ TEST_F(DeployTest, DriverResultsShowTheirMessagesWithStopIcon) {
     }
 }
 
-TEST_F(DeployTest, RefusedHeaderWarnsAndLeavesTheLayerAlone) {
+TEST_F(DeployTest, RefusedHeaderWarnsAndAThrowingDriverIsARunTimeError) {
     driver.header.SetWord(SettingWord::Sus, 4);
     EXPECT_FALSE(Deploy(1));
     ASSERT_EQ(sink.messages.size(), 1u);
     EXPECT_EQ(sink.messages[0].text, "A file format is not correct.");
     EXPECT_EQ(sink.messages[0].icon, shell::icons::Warning);
     EXPECT_TRUE(layers.Layer[1].ItemChannel.empty());
-}
 
-TEST_F(DeployTest, UnexpectedFailureReportsARunTimeError) {
     driver.throws = true;
     EXPECT_FALSE(Deploy());
-    ASSERT_EQ(sink.messages.size(), 1u);
-    EXPECT_EQ(sink.messages[0].text.rfind("Error(", 0), 0u);
-    EXPECT_EQ(sink.messages[0].icon, shell::icons::Stop);
-}
-
-TEST_F(DeployTest, LayerNumberGoesIntoTheFileNumber) {
-    layers.WindowNumber = 12;
-    ASSERT_TRUE(Deploy(1));
-    EXPECT_EQ(driver.lastFileNumber, 121);
-    EXPECT_TRUE(std::filesystem::exists(folder / "Ne-121.tmp"));
-    EXPECT_EQ(layers.Layer[1].MeasureTime, 4000);
+    ASSERT_EQ(sink.messages.size(), 2u);
+    EXPECT_EQ(sink.messages[1].text.rfind("Error(", 0), 0u);
+    EXPECT_EQ(sink.messages[1].icon, shell::icons::Stop);
 }
 
 } // namespace

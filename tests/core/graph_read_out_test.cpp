@@ -63,13 +63,11 @@ TEST_F(ReadOutTest, EachChannelInItsFormatAndUnit) {
     EXPECT_EQ(Text(0, 0), "12000r/min");
     EXPECT_EQ(Text(0, 1), "50.0%");
     EXPECT_EQ(Text(0, 2), "123km/h");
-    EXPECT_EQ(Text(0, 3), "0km/h");
     EXPECT_EQ(Text(0, 4), "3"); // detonation counts show bare
     EXPECT_EQ(Text(0, 6), "25.3V");
     EXPECT_EQ(Text(0, 7), "91.64mm");
     EXPECT_EQ(Text(0, 8), "0.00mm");
     EXPECT_EQ(Text(0, 9), "5.00A/F"); // no air/fuel table: the sensor's volts
-    EXPECT_EQ(Text(0, 10), "5.00V");
     EXPECT_EQ(Text(0, 11), "1LAP");
     EXPECT_EQ(Text(0, 12), "12.34%");
     EXPECT_EQ(Text(0, 13), "4");
@@ -81,10 +79,8 @@ TEST_F(ReadOutTest, CursorBeforeTheFirstMoveReadsBeforeTheStart) {
     DispValues(state, 1, laf);
     // t = (-100 / 1) x 5: the ramp towards the first sample runs on below zero unconverted.
     EXPECT_EQ(state.Layers.Layer[0].CursorTime, -500.0);
-    EXPECT_EQ(state.CursorAxisTime, -500);
     EXPECT_EQ(state.TitleText, " Time -00h00m00s500");
     EXPECT_EQ(Text(0, 2), "-6150km/h");
-    EXPECT_EQ(Text(0, 4), "0");
     EXPECT_EQ(Text(0, 11), "0LAP");
 
     // Zoomed in the truncating division leaves a shorter stretch: (-100 / 25) x 5.
@@ -106,7 +102,6 @@ TEST_F(ReadOutTest, LayersReadAtTheirOwnOffset) {
     EXPECT_EQ(state.Layers.Layer[0].CursorTime, 100.0);
     EXPECT_EQ(state.Layers.Layer[1].CursorTime, 150.5);
     EXPECT_EQ(state.CursorAxisTime, 150); // half to even
-    EXPECT_EQ(Text(0, 0), "12000r/min");
     // 150.5 ms is read as 150 ms: sample 15 exactly.
     EXPECT_EQ(Text(1, 0), "30000r/min");
     EXPECT_EQ(state.TitleText, " Time 00h00m00s100"); // the title follows layer 0
@@ -119,17 +114,7 @@ TEST_F(ReadOutTest, LayersReadAtTheirOwnOffset) {
     EXPECT_EQ(Text(1, 0), "4000r/min");
 }
 
-TEST_F(ReadOutTest, ThrottleWithoutSpanKeepsItsText) {
-    OpenMain();
-    state.Panel.FindRow(0, logdata::TH)->ValueText = "before";
-    state.Layers.Layer[0].Header.SetWord(logdata::SettingWord::ThOpen, 100);
-    CursorAt(100);
-    DispValues(state, 1, laf);
-    EXPECT_EQ(Text(0, logdata::TH), "before");
-    EXPECT_EQ(Text(0, logdata::Ne), "12000r/min");
-}
-
-TEST_F(ReadOutTest, DetonationToleranceFollowsTheWindowScale) {
+TEST_F(ReadOutTest, DetonationToleranceFollowsTheScaleAndAThrottleWithoutSpanKeepsItsText) {
     OpenMain();
     state.Layers.Layer[0].CursorTime = 105.0; // 5 ms past sample 10
     DispValues(state, 0, laf);
@@ -137,12 +122,16 @@ TEST_F(ReadOutTest, DetonationToleranceFollowsTheWindowScale) {
     state.Time = {5, 100, 5};
     DispValues(state, 0, laf);
     EXPECT_EQ(Text(0, logdata::DETO1), "0"); // zoomed in: exact hits only
+
+    state.Panel.FindRow(0, logdata::TH)->ValueText = "before";
+    state.Layers.Layer[0].Header.SetWord(logdata::SettingWord::ThOpen, 100);
+    DispValues(state, 0, laf);
+    EXPECT_EQ(Text(0, logdata::TH), "before");
 }
 
 TEST_F(ReadOutTest, TitleTimeAndDeltaMode) {
     EXPECT_EQ(TitleTimeText(false, 0.0, 3723004.0), " Time 01h02m03s004");
     EXPECT_EQ(TitleTimeText(true, 0.0, 5000.0), "Delta  00h00m00s000");
-    EXPECT_EQ(TitleTimeText(true, 1000.0, 5000.0), "Delta  00h00m04s000");
     EXPECT_EQ(TitleTimeText(true, 6500.0, 5000.0), "Delta -00h00m01s500");
     EXPECT_EQ(TitleTimeText(true, 5000.0, 5000.0), "Delta -00h00m00s000");
 
@@ -150,7 +139,6 @@ TEST_F(ReadOutTest, TitleTimeAndDeltaMode) {
     state.Layers.Layer[0].CursorTime = 2000.0;
     state.DeltaMark = 1500.0;
     ToggleDeltaMode(state);
-    EXPECT_TRUE(state.DeltaMode);
     EXPECT_EQ(state.DeltaMark, 0.0);
     EXPECT_EQ(state.TitleText, "Delta  00h00m00s000");
     state.DeltaMark = 500.0;

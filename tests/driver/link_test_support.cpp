@@ -24,36 +24,6 @@ std::int32_t ScriptedDevice::Answer(const char* call, TlmStatus& s) {
     return result;
 }
 
-std::int32_t ScriptedDevice::Open(TlmStatus& s) {
-    ++opens;
-    nextBlock_ = 0;
-    reads_ = 0;
-    return Answer("Open", s);
-}
-
-void ScriptedDevice::Closed() {
-    ++closes;
-}
-
-std::int32_t ScriptedDevice::FileCount(TlmStatus& s) {
-    Answer("FileCount", s);
-    return fileCount;
-}
-
-std::int32_t ScriptedDevice::DownloadList(TlmStatus& s, std::span<TlmDownloadEntry> list) {
-    countAsked = static_cast<std::int16_t>(list.size());
-    std::copy_n(entries.begin(), std::min(entries.size(), list.size()), list.begin());
-    return Answer("DownloadList", s);
-}
-
-std::int32_t ScriptedDevice::StartTransfer(TlmStatus& s, const TlmDownloadEntry& entry,
-                                           TlmTransferBlock& block) {
-    entryAsked = entry;
-    block = startBlock;
-    nextBlock_ = 0;
-    return Answer("StartTransfer", s);
-}
-
 std::int32_t ScriptedDevice::ReadTransfer(TlmStatus& s, TlmTransferBlock& block,
                                           std::vector<std::uint8_t>& bytes) {
     blockAsked = block;
@@ -69,67 +39,6 @@ std::int32_t ScriptedDevice::ReadTransfer(TlmStatus& s, TlmTransferBlock& block,
         return given;
     }
     return nextBlock_ == blocks.size() ? 1 : 0;
-}
-
-std::int32_t ScriptedDevice::EndTransfer(TlmStatus& s, TlmTransferBlock& block) {
-    blockAsked = block;
-    Answer("EndTransfer", s);
-    return endResult;
-}
-
-std::int32_t ScriptedDevice::DetonationMap(TlmStatus& s, TlmDetonationMap& out) {
-    out = map;
-    return Answer("DetonationMap", s);
-}
-
-std::int32_t ScriptedDevice::InitializeSensor(TlmStatus& s, std::int16_t kind) {
-    kindAsked = kind;
-    return Answer("InitializeSensor", s);
-}
-
-std::int32_t ScriptedDevice::InitData(TlmStatus& s, std::int32_t index, TlmInitData& out) {
-    indexAsked = index;
-    out = initData;
-    return Answer("InitData", s);
-}
-
-std::int32_t ScriptedDevice::SendSetting(TlmStatus& s, const TlmSettingData& in) {
-    settingSent = in;
-    return Answer("SendSetting", s);
-}
-
-std::int32_t ScriptedDevice::ReadSetting(TlmStatus& s, TlmSettingData& out) {
-    out = setting;
-    return Answer("ReadSetting", s);
-}
-
-std::int32_t ScriptedDevice::SignalCondition(TlmStatus& s, TlmSignalCondition& out) {
-    out = signal;
-    return Answer("SignalCondition", s);
-}
-
-std::int32_t ScriptedDevice::SpecialData(TlmStatus& s, TlmSpecialData& out) {
-    out = special;
-    return Answer("SpecialData", s);
-}
-
-std::int32_t ScriptedDevice::ErrorInfo(TlmStatus& s, std::span<std::uint8_t> buffer) {
-    std::copy_n(errorInfo.begin(), std::min(errorInfo.size(), buffer.size()), buffer.begin());
-    return Answer("ErrorInfo", s);
-}
-
-std::int32_t ScriptedDevice::LoggingControl(TlmStatus& s, std::int32_t value) {
-    loggingValue = value;
-    return Answer("LoggingControl", s);
-}
-
-std::int32_t ScriptedDevice::ServiceMode(TlmStatus& s, std::int16_t code) {
-    serviceCode = code;
-    return Answer("ServiceMode", s);
-}
-
-bool ScriptedDevice::DropLinkNow() {
-    return dropAfterReads.load() >= 0 && reads_ >= dropAfterReads.load();
 }
 
 ScopedEnvironment::ScopedEnvironment(const char* name, const std::string& value)

@@ -2,6 +2,7 @@
 // A scripted logger served by the real link::Server on a thread, for tests that call the real
 // libtlm entry points against it.
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
@@ -76,29 +77,83 @@ public:
     std::int32_t loggingValue = 0;
     std::int16_t serviceCode = 0;
 
-    std::int32_t Open(TlmStatus& s) override;
-    void Closed() override;
+    std::int32_t Open(TlmStatus& s) override {
+        ++opens;
+        nextBlock_ = 0;
+        reads_ = 0;
+        return Answer("Open", s);
+    }
+    void Closed() override { ++closes; }
     std::int32_t Reset(TlmStatus& s) override { return Answer("Reset", s); }
     std::int32_t GetStatus(TlmStatus& s) override { return Answer("GetStatus", s); }
-    std::int32_t FileCount(TlmStatus& s) override;
-    std::int32_t DownloadList(TlmStatus& s, std::span<TlmDownloadEntry> list) override;
+    std::int32_t FileCount(TlmStatus& s) override {
+        Answer("FileCount", s);
+        return fileCount;
+    }
+    std::int32_t DownloadList(TlmStatus& s, std::span<TlmDownloadEntry> list) override {
+        countAsked = static_cast<std::int16_t>(list.size());
+        std::copy_n(entries.begin(), std::min(entries.size(), list.size()), list.begin());
+        return Answer("DownloadList", s);
+    }
     std::int32_t StartTransfer(TlmStatus& s, const TlmDownloadEntry& entry,
-                               TlmTransferBlock& block) override;
+                               TlmTransferBlock& block) override {
+        entryAsked = entry;
+        block = startBlock;
+        nextBlock_ = 0;
+        return Answer("StartTransfer", s);
+    }
     std::int32_t ReadTransfer(TlmStatus& s, TlmTransferBlock& block,
                               std::vector<std::uint8_t>& bytes) override;
-    std::int32_t EndTransfer(TlmStatus& s, TlmTransferBlock& block) override;
+    std::int32_t EndTransfer(TlmStatus& s, TlmTransferBlock& block) override {
+        blockAsked = block;
+        Answer("EndTransfer", s);
+        return endResult;
+    }
     std::int32_t ClearFiles(TlmStatus& s) override { return Answer("ClearFiles", s); }
-    std::int32_t DetonationMap(TlmStatus& s, TlmDetonationMap& out) override;
-    std::int32_t InitializeSensor(TlmStatus& s, std::int16_t kind) override;
-    std::int32_t InitData(TlmStatus& s, std::int32_t index, TlmInitData& out) override;
-    std::int32_t SendSetting(TlmStatus& s, const TlmSettingData& in) override;
-    std::int32_t ReadSetting(TlmStatus& s, TlmSettingData& out) override;
-    std::int32_t SignalCondition(TlmStatus& s, TlmSignalCondition& out) override;
-    std::int32_t SpecialData(TlmStatus& s, TlmSpecialData& out) override;
-    std::int32_t ErrorInfo(TlmStatus& s, std::span<std::uint8_t> buffer) override;
-    std::int32_t LoggingControl(TlmStatus& s, std::int32_t value) override;
-    std::int32_t ServiceMode(TlmStatus& s, std::int16_t code) override;
-    bool DropLinkNow() override;
+    std::int32_t DetonationMap(TlmStatus& s, TlmDetonationMap& out) override {
+        out = map;
+        return Answer("DetonationMap", s);
+    }
+    std::int32_t InitializeSensor(TlmStatus& s, std::int16_t kind) override {
+        kindAsked = kind;
+        return Answer("InitializeSensor", s);
+    }
+    std::int32_t InitData(TlmStatus& s, std::int32_t index, TlmInitData& out) override {
+        indexAsked = index;
+        out = initData;
+        return Answer("InitData", s);
+    }
+    std::int32_t SendSetting(TlmStatus& s, const TlmSettingData& in) override {
+        settingSent = in;
+        return Answer("SendSetting", s);
+    }
+    std::int32_t ReadSetting(TlmStatus& s, TlmSettingData& out) override {
+        out = setting;
+        return Answer("ReadSetting", s);
+    }
+    std::int32_t SignalCondition(TlmStatus& s, TlmSignalCondition& out) override {
+        out = signal;
+        return Answer("SignalCondition", s);
+    }
+    std::int32_t SpecialData(TlmStatus& s, TlmSpecialData& out) override {
+        out = special;
+        return Answer("SpecialData", s);
+    }
+    std::int32_t ErrorInfo(TlmStatus& s, std::span<std::uint8_t> buffer) override {
+        std::copy_n(errorInfo.begin(), std::min(errorInfo.size(), buffer.size()), buffer.begin());
+        return Answer("ErrorInfo", s);
+    }
+    std::int32_t LoggingControl(TlmStatus& s, std::int32_t value) override {
+        loggingValue = value;
+        return Answer("LoggingControl", s);
+    }
+    std::int32_t ServiceMode(TlmStatus& s, std::int16_t code) override {
+        serviceCode = code;
+        return Answer("ServiceMode", s);
+    }
+    bool DropLinkNow() override {
+        return dropAfterReads.load() >= 0 && reads_ >= dropAfterReads.load();
+    }
 
 private:
     std::int32_t Answer(const char* call, TlmStatus& s);

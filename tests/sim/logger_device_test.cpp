@@ -7,8 +7,6 @@
 #include "support/temp_folder.h"
 #include "vehicle/demo_setting.h"
 
-#include <fstream>
-
 namespace torvane::sim {
 namespace {
 
@@ -29,18 +27,12 @@ void Configure(DeviceOnManualClock& logger, const logdata::LogHeader& setting) {
     ASSERT_EQ(status.bytState, TLM_STATE_ACQUIRING);
 }
 
-TEST(LoggerDevice, PowersOnThroughInitialisingIntoAcquisition) {
+TEST(LoggerDevice, PowersOnIntoAcquisitionAndPassingStatesEndByThemselves) {
+    DeviceOnManualClock idle(LoggerConfig{.startAcquiring = false});
+    EXPECT_EQ(idle.StateAfter(InitialisingTime), TLM_STATE_IDLE);
     DeviceOnManualClock logger;
     EXPECT_EQ(logger.StateAfter(0s), TLM_STATE_INITIALIZING);
     EXPECT_EQ(logger.StateAfter(InitialisingTime), TLM_STATE_ACQUIRING);
-
-    DeviceOnManualClock idle(LoggerConfig{.startAcquiring = false});
-    EXPECT_EQ(idle.StateAfter(InitialisingTime), TLM_STATE_IDLE);
-}
-
-TEST(LoggerDevice, PassingStatesEndByThemselves) {
-    DeviceOnManualClock logger;
-    logger.Run(2);
     TlmStatus status{};
 
     logger.device.LoggingControl(status, 1);
@@ -52,9 +44,6 @@ TEST(LoggerDevice, PassingStatesEndByThemselves) {
     EXPECT_EQ(logger.StateAfter(FlashWriteTime - 1ms), TLM_STATE_WRITING_FLASH);
     EXPECT_EQ(logger.StateAfter(1ms), TLM_STATE_IDLE);
 
-    logger.device.InitializeSensor(status, TLM_INIT_THROTTLE_CLOSED);
-    EXPECT_EQ(status.bytState, TLM_STATE_THROTTLE_INIT);
-    EXPECT_EQ(logger.StateAfter(SensorInitTime), TLM_STATE_IDLE);
     logger.device.InitializeSensor(status, TLM_INIT_REAR_SUSPENSION);
     EXPECT_EQ(status.bytState, TLM_STATE_SUSPENSION_INIT);
     EXPECT_EQ(logger.StateAfter(SensorInitTime), TLM_STATE_IDLE);
@@ -67,17 +56,11 @@ TEST(LoggerDevice, PassingStatesEndByThemselves) {
     logger.clock.Advance(StoppingTime);
 
     logger.device.ServiceMode(status, TLM_SERVICE_TEST1);
-    EXPECT_EQ(status.bytState, TLM_STATE_SERVICE);
     EXPECT_EQ(logger.StateAfter(ServiceTime), TLM_STATE_IDLE);
     // A heat run is acquisition under the service function: the program reads live signals
     // while it runs, which a busy logger would refuse.
     logger.device.ServiceMode(status, TLM_SERVICE_HEAT_RUN2);
     EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING);
-    logger.Stop();
-
-    logger.device.Reset(status);
-    EXPECT_EQ(status.bytState, TLM_STATE_INITIALIZING);
-    EXPECT_EQ(logger.StateAfter(InitialisingTime), TLM_STATE_ACQUIRING);
 }
 
 TEST(LoggerDevice, RefusesWithASenseCodeWhatItsStateDoesNotTake) {
@@ -92,12 +75,8 @@ TEST(LoggerDevice, RefusesWithASenseCodeWhatItsStateDoesNotTake) {
     EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING);
     EXPECT_EQ(logger.Send(StartAtOnce(logdata::FreshSetting())).bytSense, SenseNotInThisState);
 
-    logger.device.ServiceMode(status, 99);
-    EXPECT_EQ(status.bytSense, SenseNotInThisState);
     logger.Stop();
     logger.device.ServiceMode(status, 99);
-    EXPECT_EQ(status.bytSense, SenseBadArgument);
-    logger.device.LoggingControl(status, 5);
     EXPECT_EQ(status.bytSense, SenseBadArgument);
     TlmInitData points{};
     logger.device.InitData(status, 1, points);
@@ -109,25 +88,16 @@ TEST(LoggerDevice, RefusesWithASenseCodeWhatItsStateDoesNotTake) {
 TEST(LoggerDevice, RecordsOnlyOnceTheStartConditionsHold) {
     DeviceOnManualClock logger;
     logger.Run(2);
-    auto never = logdata::FreshSetting();
-    never.SetWord(SettingWord::StartNe, 400); // 20000 r/min
-    Configure(logger, never);
-    logger.Run(60);
-    EXPECT_FALSE(logger.device.Recording());
-
     // The fresh setting waits for 80 % and 8000 r/min: not while the bike idles on the grid.
     Configure(logger, logdata::FreshSetting());
     logger.Run(1);
     EXPECT_FALSE(logger.device.Recording());
     logger.Run(30);
     EXPECT_TRUE(logger.device.Recording());
-    const TlmStatus stopped = logger.Stop();
-    EXPECT_EQ(stopped.bytFlags & TLM_FLAG_DOWNLOAD, TLM_FLAG_DOWNLOAD);
+    EXPECT_EQ(logger.Stop().bytFlags & TLM_FLAG_DOWNLOAD, TLM_FLAG_DOWNLOAD);
     ASSERT_EQ(logger.device.Memory().Files().size(), 1u);
     const auto entry = logger.device.Memory().Files()[0].Entry();
-    EXPECT_EQ(entry.intNumber, 1);
     EXPECT_EQ(entry.intDone, 0);
-    EXPECT_GT(entry.lngSeconds, 0);
     EXPECT_LT(entry.lngSeconds, 30);
 }
 
@@ -144,14 +114,12 @@ TEST(LoggerDevice, StopsRecordingWhenTheMemoryIsFull) {
     EXPECT_EQ(status.bytStatus5, 100) << "memory used in per cent";
     ASSERT_EQ(logger.device.Memory().Files().size(), 1u);
     EXPECT_EQ(logger.device.Memory().Files()[0].seconds, 15);
-    EXPECT_EQ(logger.device.Memory().Used(), 48 * 50);
 
     logger.Run(20);
     EXPECT_EQ(logger.device.Memory().Files().size(), 1u) << "nothing more fits";
     logger.Stop();
     logger.device.ClearFiles(status);
     EXPECT_EQ(logger.device.Memory().Used(), 0);
-    EXPECT_EQ(logger.device.FileCount(status), 0);
 }
 
 TEST(LoggerDevice, ARecordedFileDeploysIntoTheStreamsOfItsSetting) {
@@ -167,14 +135,7 @@ TEST(LoggerDevice, ARecordedFileDeploysIntoTheStreamsOfItsSetting) {
 
     TlmStatus status{};
     const auto bytes = logger.Download(1, status);
-    ASSERT_EQ(logger.device.Memory().Files().size(), 1u);
-    const auto& file = logger.device.Memory().Files()[0];
-    ASSERT_EQ(bytes.size(), file.bytes->size());
-    {
-        std::ofstream out(folder / "run.rlg", std::ios::binary);
-        out.write(reinterpret_cast<const char*>(bytes.data()),
-                  static_cast<std::streamsize>(bytes.size()));
-    }
+    testing::WriteText(folder / "run.rlg", std::string(bytes.begin(), bytes.end()));
     rlg::HeaderBytes header{};
     rlg::DeployStats stats;
     ASSERT_EQ(rlg::Deploy(folder / "run.rlg", folder.Path(), 1, header, stats), TLM_DECOMP_OK);
@@ -191,9 +152,7 @@ TEST(LoggerDevice, ARecordedFileDeploysIntoTheStreamsOfItsSetting) {
     EXPECT_GE(words("Ne"), runMs / 10);
     EXPECT_LT(words("Ne"), (runMs + 1000) / 10);
     EXPECT_EQ(words("TH"), words("Ne") / 5);
-    EXPECT_EQ(words("VM4"), words("Ne"));
     EXPECT_EQ(words("DETO1"), words("Ne") / 30);
-    EXPECT_EQ(words("LAP"), words("DETO1"));
     EXPECT_EQ(words("VB"), 0u);
 }
 
@@ -206,18 +165,13 @@ TEST(LoggerDevice, TransfersAFileInBlocksAndMarksItDone) {
     TlmStatus status{};
     std::vector<TlmDownloadEntry> entries(2);
     logger.device.DownloadList(status, entries);
-    EXPECT_EQ(entries[1].intNumber, 2);
     EXPECT_EQ(entries[1].lngSeconds, 30);
-    EXPECT_EQ(status.bytFlags & TLM_FLAG_DOWNLOAD, TLM_FLAG_DOWNLOAD);
 
     TlmTransferBlock block{};
     logger.device.LoggingControl(status, 0);
     logger.device.LoggingControl(status, 1);
-    EXPECT_EQ(status.bytState, TLM_STATE_READY);
     logger.device.StartTransfer(status, entries[1], block);
     EXPECT_EQ(status.bytState, TLM_STATE_SENDING) << "right after stopping, too";
-    EXPECT_EQ(block.lngSize, entries[1].lngSize);
-    std::int64_t total = 0;
     int blocks = 0;
     std::vector<std::uint8_t> bytes;
     std::int32_t result = 0;
@@ -225,15 +179,12 @@ TEST(LoggerDevice, TransfersAFileInBlocksAndMarksItDone) {
         result = logger.device.ReadTransfer(status, block, bytes);
         ASSERT_EQ(status.bytSense, 0);
         EXPECT_LE(block.lngSize, 4096);
-        total += block.lngSize;
         ++blocks;
     }
     EXPECT_GT(result, 0);
-    EXPECT_EQ(total, entries[1].lngSize);
-    EXPECT_EQ(static_cast<std::int64_t>(bytes.size()), total);
+    EXPECT_EQ(static_cast<std::int64_t>(bytes.size()), entries[1].lngSize);
     EXPECT_EQ(blocks, (entries[1].lngSize + 4095) / 4096);
     logger.device.EndTransfer(status, block);
-    EXPECT_EQ(block.lngSize, entries[1].lngSize);
     EXPECT_EQ(status.bytState, TLM_STATE_IDLE);
 
     logger.device.DownloadList(status, entries);
@@ -242,7 +193,7 @@ TEST(LoggerDevice, TransfersAFileInBlocksAndMarksItDone) {
     EXPECT_EQ(status.bytFlags & TLM_FLAG_DOWNLOAD, TLM_FLAG_DOWNLOAD) << "file 1 is still new";
 }
 
-TEST(LoggerDevice, AnAbandonedTransferLeavesTheFileNewAndTheDeviceUsable) {
+TEST(LoggerDevice, AnAbandonedTransferLeavesTheFileNewAndAMissingFileIsNotFound) {
     DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0, .blockSize = 1024});
     logger.device.AddRecordedRuns(1, 0.5, 3);
     logger.Run(2);
@@ -254,25 +205,18 @@ TEST(LoggerDevice, AnAbandonedTransferLeavesTheFileNewAndTheDeviceUsable) {
     logger.device.ReadTransfer(status, block, bytes);
     logger.device.Closed();
 
-    logger.device.GetStatus(status);
-    EXPECT_EQ(status.bytState, TLM_STATE_IDLE);
-    EXPECT_EQ(logger.device.Memory().Files()[0].done, false);
+    EXPECT_EQ(logger.device.State(), TLM_STATE_IDLE);
+    EXPECT_FALSE(logger.device.Memory().Files()[0].done);
     logger.device.EndTransfer(status, block);
     EXPECT_EQ(status.bytSense, SenseNotInThisState) << "nothing to end any more";
 
     const auto whole = logger.Download(1, status);
     EXPECT_EQ(whole.size(), logger.device.Memory().Files()[0].bytes->size());
     EXPECT_TRUE(logger.device.Memory().Files()[0].done);
-}
 
-TEST(LoggerDevice, AFileItDoesNotHoldIsNotFoundOnTheFirstRead) {
-    DeviceOnManualClock logger(LoggerConfig{.startAcquiring = false});
-    logger.Run(2);
-    TlmStatus status{};
-    logger.Download(9, status);
-    EXPECT_EQ(status.bytSense, TLM_SENSE_FILE_NOT_FOUND);
-    logger.device.GetStatus(status);
-    EXPECT_EQ(status.bytState, TLM_STATE_IDLE);
+    EXPECT_TRUE(logger.Download(9, status).empty());
+    EXPECT_EQ(status.bytSense, TLM_SENSE_FILE_NOT_FOUND) << "on the first read";
+    EXPECT_EQ(logger.device.State(), TLM_STATE_IDLE);
 }
 
 TEST(LoggerDevice, KeepsTheTransferToTheLinkRateOfTheClock) {
@@ -280,18 +224,15 @@ TEST(LoggerDevice, KeepsTheTransferToTheLinkRateOfTheClock) {
     logger.device.AddRecordedRuns(1, 1.0, 5);
     logger.Run(2);
     logger.Stop();
-    const auto size = static_cast<std::int64_t>(logger.device.Memory().Files()[0].bytes->size());
     const auto before = logger.clock.Now();
     TlmStatus status{};
-    logger.Download(1, status);
-    const auto taken = logger.clock.Now() - before;
+    const auto size = static_cast<std::int64_t>(logger.Download(1, status).size());
     // The fake clock moves only when the device waits for the link: exactly the file's time.
-    EXPECT_EQ(taken.count(), size * 1'000'000'000 / 100'000);
+    EXPECT_EQ((logger.clock.Now() - before).count(), size * 1'000'000'000 / 100'000);
 }
 
 TEST(PacedTransfer, MakesBlocksSmallAtASlowRateSoNoAnswerWaitsLong) {
     EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 0), 32768u);
-    EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 1'000'000), 32768u);
     EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 1000), 250u);
     EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 1), 1u);
 }
@@ -317,11 +258,10 @@ TEST(LoggerDevice, TakesSensorPointsFromTheFittedSensors) {
     EXPECT_EQ(points.intThOpen, 758);
     logger.device.InitializeSensor(status, TLM_INIT_COMMIT_THROTTLE);
     logger.device.InitializeSensor(status, TLM_INIT_FRONT_SUSPENSION);
-    EXPECT_EQ(status.bytSense, 0);
     logger.device.ReadSetting(status, record);
     EXPECT_EQ(record.intFrZero, 900);
     EXPECT_EQ(record.intRrZero, 0) << "not taken";
-    EXPECT_EQ(record.intThOpen, 758);
+    EXPECT_EQ(record.intThOpen, 758) << "committed";
 }
 
 TEST(LoggerDevice, LiveSignalsCountDetonationAndLapsSinceTheLastReading) {
@@ -329,9 +269,6 @@ TEST(LoggerDevice, LiveSignalsCountDetonationAndLapsSinceTheLastReading) {
     TlmStatus status{};
     TlmSignalCondition signal{};
     logger.Run(2);
-    logger.device.SignalCondition(status, signal);
-    EXPECT_GT(signal.intNe, 500);
-    EXPECT_LT(signal.intNe, 3000) << "idling on the grid";
     int laps = 0;
     for (int second = 0; second < 400; ++second) {
         logger.Run(1);
@@ -339,45 +276,33 @@ TEST(LoggerDevice, LiveSignalsCountDetonationAndLapsSinceTheLastReading) {
         laps += signal.intLap;
     }
     EXPECT_GE(laps, 2) << "a few laps in 400 s";
-    EXPECT_GT(signal.intVfw, 0);
     logger.device.SignalCondition(status, signal);
     EXPECT_EQ(signal.intLap, 0) << "no time passed since the last reading";
     EXPECT_EQ(signal.intDeto1, 0);
 }
 
-TEST(LoggerDevice, BrokenAnswersOnlyItsStateAndStaysBrokenAfterReset) {
-    DeviceOnManualClock logger;
-    logger.device.SetBroken(true);
-    EXPECT_EQ(logger.StateAfter(InitialisingTime), TLM_STATE_BROKEN);
+TEST(LoggerDevice, BrokenStaysBrokenAfterResetAndAnErrorStopShowsAndRefusesToAct) {
+    DeviceOnManualClock broken;
+    broken.device.SetBroken(true);
+    EXPECT_EQ(broken.StateAfter(InitialisingTime), TLM_STATE_BROKEN);
     TlmStatus status{};
-    EXPECT_EQ(logger.device.FileCount(status), 0);
+    EXPECT_EQ(broken.device.FileCount(status), 0);
     EXPECT_EQ(status.bytSense, SenseNotInThisState);
-    TlmSpecialData special{};
-    logger.device.SpecialData(status, special);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(special.bytProgramName)), "TORVANE LOGGER");
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(special.bytProgramNo)), "2");
-    logger.device.Reset(status);
-    EXPECT_EQ(status.bytState, TLM_STATE_INITIALIZING);
-    EXPECT_EQ(logger.StateAfter(InitialisingTime), TLM_STATE_BROKEN);
-}
+    broken.device.Reset(status);
+    EXPECT_EQ(broken.StateAfter(InitialisingTime), TLM_STATE_BROKEN);
 
-TEST(LoggerDevice, AnErrorStopShowsInStatusAndErrorLogAndRefusesToAct) {
     DeviceOnManualClock logger;
     logger.Run(2);
     logger.device.SetErrorCode(12);
-    TlmStatus status{};
     logger.device.GetStatus(status);
     EXPECT_EQ(status.bytError, 12);
     EXPECT_EQ(status.bytState, TLM_STATE_READY);
-    logger.device.ClearFiles(status);
-    EXPECT_EQ(status.bytSense, SenseStoppedOnError);
     logger.device.LoggingControl(status, 0);
     EXPECT_EQ(status.bytSense, SenseStoppedOnError);
     std::vector<std::uint8_t> log(TLM_ERROR_INFO_SIZE, 0xEE);
     logger.device.ErrorInfo(status, log);
     EXPECT_EQ(log[0], 1);
     EXPECT_EQ(log[1], 12);
-    EXPECT_EQ(log.back(), 0);
 }
 
 TEST(LoggerDevice, DetonationMapFollowsTheRunAndTheSetting) {
@@ -390,7 +315,6 @@ TEST(LoggerDevice, DetonationMapFollowsTheRunAndTheSetting) {
     logger.device.DetonationMap(status, map);
     EXPECT_EQ(map.intPresent, 3);
     EXPECT_GE(map.lngRunTime, 110);
-    EXPECT_GT(map.lngRunDistance, 1);
     logger.Stop();
     logger.device.ClearFiles(status);
     logger.clock.Advance(FlashWriteTime);
@@ -403,11 +327,9 @@ TEST(LoggerDevice, DetonationMapFollowsTheRunAndTheSetting) {
 TEST(DetonationCounter, CellsByEngineSpeedRowAndThrottleColumn) {
     EXPECT_EQ(DetonationCounter::CellOf(4999.0, 50), -1);
     EXPECT_EQ(DetonationCounter::CellOf(15001.0, 50), -1);
-    EXPECT_EQ(DetonationCounter::CellOf(5000.0, 0), 0);
     EXPECT_EQ(DetonationCounter::CellOf(5499.0, 4), 0);
     EXPECT_EQ(DetonationCounter::CellOf(5500.0, 5), 21);
     EXPECT_EQ(DetonationCounter::CellOf(15000.0, 100), 399);
-    EXPECT_EQ(DetonationCounter::CellOf(14999.0, 99), 399);
 
     DetonationCounter counter;
     VehicleState knocking;
@@ -420,13 +342,11 @@ TEST(DetonationCounter, CellsByEngineSpeedRowAndThrottleColumn) {
     const int cell = 14 * 20 + 12;
     EXPECT_EQ(map.bytMap1[cell], 255) << "saturates";
     EXPECT_EQ(map.bytMap2[cell], 2);
-    EXPECT_EQ(map.bytMap1[cell + 1], 0);
 }
 
 TEST(MemoryTable, BudgetsBytesPer300MsByChannelAndPeriod) {
+    // The fresh setting: Ne, TH, VFW, VB at 25 ms and DETO1 on (free by default table) is 48.
     auto setting = logdata::FreshSetting();
-    // Ne, TH, VFW, VB at 25 ms and DETO1 on: 4 × 12 samples, detonation free by default.
-    EXPECT_EQ(BytesPer300Ms(DefaultMemoryTable(), setting), 48);
     MemoryTable table = DefaultMemoryTable();
     table[0 * 6 + 2] = 2; // Ne at 25 ms
     table[3 * 6 + 2] = 3; // TH at 25 ms (the fourth row)

@@ -33,12 +33,6 @@ public:
         }
     }
 
-    TlmStatus Call(std::int32_t (LoggerDevice::*call)(TlmStatus&)) {
-        TlmStatus status{};
-        EXPECT_EQ((device.*call)(status), TLM_OK);
-        return status;
-    }
-
     TlmStatus Stop() {
         TlmStatus status{};
         device.LoggingControl(status, 1);

@@ -8,7 +8,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace torvane::sim {
@@ -56,7 +58,7 @@ template <typename Select, typename Value> double MeanWhere(Select select, Value
     int count = 0;
     for (const VehicleState& state : EightMinutes().States) {
         if (select(state)) {
-            sum += value(state);
+            sum += std::invoke(value, state);
             ++count;
         }
     }
@@ -73,41 +75,45 @@ std::uint64_t Fingerprint(const RecordedRun& run) {
     return hash;
 }
 
-TEST(VehicleModel, SameSeedSameWordsOtherSeedOtherWords) {
-    const RecordedRun first = GenerateRunInMemory(DemoSetting(), 30'000.0, 5);
-    EXPECT_EQ(first.Streams, GenerateRunInMemory(DemoSetting(), 30'000.0, 5).Streams);
-    const RecordedRun other = GenerateRunInMemory(DemoSetting(), 30'000.0, 6);
-    EXPECT_NE(first.Streams[VM3], other.Streams[VM3]);
-    EXPECT_NE(first.Streams[VB], other.Streams[VB]);
-}
-
 // The words of a seed are the same on every platform. This value changes only when the model
 // is changed on purpose; a difference between machines is a portability bug.
-TEST(VehicleModel, WordsOfASeedArePinned) {
+TEST(VehicleModel, WordsOfASeedArePinnedAndAnotherSeedDiffers) {
     EXPECT_EQ(Fingerprint(GenerateRunInMemory(DemoSetting(), 20'000.0, 1)), 11157868327102831656u);
+    EXPECT_NE(Fingerprint(GenerateRunInMemory(DemoSetting(), 20'000.0, 2)), 11157868327102831656u);
 }
 
 TEST(VehicleModel, StartsAtRestOnTheLineIdlingThenLaunches) {
     const auto& states = EightMinutes().States;
     for (std::size_t i = 0; i < 300; ++i) {
         EXPECT_EQ(states[i].SpeedKmh, 0.0);
-        EXPECT_EQ(states[i].Gear, 0);
         EXPECT_EQ(states[i].LapPositionM, 0.0);
     }
     EXPECT_NEAR(states[100].EngineRpm, IdleRpm, 100.0);
-    const VehicleState& fiveSeconds = states[999];
-    EXPECT_GT(fiveSeconds.SpeedKmh, 80.0);
-    EXPECT_GE(fiveSeconds.Gear, 1);
+    EXPECT_GT(states[999].SpeedKmh, 80.0); // five seconds in
 }
 
-TEST(VehicleModel, EngineSpeedRunsFromIdleToTheShiftSpeed) {
-    const std::vector<double> ne = Decoded(Ne);
-    const auto [low, high] = std::minmax_element(ne.begin(), ne.end());
-    EXPECT_GE(*low, IdleRpm - 100.0);
-    EXPECT_LE(*high, LimiterRpm);
+TEST(VehicleModel, DecodedChannelsSpanTheirRanges) {
+    struct Case {
+        int Channel;
+        double LowAtLeast, LowAtMost, HighAtLeast, HighAtMost;
+    };
     // The demo setting's Shift word is 256: 12800 r/min.
-    EXPECT_GE(*high, 12700.0);
-    EXPECT_LE(*high, 13000.0);
+    for (const Case& c : std::array<Case, 9>{{{Ne, IdleRpm - 100.0, 1e9, 12700.0, 13000.0},
+                                              {VFW, -1e9, 1e9, 250.0, 320.0},
+                                              {VRW, -1e9, 1e9, 250.0, 320.0},
+                                              {TH, 0.0, 1.0, 99.0, 100.0},
+                                              {VB, 12.0, 1e9, -1e9, 14.8},
+                                              {FRSUS, 0.0, 1e9, -1e9, 120.2},
+                                              {RRSUS, 0.0, 1e9, -1e9, 80.2},
+                                              {LAF1, 11.5, 1e9, -1e9, 18.0},
+                                              {LAF2, 11.5, 1e9, -1e9, 18.0}}}) {
+        const std::vector<double> values = Decoded(c.Channel);
+        const auto [low, high] = std::minmax_element(values.begin(), values.end());
+        EXPECT_GE(*low, c.LowAtLeast) << c.Channel;
+        EXPECT_LE(*low, c.LowAtMost) << c.Channel;
+        EXPECT_GE(*high, c.HighAtLeast) << c.Channel;
+        EXPECT_LE(*high, c.HighAtMost) << c.Channel;
+    }
 }
 
 // Below top gear the engine never runs past the shift speed: that is where the rider changes up.
@@ -129,24 +135,6 @@ TEST(VehicleModel, ShiftWordSetsWhereTheRiderChangesUp) {
     }
 }
 
-TEST(VehicleModel, SpeedsThrottleAndSupplyStayInRange) {
-    for (int channel : {VFW, VRW}) {
-        const std::vector<double> speed = Decoded(channel);
-        EXPECT_LE(*std::max_element(speed.begin(), speed.end()), 320.0);
-        EXPECT_GE(*std::max_element(speed.begin(), speed.end()), 250.0);
-    }
-    const std::vector<double> throttle = Decoded(TH);
-    const auto [shut, open] = std::minmax_element(throttle.begin(), throttle.end());
-    EXPECT_GE(*shut, 0.0);
-    EXPECT_LE(*shut, 1.0);
-    EXPECT_GE(*open, 99.0);
-    EXPECT_LE(*open, 100.0);
-    const std::vector<double> battery = Decoded(VB);
-    const auto [flat, charged] = std::minmax_element(battery.begin(), battery.end());
-    EXPECT_GE(*flat, 12.0);
-    EXPECT_LE(*charged, 14.8);
-}
-
 // The rear spins a little under power and the front runs slow in the hardest stops; neither by
 // more than a racing tyre's slip.
 TEST(VehicleModel, WheelsSlipALittleAtTheLimits) {
@@ -164,45 +152,27 @@ TEST(VehicleModel, WheelsSlipALittleAtTheLimits) {
     EXPECT_GT(frontLock, -0.12);
 }
 
-TEST(VehicleModel, SuspensionPitchesUnderBrakingAndPower) {
-    for (const auto& [channel, travel] : {std::pair{FRSUS, 120.0}, std::pair{RRSUS, 80.0}}) {
-        const std::vector<double> stroke = Decoded(channel);
-        EXPECT_GE(*std::min_element(stroke.begin(), stroke.end()), 0.0);
-        EXPECT_LE(*std::max_element(stroke.begin(), stroke.end()), travel + 0.2);
-    }
-    const auto braking = [](const VehicleState& state) {
-        return state.LongitudinalAccel < -7.0;
+// The front dives under braking and the rear squats under power; the mixture runs rich at full
+// load and lean on the overrun.
+TEST(VehicleModel, PitchAndMixtureFollowTheRider) {
+    using S = const VehicleState&;
+    const auto braking = [](S s) {
+        return s.LongitudinalAccel < -7.0;
     };
-    const auto driving = [](const VehicleState& state) {
-        return state.LongitudinalAccel > 4.0;
+    const auto driving = [](S s) {
+        return s.LongitudinalAccel > 4.0;
     };
-    const auto front = [](const VehicleState& state) {
-        return state.FrontStrokeMm;
+    EXPECT_GT(MeanWhere(braking, &VehicleState::FrontStrokeMm),
+              MeanWhere(driving, &VehicleState::FrontStrokeMm) + 50.0);
+    EXPECT_GT(MeanWhere(driving, &VehicleState::RearStrokeMm),
+              MeanWhere(braking, &VehicleState::RearStrokeMm) + 20.0);
+    const auto airFuel = [](S s) {
+        return s.AirFuel[0];
     };
-    const auto rear = [](const VehicleState& state) {
-        return state.RearStrokeMm;
-    };
-    EXPECT_GT(MeanWhere(braking, front), MeanWhere(driving, front) + 50.0);
-    EXPECT_GT(MeanWhere(driving, rear), MeanWhere(braking, rear) + 20.0);
-}
-
-TEST(VehicleModel, MixtureIsRichAtFullLoadAndLeanOnTheOverrun) {
-    for (int channel : {LAF1, LAF2}) {
-        const std::vector<double> ratio = Decoded(channel);
-        EXPECT_GE(*std::min_element(ratio.begin(), ratio.end()), 11.5);
-        EXPECT_LE(*std::max_element(ratio.begin(), ratio.end()), 18.0);
-    }
-    const auto fullLoad = [](const VehicleState& state) {
-        return state.ThrottlePercent >= 99.0;
-    };
-    const auto overrun = [](const VehicleState& state) {
-        return state.ThrottlePercent == 0.0 && state.BrakeDecel > 3.0;
-    };
-    const auto airFuel = [](const VehicleState& state) {
-        return state.AirFuel[0];
-    };
-    EXPECT_LT(MeanWhere(fullLoad, airFuel), 13.0);
-    EXPECT_GT(MeanWhere(overrun, airFuel), 16.0);
+    EXPECT_LT(MeanWhere([](S s) { return s.ThrottlePercent >= 99.0; }, airFuel), 13.0);
+    EXPECT_GT(
+        MeanWhere([](S s) { return s.ThrottlePercent == 0.0 && s.BrakeDecel > 3.0; }, airFuel),
+        16.0);
 }
 
 TEST(VehicleModel, DetonationIsRareAndOnlyAtHighLoad) {
@@ -243,15 +213,10 @@ TEST(VehicleModel, LapMarksFallOncePerLapAtTheTimingLine) {
     ASSERT_EQ(marks.size(), 4u);
     // The out-lap starts from rest, so it is the slowest.
     EXPECT_GT(marks[0], 115'000.0);
-    const double lengthM = DefaultCircuit().LengthM();
     for (std::size_t i = 1; i < marks.size(); ++i) {
         const double lapMs = marks[i] - marks[i - 1];
         EXPECT_GT(lapMs, 100'000.0);
         EXPECT_LT(lapMs, 120'000.0);
-        EXPECT_LT(lapMs, marks[0]);
-        const double averageKmh = lengthM / lapMs * 3600.0;
-        EXPECT_GT(averageKmh, 140.0);
-        EXPECT_LT(averageKmh, 180.0);
     }
 }
 
