@@ -10,6 +10,24 @@ PlainArea::PlainArea(QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
+bool PlainArea::RedrawGraph(int) {
+    update();
+    return true;
+}
+
+bool PlainArea::RedrawRect() {
+    update();
+    return true;
+}
+
+void PlainArea::DrawScaleColumn() {
+    update();
+}
+
+std::uint32_t PlainArea::PixelAt(int x, int y) const {
+    return rect().contains(x, y) ? 0xFFFFFFu : 0u;
+}
+
 void PlainArea::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), Qt::white);

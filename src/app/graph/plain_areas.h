@@ -1,16 +1,27 @@
 #pragma once
 // The graph (picGraph) and the scroll strip (picScroll) as plain areas: white with a thin
-// frame. The traces and the strip's overview are painted into them by the renderer later; until
-// then they only hold their place in the window's geometry.
+// frame. They hold their place in the window's geometry until the picture and the strip draw
+// there; as a GraphPicture the graph area draws nothing and every redraw succeeds.
+
+#include "graph/graph_picture.h"
 
 #include <QWidget>
 
 namespace torvane::app {
 
-class PlainArea : public QWidget {
+class PlainArea : public QWidget, public GraphPicture {
     Q_OBJECT
 public:
     explicit PlainArea(QWidget* parent = nullptr);
+
+    bool RedrawGraph(int) override;
+    bool RedrawRect() override;
+    void DrawScaleColumn() override;
+    bool BeginItemDrag(int, int) override { return true; }
+    bool MoveGhost(QPoint) override { return true; }
+    void EndItemDrag() override {}
+    std::uint32_t PixelAt(int x, int y) const override;
+    QWidget* Widget() override { return this; }
 
 signals:
     void Pressed(Qt::MouseButton button, QPoint position);

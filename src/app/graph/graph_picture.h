@@ -1,0 +1,42 @@
+#pragma once
+// What the window's tools ask of its picture (picGraph): the two kinds of redraw, the short
+// redraw of held scrolling, the scale column, the ghost of a dragged trace and the colour under
+// the mouse. The tools change the window model and call these; the picture draws the model.
+
+#include <QPoint>
+
+#include <cstdint>
+
+class QWidget;
+
+namespace torvane::app {
+
+class GraphPicture {
+public:
+    virtual ~GraphPicture() = default;
+
+    // Mode 1 rebuilds the graph (grid, traces, tags, time band, comments, lap bar) and then
+    // composes; any other mode only composes (range band, graph, cursor). False when it failed.
+    virtual bool RedrawGraph(int mode) = 0;
+    // One step of held scrolling: the graph from column 100 drawn straight into the composed
+    // picture, leaving the rebuilt graph alone (comments return with the next RedrawGraph(1)).
+    virtual bool RedrawRect() = 0;
+    // Rebuilds the scale column after a scale changed.
+    virtual void DrawScaleColumn() = 0;
+
+    // The ghost of a dragged trace: item `position` of `layer`, drawn dotted; false when its
+    // trace cannot be built.
+    virtual bool BeginItemDrag(int layer, int position) = 0;
+    // Shows the graph with the ghost moved by `offset`, kept inside the graph area.
+    virtual bool MoveGhost(QPoint offset) = 0;
+    // Drops the ghost and shows the graph as it stands.
+    virtual void EndItemDrag() = 0;
+
+    // Colour (0xBBGGRR) of the picture the operator sees at (x, y); 0 outside it.
+    virtual std::uint32_t PixelAt(int x, int y) const = 0;
+
+    // The widget: its events, mouse pointer and size.
+    virtual QWidget* Widget() = 0;
+};
+
+} // namespace torvane::app
