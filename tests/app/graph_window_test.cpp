@@ -101,6 +101,7 @@ struct Desk {
             return next;
         },
         .ChooseSaveFile = [](QWidget*) { return std::optional<fs::path>(); },
+        .ChooseSaveOrExport = {},
         .DownloadFromLogger = {}};
     app::MainFrame frame;
 };

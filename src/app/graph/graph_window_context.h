@@ -8,6 +8,7 @@
 #include "load/memory_check.h"
 #include "logdata/deployment.h"
 #include "logger/laf_table.h"
+#include "output/save_choice.h"
 #include "shell/message_sink.h"
 #include "shell/window_registry.h"
 
@@ -20,6 +21,9 @@ class QWidget;
 namespace torvane::app {
 
 using FileChoice = std::function<std::optional<std::filesystem::path>(QWidget* owner)>;
+// The save dialog of a graph window; `rangeMarked` offers the export of the marked range only.
+using SaveOrExportChoice =
+    std::function<std::optional<output::SaveChoice>(QWidget* owner, bool rangeMarked)>;
 
 struct GraphWindowContext {
     std::filesystem::path TempDir;
@@ -29,8 +33,9 @@ struct GraphWindowContext {
     logdata::LogFileDecompressor& Decompressor;
     shell::MessageSink& Sink;
     load::MemoryStatus& Memory;
-    FileChoice ChooseLoggingFile; // a file to open as a window or a layer
-    FileChoice ChooseSaveFile;    // where a downloaded file is kept when its window closes
+    FileChoice ChooseLoggingFile;          // a file to open as a window or a layer
+    FileChoice ChooseSaveFile;             // where a downloaded file is kept when its window closes
+    SaveOrExportChoice ChooseSaveOrExport; // where mnuSave saves the main file or writes CSV
     // The logger's download dialog: the downloaded file, or nothing when it was cancelled or
     // failed. Without it the frame offers no download.
     FileChoice DownloadFromLogger;

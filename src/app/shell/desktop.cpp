@@ -41,6 +41,7 @@ Desktop::Desktop(shell::AppPaths paths)
                .Memory = memory_,
                .ChooseLoggingFile = ChooseLoggingFile,
                .ChooseSaveFile = ChooseSaveFile,
+               .ChooseSaveOrExport = ChooseSaveOrExport,
                .DownloadFromLogger = [this](QWidget* owner) {
                    return DownloadFromLogger(owner);
                }} {
