@@ -218,21 +218,6 @@ private slots:
         QCOMPARE(dialog->Folder(), runs_->Path().parent_path());
     }
 
-    // Every mode shows its caption and types; the CSV frame belongs to the CSV type only.
-    void ModesShowTheirCaptionsAndTypes() {
-        const std::array<std::pair<FileDialogMode, const char*>, 4> modes{
-            {{FileDialogMode::LoadDetonationFile, "Load Detonation File"},
-             {FileDialogMode::SaveDetonationFile, "Save Detonation File"},
-             {FileDialogMode::SaveSpecialData, "Save Special Data"},
-             {FileDialogMode::SaveErrorCode, "Save Error Code"}}};
-        for (const auto& [mode, caption] : modes) {
-            auto dialog = Open(mode);
-            QCOMPARE(dialog->windowTitle(), QString(caption));
-            QCOMPARE(Find<QComboBox>(dialog.get(), "cmbExt")->count(), 1);
-            QVERIFY(!Find<QGroupBox>(dialog.get(), "fraCsv")->isVisible());
-        }
-    }
-
     // F1 opens the manual in the help window.
     void F1OpensTheHelp() {
         auto dialog = Open(FileDialogMode::LoadLoggingFile);

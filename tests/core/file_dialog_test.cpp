@@ -70,19 +70,6 @@ protected:
     RecordingSink sink{shell::answers::Yes};
 };
 
-TEST_F(PressOkTest, NewNameIsAnsweredAndRemembered) {
-    OkPress press = Press(FileDialogMode::SaveLoggingFile, "  abc ", CsvType);
-    press.SelectionRangeTicked = true;
-    const FileDialogResult result = PressOk(press, memory, sink);
-    EXPECT_FALSE(result.Cancel);
-    EXPECT_EQ(result.Filepath, folder / "abc.csv");
-    EXPECT_TRUE(result.CsvAllItem); // "Displayed Item" not ticked
-    EXPECT_TRUE(result.CsvRange);
-    EXPECT_TRUE(sink.messages.empty());
-    EXPECT_EQ(memory.LastFolder, folder.Path());
-    EXPECT_EQ(memory.LastFileName, "abc.csv");
-}
-
 TEST_F(PressOkTest, ExistingFileIsOverwrittenOnlyAfterYesInTheModesThatAsk) {
     WriteText(folder / "abc.csv", "old");
     sink.SetAnswer(shell::answers::No);
@@ -99,6 +86,8 @@ TEST_F(PressOkTest, ExistingFileIsOverwrittenOnlyAfterYesInTheModesThatAsk) {
     EXPECT_FALSE(
         PressOk(Press(FileDialogMode::SaveLoggingFile, "abc", CsvType), memory, sink).Cancel);
     EXPECT_EQ(sink.messages.size(), 2u);
+    EXPECT_EQ(memory.LastFolder, folder.Path());
+    EXPECT_EQ(memory.LastFileName, "abc.csv");
 
     WriteText(folder / "dump.spd", "old");
     EXPECT_FALSE(PressOk(Press(FileDialogMode::SaveSpecialData, "dump",
