@@ -36,20 +36,20 @@ QString ToQString(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-QStyle::StandardPixmap PixmapOf(output::DriveIcon icon) {
+QIcon IconOf(const QStyle& style, output::DriveIcon icon) {
     switch (icon) {
     case output::DriveIcon::Removable:
-        return QStyle::SP_DriveFDIcon;
+        return style.standardIcon(QStyle::SP_DriveFDIcon);
     case output::DriveIcon::HardDisk:
-        return QStyle::SP_DriveHDIcon;
+        return style.standardIcon(QStyle::SP_DriveHDIcon);
     case output::DriveIcon::Network:
-        return QStyle::SP_DriveNetIcon;
+        return style.standardIcon(QStyle::SP_DriveNetIcon);
     case output::DriveIcon::CdRom:
-        return QStyle::SP_DriveCDIcon;
+        return style.standardIcon(QStyle::SP_DriveCDIcon);
     case output::DriveIcon::None:
         break;
     }
-    return QStyle::SP_CustomBase;
+    return {};
 }
 
 } // namespace
@@ -199,13 +199,14 @@ void FileDialog::FillDrives() {
     std::ranges::sort(volumes, {}, &QStorageInfo::rootPath);
     for (const QStorageInfo& volume : volumes) {
         const std::filesystem::path root = volume.rootPath().toStdString();
-        if (!driveRoots_.empty() && driveRoots_.back() == root) {
+        std::error_code error;
+        // Containers mount single files too; only folders are places.
+        if ((!driveRoots_.empty() && driveRoots_.back() == root) ||
+            !std::filesystem::is_directory(root, error)) {
             continue;
         }
-        const QStyle::StandardPixmap pixmap =
-            PixmapOf(output::DriveIconOf(volume.fileSystemType().toStdString()));
         const QIcon icon =
-            pixmap == QStyle::SP_CustomBase ? QIcon() : style()->standardIcon(pixmap);
+            IconOf(*style(), output::DriveIconOf(volume.fileSystemType().toStdString()));
         imcDrv_->addItem(icon, volume.rootPath(), static_cast<int>(driveRoots_.size()));
         driveRoots_.push_back(root);
     }
