@@ -1,37 +1,36 @@
 #include "graph/file_choice.h"
 
-#include <QFileDialog>
-
 namespace torvane::app {
 namespace {
 
-constexpr const char* LoggingFilter = "Logging Files (*.rlg)";
-constexpr const char* CsvFilter = "Csv Files (*.csv)";
-
-std::optional<std::filesystem::path> ToPath(const QString& chosen) {
-    if (chosen.isEmpty()) {
+std::optional<std::filesystem::path> ChoosePath(FileDialogContext& context, QWidget* owner,
+                                                output::FileDialogMode mode) {
+    const output::FileDialogResult result = FileDialog::Run({.Mode = mode}, context, owner);
+    if (result.Cancel) {
         return std::nullopt;
     }
-    return std::filesystem::path(chosen.toStdString());
+    return result.Filepath;
 }
 
 } // namespace
 
-std::optional<std::filesystem::path> ChooseLoggingFile(QWidget* owner) {
-    return ToPath(QFileDialog::getOpenFileName(owner, QString(), QString(), LoggingFilter));
+std::optional<std::filesystem::path> ChooseLoggingFile(FileDialogContext& context, QWidget* owner) {
+    return ChoosePath(context, owner, output::FileDialogMode::LoadLoggingFile);
 }
 
-std::optional<std::filesystem::path> ChooseSaveFile(QWidget* owner) {
-    return ToPath(QFileDialog::getSaveFileName(owner, QString(), QString(), LoggingFilter));
+std::optional<std::filesystem::path> ChooseSaveFile(FileDialogContext& context, QWidget* owner) {
+    return ChoosePath(context, owner, output::FileDialogMode::SaveLoggingFile);
 }
 
-std::optional<output::SaveChoice> ChooseSaveOrExport(QWidget* owner, bool rangeMarked) {
-    const auto path = ToPath(QFileDialog::getSaveFileName(
-        owner, QString(), QString(), QString("%1;;%2").arg(LoggingFilter, CsvFilter)));
-    if (!path) {
+std::optional<output::SaveChoice> ChooseSaveOrExport(FileDialogContext& context, QWidget* owner,
+                                                     bool rangeMarked) {
+    const output::FileDialogResult result = FileDialog::Run(
+        {.Mode = output::FileDialogMode::SaveLoggingFile, .CsvRange = rangeMarked}, context, owner);
+    if (result.Cancel) {
         return std::nullopt;
     }
-    return output::SaveChoice{.Filepath = *path, .CsvAllItem = false, .CsvRange = rangeMarked};
+    return output::SaveChoice{
+        .Filepath = result.Filepath, .CsvAllItem = result.CsvAllItem, .CsvRange = result.CsvRange};
 }
 
 } // namespace torvane::app

@@ -1,7 +1,8 @@
 #pragma once
-// Where the graph windows ask the operator for a file. A plain file dialog for now; the
-// program's own file dialog takes its place behind these two functions.
+// Where the graph windows ask the operator for a file: the program's own file dialog, in the
+// mode of each question.
 
+#include "output/file_dialog.h"
 #include "output/save_choice.h"
 
 #include <filesystem>
@@ -12,10 +13,12 @@ class QWidget;
 namespace torvane::app {
 
 // A logging file to open; nothing when the operator cancels.
-std::optional<std::filesystem::path> ChooseLoggingFile(QWidget* owner);
+std::optional<std::filesystem::path> ChooseLoggingFile(FileDialogContext& context, QWidget* owner);
 // A place to save a logging file to; nothing when the operator cancels.
-std::optional<std::filesystem::path> ChooseSaveFile(QWidget* owner);
-// Where to save the main file, or a CSV file to export it to, with the export's options.
-std::optional<output::SaveChoice> ChooseSaveOrExport(QWidget* owner, bool rangeMarked);
+std::optional<std::filesystem::path> ChooseSaveFile(FileDialogContext& context, QWidget* owner);
+// Where to save the main file, or a CSV file to export it to, with the export's options;
+// `rangeMarked` offers the export of the marked range only.
+std::optional<output::SaveChoice> ChooseSaveOrExport(FileDialogContext& context, QWidget* owner,
+                                                     bool rangeMarked);
 
 } // namespace torvane::app

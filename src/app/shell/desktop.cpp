@@ -32,19 +32,29 @@ Desktop::Desktop(shell::AppPaths paths)
     : paths_(std::move(paths))
     , sink_(&frame_)
     , layouts_(paths_, sink_)
-    , windows_{.TempDir = paths_.TempDir(),
-               .Registry = registry_,
-               .Layouts = layouts_,
-               .Laf = laf_,
-               .Decompressor = decompressor_,
-               .Sink = sink_,
-               .Memory = memory_,
-               .ChooseLoggingFile = ChooseLoggingFile,
-               .ChooseSaveFile = ChooseSaveFile,
-               .ChooseSaveOrExport = ChooseSaveOrExport,
-               .DownloadFromLogger = [this](QWidget* owner) {
-                   return DownloadFromLogger(owner);
-               }} {
+    , fileDialogs_{.Memory = lastPlace_,
+                   .DataDir = paths_.DataDir(),
+                   .DesktopPath = DesktopFolder(),
+                   .Sink = sink_}
+    , windows_{
+          .TempDir = paths_.TempDir(),
+          .Registry = registry_,
+          .Layouts = layouts_,
+          .Laf = laf_,
+          .Decompressor = decompressor_,
+          .Sink = sink_,
+          .Memory = memory_,
+          .ChooseLoggingFile =
+              [this](QWidget* owner) { return ChooseLoggingFile(fileDialogs_, owner); },
+          .ChooseSaveFile = [this](QWidget* owner) { return ChooseSaveFile(fileDialogs_, owner); },
+          .ChooseSaveOrExport =
+              [this](QWidget* owner, bool rangeMarked) {
+                  return ChooseSaveOrExport(fileDialogs_, owner, rangeMarked);
+              },
+          .DownloadFromLogger =
+              [this](QWidget* owner) {
+                  return DownloadFromLogger(owner);
+              }} {
     frame_.Attach(windows_);
 }
 

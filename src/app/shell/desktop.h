@@ -8,6 +8,7 @@
 #include "layout/layout_store.h"
 #include "load/memory_check.h"
 #include "logger/laf_table.h"
+#include "output/file_dialog.h"
 #include "shell/app_paths.h"
 #include "shell/main_frame.h"
 #include "shell/message_box_sink.h"
@@ -61,6 +62,8 @@ private:
     binding::TlmDecompressor decompressor_;
     load::ProcMemInfo memory_;
     binding::TlmDriver driver_;
+    output::FileDialogMemory lastPlace_; // the file dialog's last folder and name
+    FileDialogContext fileDialogs_;
     GraphWindowContext windows_;
 };
 
