@@ -1,6 +1,7 @@
 #include "graph/graph_window.h"
 
 #include "graph/item_panel.h"
+#include "graph/lap_list.h"
 #include "graph/panel_controls.h"
 #include "graph/plain_areas.h"
 #include "graph/read_out.h"
@@ -101,6 +102,17 @@ void GraphWindow::Activated() {
     emit MenusChanged();
 }
 
+bool GraphWindow::MoveLapTime(int lapNo) {
+    if (!graph::MoveLapTime(state_, lapNo)) {
+        return false;
+    }
+    RedrawGraph();
+    ApplyScrollStrip();
+    DispValues(true);
+    state_.SingleFileState = 0;
+    return true;
+}
+
 bool GraphWindow::ShowLayerPanel(int layer) {
     const logdata::LayerRecord& record = state_.Layers.Layer.at(static_cast<std::size_t>(layer));
     state_.Panel.ShowLayerPanel(layer, graph::BareFileName(record.FilePath), record,
@@ -121,6 +133,7 @@ bool GraphWindow::SelectLayer(int layer) {
     }
     ApplyScrollStrip();
     SyncPanel();
+    emit LayerSelected();
     return true;
 }
 
@@ -259,6 +272,7 @@ void GraphWindow::PressPanel(graph::PanelControl control, Qt::MouseButton button
         graph::PressPanelControl(state_, control, ToMouseButton(button));
     if (result.LayerSelected) {
         ApplyScrollStrip();
+        emit LayerSelected();
     }
     SyncPanel();
     emit MenusChanged();
@@ -275,10 +289,14 @@ void GraphWindow::PressGraph(Qt::MouseButton button, QPoint position) {
     }
     // Finding the trace under the mouse comes with the renderer; until then the marked row
     // stands for it.
+    const int activeLayer = state_.ActiveLayer;
     const auto popup = graph::PressGraphRight(state_, std::nullopt);
     ApplyScrollStrip();
     SyncPanel();
     emit MenusChanged();
+    if (state_.ActiveLayer != activeLayer) {
+        emit LayerSelected();
+    }
     if (popup) {
         emit PopupRequested(*popup);
     }
@@ -289,7 +307,10 @@ void GraphWindow::Unload() {
         return;
     }
     unloaded_ = true;
-    load::UnloadWindow(state_, context_.Registry, context_.Layouts, context_.Layouts.ToolBox());
+    if (load::UnloadWindow(state_, context_.Registry, context_.Layouts, context_.Layouts.ToolBox())
+            .LastWindow) {
+        emit LastWindowUnloaded();
+    }
 }
 
 } // namespace torvane::app

@@ -44,6 +44,9 @@ public:
     void Discard();
     // The window became the active one.
     void Activated();
+    // A click in the lap list: the active layer jumps to the start of lap `lapNo` (0 the start
+    // of the file) and the picture and read-out follow.
+    bool MoveLapTime(int lapNo);
 
     // WindowView: the widget steps of loading.
     bool ShowLayerPanel(int layer) override;
@@ -58,6 +61,10 @@ signals:
     void MenusChanged();
     // A right press asks for the popup mnuVisible with these entries as they stand while open.
     void PopupRequested(const std::vector<graph::MenuEntryState>& entries);
+    // A layer was made active: the lap list, if open, shows it.
+    void LayerSelected();
+    // This window was the last one: the lap list goes with it.
+    void LastWindowUnloaded();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -2,6 +2,7 @@
 
 #include "graph/graph_window.h"
 #include "graph/graph_window_context.h"
+#include "graph/lap_list_window.h"
 #include "load/link_command.h"
 #include "load/memory_check.h"
 #include "shell/about_box.h"
@@ -54,6 +55,7 @@ MainFrame::MainFrame(QWidget* parent)
     setCentralWidget(area_);
     BuildMenu();
     WireHandlers();
+    lapList_ = new LapListToggle(*this, *Action("mnuLap"), [this] { return ActiveGraphWindow(); });
     connect(area_, &QMdiArea::subWindowActivated, this, &MainFrame::WindowActivated);
     resize(1024, 700);
 }
@@ -168,6 +170,10 @@ layout::ToolBoxPlace MainFrame::ToolBoxPlace() const {
     return place;
 }
 
+void MainFrame::ToggleLapList() {
+    lapList_->Toggle();
+}
+
 void MainFrame::ShowHelp() {
     auto* help = new HelpWindow(ManualPath(), this);
     help->show();
@@ -189,6 +195,7 @@ void MainFrame::Attach(GraphWindowContext& context) {
     Wire("mnuOpenLayer", &MainFrame::OpenLayer);
     Wire("mnuCloseLayer", &MainFrame::CloseLayer);
     Wire("mnuFileClose", &MainFrame::FileClose);
+    Wire("mnuLap", &MainFrame::ToggleLapList);
     ApplyWindowMenus();
 }
 
@@ -225,6 +232,12 @@ GraphWindow* MainFrame::ShowLoggingFile(const std::filesystem::path& path, bool 
     auto* window = new GraphWindow(*context_, number);
     connect(window, &GraphWindow::MenusChanged, this, &MainFrame::ApplyWindowMenus);
     connect(window, &GraphWindow::PopupRequested, this, &MainFrame::ShowPopup);
+    connect(window, &GraphWindow::LayerSelected, this, [this, window] {
+        if (window == ActiveGraphWindow()) {
+            lapList_->Refill();
+        }
+    });
+    connect(window, &GraphWindow::LastWindowUnloaded, lapList_, &LapListToggle::Close);
     QMdiSubWindow* frame = area_->addSubWindow(window);
     frame->resize(760, 480);
     frame->show();
@@ -335,6 +348,7 @@ void MainFrame::FileClose() {
 void MainFrame::WindowActivated(QMdiSubWindow* window) {
     if (GraphWindow* graph = GraphWindowOf(window)) {
         graph->Activated();
+        lapList_->Refill();
     }
     ApplyWindowMenus();
 }
@@ -358,6 +372,7 @@ void MainFrame::ApplyWindowMenus() {
     SetEntry("mnuHisto", open && menus.HistoEnabled);
     SetEntry("mnuDspDeto2", open && menus.DspDeto2Enabled);
     SetEntry("mnuGrid", open && menus.GridEnabled);
+    SetEntry("mnuLap", open);
 }
 
 void MainFrame::ShowPopup(const std::vector<graph::MenuEntryState>& entries) {

@@ -23,6 +23,7 @@ namespace torvane::app {
 
 class GraphWindow;
 struct GraphWindowContext;
+class LapListToggle;
 
 class MainFrame : public QMainWindow {
     Q_OBJECT
@@ -84,6 +85,7 @@ private:
     void ShowPopup(const std::vector<graph::MenuEntryState>& entries);
     void ToggleToolBox();
     void KeepToolBoxPlace();
+    void ToggleLapList();
 
     QMdiArea* area_;
     QHash<QString, QAction*> actions_;
@@ -92,6 +94,7 @@ private:
     ToolSettings tools_;
     QPointer<ToolBox> toolBox_;
     layout::ToolBoxPlace toolBoxPlace_;
+    LapListToggle* lapList_;
 };
 
 } // namespace torvane::app
