@@ -1,6 +1,7 @@
 #include "load/window_close.h"
 
 #include "layout/file_image.h"
+#include "load/comment_file.h"
 #include "shell/temp_files.h"
 
 #include <system_error>
@@ -60,6 +61,7 @@ bool QueryUnload(const graph::GraphWindowState& files, shell::WindowRegistry& re
             ReportFileFailure(sink, error, *target, false);
             return true;
         }
+        WriteCommentFile(files.Comments, 0, *target, sink);
         DeleteLoggingFile(downloaded, sink);
     } else if (answer == shell::answers::No) {
         DeleteLoggingFile(downloaded, sink);
