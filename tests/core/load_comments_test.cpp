@@ -120,13 +120,8 @@ TEST_F(CommentFileTest, ReadingReplacesTheLayersCommentsAndPinsThemToIt) {
     ASSERT_EQ(state.Comments.size(), 3U);
     EXPECT_EQ(state.Comments[0].Text, "First"); // in the slot the stale one left
     EXPECT_EQ(state.Comments[1].Text, "Main file");
-    const CommentRecord& second = state.Comments[2];
-    EXPECT_EQ(second.Layer, 1);
-    EXPECT_EQ(second.FileName, data / "OTHER.rlg");
-    EXPECT_EQ((std::array{second.OffsetX, second.OffsetY, second.Channel, second.Slot}),
-              (std::array<std::int16_t, 4>{7, 8, 9, 10}));
-    EXPECT_EQ(second.Time, 11);
-    EXPECT_EQ(second.Value, 12);
+    EXPECT_EQ(state.Comments[2],
+              (CommentRecord{0, 7, 8, 9, 10, 1, 11, 12, "Second", data / "OTHER.rlg"}));
 }
 
 TEST_F(CommentFileTest, DamagedSideFileIsReportedAndKeptAsideAndTheRunHasNoComments) {

@@ -317,17 +317,6 @@ TEST_F(LoadTest, CommentsComeBackWithTheirFileAsMainFileOrLayerAndGoWithTheLayer
     EXPECT_TRUE(sink.messages.empty());
 }
 
-TEST_F(LoadTest, DamagedSideFileIsReportedAndTheFileOpensAllTheSame) {
-    TempFolder data;
-    const std::string run = (data / "RUN.rlg").string();
-    torvane::testing::WriteText(CommentFilePath(run), "not comments\n");
-    ASSERT_TRUE(Load(MakeRun(6000), run));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].icon, shell::icons::Warning);
-    EXPECT_EQ(files.SingleFileState, 1);
-    EXPECT_TRUE(graph::LayerComments(files.Comments, 0).empty());
-}
-
 // A downloaded file in TMP, in window 1 of the registry.
 class QueryUnloadTest : public ::testing::Test {
 protected:
@@ -373,8 +362,11 @@ TEST_F(QueryUnloadTest, CancelKeepsTheWindowAndNoDeletesTheFile) {
     EXPECT_TRUE(fs::exists(downloaded));
     EXPECT_EQ(dialogs, 0);
 
+    // Its comments go with it, so that the next download of that name starts without them.
+    torvane::testing::WriteText(CommentFilePath(downloaded), "comments");
     EXPECT_TRUE(Query(shell::answers::No));
     EXPECT_FALSE(fs::exists(downloaded));
+    EXPECT_FALSE(fs::exists(CommentFilePath(downloaded)));
     EXPECT_EQ(Logger(), 0);
 }
 

@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::string_view Hex = "0123456789ABCDEF";
 constexpr std::int64_t MaxCommentCount = std::numeric_limits<std::int16_t>::max();
+// Well above the longest file of MaxCommentCount comments, so a stray large file is not read in.
+constexpr std::uintmax_t MaxCommentFileSize = 8 << 20;
 
 // Control bytes and the backslash are written as \xHH, so a record stays on its line whatever
 // the text holds.
@@ -231,7 +233,11 @@ void ReadLayerComments(graph::GraphWindowState& state, int layer, shell::Message
     const fs::path& logFile = state.Layers.Layer.at(static_cast<std::size_t>(layer)).FilePath;
     const fs::path sideFile = CommentFilePath(logFile);
     std::error_code error;
-    if (!fs::exists(sideFile, error)) {
+    if (logFile.empty() || !fs::exists(sideFile, error)) {
+        return;
+    }
+    if (fs::file_size(sideFile, error) > MaxCommentFileSize && !error) {
+        SetAside(logFile, sideFile, {1, "it is far longer than any comment file"}, sink);
         return;
     }
     layout::FileFailure failure;
@@ -258,6 +264,9 @@ void ReadLayerComments(graph::GraphWindowState& state, int layer, shell::Message
 
 bool WriteCommentFile(const graph::CommentList& comments, int layer, const fs::path& logFile,
                       shell::MessageSink& sink) {
+    if (logFile.empty()) {
+        return true;
+    }
     const fs::path sideFile = CommentFilePath(logFile);
     const std::vector<graph::CommentRecord> kept = graph::LayerComments(comments, layer);
     layout::FileFailure failure;
@@ -277,6 +286,17 @@ bool WriteCommentFile(const graph::CommentList& comments, int layer, const fs::p
                                   {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()},
                                   failure)) {
         ReportUnsaved(sink, logFile, failure);
+        return false;
+    }
+    return true;
+}
+
+bool RemoveCommentFile(const fs::path& logFile, shell::MessageSink& sink) {
+    const fs::path sideFile = CommentFilePath(logFile);
+    std::error_code error;
+    fs::remove(sideFile, error);
+    if (error) {
+        shell::ShowRunTimeError(sink, layout::DescribeFailure({error, sideFile}));
         return false;
     }
     return true;

@@ -47,6 +47,11 @@ void ReadLayerComments(graph::GraphWindowState& state, int layer, shell::Message
 bool WriteCommentFile(const graph::CommentList& comments, int layer,
                       const std::filesystem::path& logFile, shell::MessageSink& sink);
 
+// Removes the side file of a logging file that is deleted (a downloaded file saved elsewhere or
+// thrown away), so that no later file of the same name inherits its comments. Only a failure
+// other than a missing file is reported.
+bool RemoveCommentFile(const std::filesystem::path& logFile, shell::MessageSink& sink);
+
 // WriteCommentFile beside the layer's own file, after its comments changed.
 bool SaveLayerComments(const graph::GraphWindowState& state, int layer, shell::MessageSink& sink);
 

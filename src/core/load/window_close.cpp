@@ -28,7 +28,9 @@ void DeleteLoggingFile(const fs::path& file, shell::MessageSink& sink) {
     fs::remove(file, error);
     if (error) {
         ReportFileFailure(sink, error, file, true);
+        return;
     }
+    RemoveCommentFile(file, sink);
 }
 
 } // namespace
