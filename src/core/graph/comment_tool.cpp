@@ -9,9 +9,6 @@
 namespace torvane::graph {
 namespace {
 
-// Leaves room on the left for the scale column: the box opens only this far right of it.
-constexpr std::int32_t EditBoxMinColumn = 100;
-
 bool IsContinuationByte(char c) {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
@@ -106,7 +103,7 @@ bool MoveCommentLeader(GraphWindowState& state, PixelPoint at) {
 std::optional<CommentEditBox> EndCommentLeader(GraphWindowState& state, PictureSize picture) {
     state.DragState = 0;
     const PixelPoint end = state.Leader.End;
-    if (end.X > EditBoxMinColumn && end.X < picture.Width && end.Y > 0 &&
+    if (end.X > GraphLeft && end.X < picture.Width && end.Y > 0 &&
         end.Y < picture.Height - TimeBandHeight) {
         return CommentEditBox{end.X, end.Y, {}};
     }
