@@ -1,6 +1,7 @@
 #include "graph/window_menus.h"
 #include "layout/default_layout.h"
 #include "layout/layout_store.h"
+#include "load/comment_file.h"
 #include "load/layer_commands.h"
 #include "load/load_logging_file.h"
 #include "load/window_close.h"
@@ -283,6 +284,39 @@ TEST_F(LoadTest, ClosingLayersFallsBackToTheMainFile) {
     EXPECT_TRUE(StreamExists(2, "Ne"));
 }
 
+TEST_F(LoadTest, CommentsComeBackWithTheirFileAsMainFileOrLayerAndGoWithTheLayer) {
+    TempFolder data;
+    const std::string run = (data / "RUN.rlg").string();
+    ASSERT_TRUE(Load(MakeRun(6000), run));
+    graph::CommentRecord brake;
+    brake.OffsetX = 40;
+    brake.OffsetY = -40;
+    brake.Time = 2500;
+    brake.Value = 8000;
+    brake.Text = "Brake";
+    brake.FileName = run;
+    graph::AddComment(files.Comments, brake);
+    ASSERT_TRUE(SaveLayerComments(files, 0, sink));
+
+    graph::GraphWindowState reopened;
+    reopened.Layers.TempDir = folder.Path();
+    reopened.Layers.WindowNumber = registry.Claim();
+    NoWindowView noWindow;
+    ASSERT_TRUE(LoadLoggingFile(reopened, run, display, driver, sink, noWindow));
+    EXPECT_EQ(graph::LayerComments(reopened.Comments, 0), std::vector{files.Comments[0]});
+
+    // The same file over another one: its comments take the layer's number, and go with it.
+    ASSERT_TRUE(Open(MakeRun(6000), run));
+    const std::vector<graph::CommentRecord> layerComments = graph::LayerComments(files.Comments, 1);
+    ASSERT_EQ(layerComments.size(), 1U);
+    EXPECT_EQ(layerComments[0].Text, "Brake");
+    ASSERT_TRUE(CloseLayer(files, view));
+    EXPECT_TRUE(graph::LayerComments(files.Comments, 1).empty());
+    EXPECT_EQ(graph::LayerComments(files.Comments, 0).size(), 1U);
+    EXPECT_TRUE(fs::exists(CommentFilePath(run)));
+    EXPECT_TRUE(sink.messages.empty());
+}
+
 // A downloaded file in TMP, in window 1 of the registry.
 class QueryUnloadTest : public ::testing::Test {
 protected:
@@ -328,8 +362,11 @@ TEST_F(QueryUnloadTest, CancelKeepsTheWindowAndNoDeletesTheFile) {
     EXPECT_TRUE(fs::exists(downloaded));
     EXPECT_EQ(dialogs, 0);
 
+    // Its comments go with it, so that the next download of that name starts without them.
+    torvane::testing::WriteText(CommentFilePath(downloaded), "comments");
     EXPECT_TRUE(Query(shell::answers::No));
     EXPECT_FALSE(fs::exists(downloaded));
+    EXPECT_FALSE(fs::exists(CommentFilePath(downloaded)));
     EXPECT_EQ(Logger(), 0);
 }
 
@@ -344,8 +381,12 @@ TEST_F(QueryUnloadTest, YesMovesTheFileToAnotherChosenPlaceOrReportsAFailedCopy)
     EXPECT_TRUE(sink.messages[3].text.starts_with("Error(76)\r")) << sink.messages[3].text;
     EXPECT_TRUE(fs::exists(downloaded));
 
+    graph::CommentRecord comment;
+    comment.Text = "Downloaded";
+    graph::AddComment(files.Comments, comment);
     EXPECT_TRUE(Query(shell::answers::Yes, data / "RUN.rlg"));
     EXPECT_EQ(torvane::testing::ReadText(data / "RUN.rlg"), "logging file");
+    EXPECT_TRUE(fs::exists(CommentFilePath(data / "RUN.rlg")));
     EXPECT_FALSE(fs::exists(downloaded));
     EXPECT_EQ(Logger(), 0);
     EXPECT_EQ(dialogs, 4);

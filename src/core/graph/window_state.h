@@ -3,6 +3,7 @@
 // scale, the cursor and the title time. The desktop window is a shell over this record; the
 // operations here decide what changes, the window applies it to its widgets.
 
+#include "graph/comment_list.h"
 #include "graph/display_set.h"
 #include "graph/item_panel.h"
 #include "graph/layer_view.h"
@@ -37,7 +38,9 @@ struct GraphWindowState {
     double RangeStart = 0.0;
     double RangeEnd = 0.0;
     int DragState = 0;
-    int EditComment = -1;
+    int EditComment = -1; // index of the comment in the edit box, -1 none
+    CommentList Comments = NewCommentList();
+    CommentLeader Leader; // the text tool's leader, kept until its edit box ends
 
     // 0 until the mouse first moves over the graph.
     std::int32_t CursorX = 0;

@@ -1,5 +1,6 @@
 #include "load/layer_commands.h"
 
+#include "load/comment_file.h"
 #include "load/load_logging_file.h"
 #include "load/run_time_guard.h"
 #include "logdata/laps.h"
@@ -35,6 +36,7 @@ bool AddLayer(graph::GraphWindowState& files, const std::filesystem::path& logFi
     if (record.ItemExists[logdata::LapSlot]) {
         files.LapBarHeight = LapBarHeight(files.Layers, files.LastLayer);
     }
+    ReadLayerComments(files, layer, sink);
     view.DrawScales();
     view.RedrawGraph();
     view.DispValues(false);
@@ -71,6 +73,7 @@ bool CloseLayer(graph::GraphWindowState& files, WindowView& view) {
         return false;
     }
     view.CloseLayerPanel(files.LastLayer);
+    graph::FreeLayerComments(files.Comments, files.LastLayer);
     if (files.ActiveLayer == files.LastLayer) {
         files.ActiveLayer = 0;
         view.SelectLayer(0);

@@ -1,5 +1,6 @@
 #include "load/load_logging_file.h"
 
+#include "load/comment_file.h"
 #include "load/run_time_guard.h"
 #include "logdata/laps.h"
 
@@ -50,6 +51,7 @@ bool LoadMainFile(graph::GraphWindowState& files, const std::filesystem::path& l
         return false;
     }
     files.SingleFileState = 1;
+    ReadLayerComments(files, 0, sink);
     view.DispValues(true);
     return true;
 }

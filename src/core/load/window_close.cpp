@@ -1,6 +1,7 @@
 #include "load/window_close.h"
 
 #include "layout/file_image.h"
+#include "load/comment_file.h"
 #include "shell/temp_files.h"
 
 #include <system_error>
@@ -27,7 +28,9 @@ void DeleteLoggingFile(const fs::path& file, shell::MessageSink& sink) {
     fs::remove(file, error);
     if (error) {
         ReportFileFailure(sink, error, file, true);
+        return;
     }
+    RemoveCommentFile(file, sink);
 }
 
 } // namespace
@@ -60,6 +63,7 @@ bool QueryUnload(const graph::GraphWindowState& files, shell::WindowRegistry& re
             ReportFileFailure(sink, error, *target, false);
             return true;
         }
+        WriteCommentFile(files.Comments, 0, *target, sink);
         DeleteLoggingFile(downloaded, sink);
     } else if (answer == shell::answers::No) {
         DeleteLoggingFile(downloaded, sink);

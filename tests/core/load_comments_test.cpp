@@ -1,0 +1,177 @@
+#include "load/comment_file.h"
+#include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+namespace torvane::load {
+namespace {
+
+namespace fs = std::filesystem;
+using graph::CommentRecord;
+using shell::RecordingSink;
+using torvane::testing::ReadText;
+using torvane::testing::TempFolder;
+using torvane::testing::WriteText;
+
+CommentRecord Comment(std::string text, int layer = 0, std::int32_t time = 3000) {
+    CommentRecord comment;
+    comment.Free = 0;
+    comment.OffsetX = 40;
+    comment.OffsetY = -40;
+    comment.Time = time;
+    comment.Value = 10000;
+    comment.Layer = static_cast<std::int16_t>(layer);
+    comment.Text = std::move(text);
+    return comment;
+}
+
+const std::string Head = "TORVANE-COMMENTS 1\n";
+
+TEST(CommentFileFormat, EveryStoredFieldAndAnyTextComeBack) {
+    CommentRecord extremes = Comment("back\\slash\ttab");
+    extremes.OffsetX = -32768;
+    extremes.OffsetY = 32767;
+    extremes.Channel = logdata::ComputedChannel;
+    extremes.Slot = 13;
+    extremes.Time = -5;
+    extremes.Value = 2147483647;
+    const std::vector<CommentRecord> written{Comment("Late apex"), extremes,
+                                             Comment("\xE3\x81\x82\xE3\x81\x84 1")};
+    const std::string text = EncodeCommentFile(written);
+    EXPECT_TRUE(text.starts_with(Head +
+                                 "3\n40 -40 0 0 3000 10000 Late apex\n"
+                                 "-32768 32767 99 13 -5 2147483647 back\\x5Cslash\\x09tab\n"))
+        << text;
+
+    std::vector<CommentRecord> read;
+    CommentFileDamage damage;
+    ASSERT_TRUE(DecodeCommentFile(text, read, damage)) << damage.Reason;
+    EXPECT_EQ(read, written);
+    ASSERT_TRUE(DecodeCommentFile(Head + "0\n", read, damage));
+    EXPECT_TRUE(read.empty());
+}
+
+TEST(CommentFileFormat, DamageIsFoundOnItsLine) {
+    const std::string record = "40 -40 0 0 3000 10000 ";
+    const std::vector<std::pair<std::string, int>> cases{
+        {"", 1},
+        {"TORVANE-COMMENTS 2\n0\n", 1},
+        {Head, 2},
+        {Head + "-1\n", 2},
+        {Head + "1\n" + record + "Late", 3},             // cut inside the last line
+        {Head + "2\n" + record + "Late\n", 4},           // cut after a whole line
+        {Head + "0\n" + record + "Late\n", 3},           // more than announced
+        {Head + "1\n40 -40 0 0 3000 10000\n", 3},        // no text
+        {Head + "1\n40 70000 0 0 3000 10000 Late\n", 3}, // offset beyond 16 bits
+        {Head + "1\n40 -40 16 0 3000 10000 Late\n", 3},  // no such channel
+        {Head + "1\n40 -40 0 -1 3000 10000 Late\n", 3},  // no such slot
+        {Head + "1\n40 -40 0 0 3000 1e4 Late\n", 3},     // not a whole number
+        {Head + "1\n" + record + "  \n", 3},             // blank text
+        {Head + "1\n" + record + std::string(41, 'x') + "\n", 3},
+        {Head + "1\n" + record + "a\\q\n", 3},   // unknown escape
+        {Head + "1\n" + record + "a\tb\n", 3},   // raw control byte
+        {Head + "1\n" + record + "Late\r\n", 3}, // line ends of another system
+    };
+    for (const auto& [text, line] : cases) {
+        std::vector<CommentRecord> read{Comment("stale")};
+        CommentFileDamage damage;
+        EXPECT_FALSE(DecodeCommentFile(text, read, damage)) << text;
+        EXPECT_EQ(damage.Line, line) << text << " -> " << damage.Reason;
+        EXPECT_FALSE(damage.Reason.empty());
+        EXPECT_TRUE(read.empty());
+    }
+}
+
+// A window with RUN.rlg as layer 0 and OTHER.rlg as layer 1, both in a folder of the test.
+class CommentFileTest : public ::testing::Test {
+protected:
+    CommentFileTest() {
+        state.LastLayer = 1;
+        state.Layers.Layer[0].FilePath = run;
+        state.Layers.Layer[1].FilePath = data / "OTHER.rlg";
+    }
+
+    TempFolder data;
+    fs::path run = data / "RUN.rlg";
+    fs::path sideFile = data / "RUN.rlg.comments";
+    graph::GraphWindowState state;
+    RecordingSink sink;
+};
+
+TEST_F(CommentFileTest, SideFileHoldsTheLayersCommentsAndGoesWithTheLast) {
+    graph::AddComment(state.Comments, Comment("Brake"));
+    graph::AddComment(state.Comments, Comment("Other file", 1));
+    ASSERT_TRUE(SaveLayerComments(state, 0, sink));
+    EXPECT_EQ(ReadText(sideFile), Head + "1\n40 -40 0 0 3000 10000 Brake\n");
+
+    graph::FreeLayerComments(state.Comments, 0);
+    ASSERT_TRUE(SaveLayerComments(state, 0, sink));
+    EXPECT_FALSE(fs::exists(sideFile));
+    EXPECT_EQ(data.FileNames(), std::vector<std::string>{});
+    EXPECT_TRUE(sink.messages.empty());
+}
+
+TEST_F(CommentFileTest, ReadingReplacesTheLayersCommentsAndPinsThemToIt) {
+    WriteText(data / "OTHER.rlg.comments", Head + "2\n1 2 3 4 5 6 First\n7 8 9 10 11 12 Second\n");
+    graph::AddComment(state.Comments, Comment("Stale", 1));
+    graph::AddComment(state.Comments, Comment("Main file"));
+    ReadLayerComments(state, 1, sink);
+    EXPECT_TRUE(sink.messages.empty());
+    ASSERT_EQ(state.Comments.size(), 3U);
+    EXPECT_EQ(state.Comments[0].Text, "First"); // in the slot the stale one left
+    EXPECT_EQ(state.Comments[1].Text, "Main file");
+    EXPECT_EQ(state.Comments[2],
+              (CommentRecord{0, 7, 8, 9, 10, 1, 11, 12, "Second", data / "OTHER.rlg"}));
+}
+
+TEST_F(CommentFileTest, DamagedSideFileIsReportedAndKeptAsideAndTheRunHasNoComments) {
+    const std::string damaged = Head + "2\n40 -40 0 0 3000 10000 Brake\n40 -4";
+    WriteText(sideFile, damaged);
+    graph::AddComment(state.Comments, Comment("Before"));
+    ReadLayerComments(state, 0, sink);
+    EXPECT_TRUE(graph::LayerComments(state.Comments, 0).empty());
+    ASSERT_EQ(sink.messages.size(), 1U);
+    EXPECT_EQ(sink.messages[0].icon, shell::icons::Warning);
+    EXPECT_EQ(sink.messages[0].text,
+              "The comments of RUN.rlg were left out: " + sideFile.string() +
+                  " is damaged (line 4: the file ends inside a line); it is kept as "
+                  "RUN.rlg.comments.damaged.");
+    EXPECT_EQ(ReadText(data / "RUN.rlg.comments.damaged"), damaged);
+
+    // A new comment does not write over the damaged file's bytes.
+    graph::AddComment(state.Comments, Comment("After"));
+    ASSERT_TRUE(SaveLayerComments(state, 0, sink));
+    EXPECT_EQ(ReadText(data / "RUN.rlg.comments.damaged"), damaged);
+    EXPECT_EQ(sink.messages.size(), 1U);
+}
+
+TEST_F(CommentFileTest, FailedSaveIsReportedAndLeavesTheSideFileAsItWas) {
+    const std::string saved = Head + "1\n40 -40 0 0 3000 10000 Saved\n";
+    WriteText(sideFile, saved);
+    // Something in the way of the replacement stops the write as a read-only folder would.
+    fs::create_directory(data / "RUN.rlg.comments.new");
+    graph::AddComment(state.Comments, Comment("Changed"));
+    EXPECT_FALSE(SaveLayerComments(state, 0, sink));
+    ASSERT_EQ(sink.messages.size(), 1U);
+    EXPECT_TRUE(sink.messages[0].text.starts_with("The comments of RUN.rlg could not be saved ("))
+        << sink.messages[0].text;
+    EXPECT_TRUE(sink.messages[0].text.ends_with("They stay in this window while it is open."));
+    EXPECT_EQ(ReadText(sideFile), saved);
+    EXPECT_EQ(graph::LayerComments(state.Comments, 0).size(), 1U);
+
+    EXPECT_FALSE(WriteCommentFile(state.Comments, 0, data / "gone" / "RUN.rlg", sink));
+    ASSERT_EQ(sink.messages.size(), 2U);
+    EXPECT_NE(sink.messages[1].text.find("Path not found"), std::string::npos);
+}
+
+TEST_F(CommentFileTest, UnreadableSideFileIsReported) {
+    fs::create_directory(sideFile);
+    ReadLayerComments(state, 0, sink);
+    ASSERT_EQ(sink.messages.size(), 1U);
+    EXPECT_TRUE(sink.messages[0].text.starts_with("The comments of RUN.rlg were left out: they "
+                                                  "could not be read ("))
+        << sink.messages[0].text;
+}
+
+} // namespace
+} // namespace torvane::load
