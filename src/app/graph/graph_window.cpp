@@ -8,6 +8,7 @@
 #include "load/layer_commands.h"
 #include "load/load_logging_file.h"
 #include "load/window_close.h"
+#include "load/window_layout.h"
 
 #include <QCloseEvent>
 #include <QFrame>
@@ -96,8 +97,23 @@ void GraphWindow::Discard() {
 
 void GraphWindow::Activated() {
     if (state_.SingleFileState == 1) {
-        context_.Layouts.SetLayout(0, state_.Views[0].Display, state_.Time);
+        load::KeepAsLastDisplay(state_, context_.Layouts);
     }
+    emit MenusChanged();
+}
+
+bool GraphWindow::ApplyStoredLayout(int index) {
+    if (!load::ApplyStoredLayout(state_, context_.Layouts, index, *this)) {
+        return false;
+    }
+    ApplyScrollStrip();
+    emit MenusChanged();
+    return true;
+}
+
+void GraphWindow::ApplyDefaultLayout() {
+    load::ApplyDefaultLayout(state_, context_.Layouts, *this);
+    ApplyScrollStrip();
     emit MenusChanged();
 }
 

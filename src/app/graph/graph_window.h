@@ -44,6 +44,9 @@ public:
     void Discard();
     // The window became the active one.
     void Activated();
+    // mnuLayout(n) with the store's record `index`, and mnuLayoutDef.
+    bool ApplyStoredLayout(int index);
+    void ApplyDefaultLayout();
 
     // WindowView: the widget steps of loading.
     bool ShowLayerPanel(int layer) override;
