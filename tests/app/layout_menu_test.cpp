@@ -1,0 +1,339 @@
+// Saved layouts in the desktop: the layout-save dialog driven as a widget, and the View menu's
+// layout entries applied to a graph window opened from a generated run.
+
+#include "graph_desk.h"
+#include "layout/layout_save_dialog.h"
+#include "layout/layout_save_rules.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QPushButton>
+#include <QTimer>
+#include <QtTest>
+
+#include <functional>
+
+namespace fs = std::filesystem;
+using namespace torvane;
+using app::LayoutSaveDialog;
+using testing::Desk;
+
+namespace {
+
+// Only Ne and TH shown, Ne at scale 2, two pixels a step of 50 ms.
+graph::DisplaySet TwoItems() {
+    graph::DisplaySet display;
+    for (int channel = 0; channel < logdata::ChannelCount; ++channel) {
+        graph::ItemDisplay& item = display.Items[static_cast<std::size_t>(channel)];
+        item = {0,  1,   1, 1, 0, static_cast<std::uint8_t>(graph::DefaultScaleNumber(channel)),
+                30, 130, 0, 0};
+    }
+    display.Items[logdata::Ne].View = 1;
+    display.Items[logdata::Ne].Zoom = 2;
+    display.Items[logdata::TH].View = 1;
+    display.Time = {2, 1000, 50};
+    return display;
+}
+
+void SaveLayouts(layout::LayoutStore& store, const std::vector<std::string>& names) {
+    store.SetPendingLayout(TwoItems(), TwoItems().Time);
+    for (const std::string& name : names) {
+        QVERIFY(store.SaveLayout(name));
+    }
+}
+
+QStringList Entries(const QListWidget& list) {
+    QStringList names;
+    for (int row = 0; row < list.count(); ++row) {
+        names << list.item(row)->text();
+    }
+    return names;
+}
+
+// The dialog's controls by their names.
+struct SaveDialogControls {
+    explicit SaveDialogControls(QWidget& dialog)
+        : list(dialog.findChild<QListWidget*>("lstLayout"))
+        , name(dialog.findChild<QLineEdit*>("txtLayName"))
+        , save(dialog.findChild<QPushButton*>("cmdSave"))
+        , erase(dialog.findChild<QPushButton*>("cmdDel"))
+        , cancel(dialog.findChild<QPushButton*>("cmdCancel")) {}
+    void Choose(int row) const {
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(list->item(row)).center());
+    }
+
+    QListWidget* list;
+    QLineEdit* name;
+    QPushButton* save;
+    QPushButton* erase;
+    QPushButton* cancel;
+};
+
+// Runs check on the modal dialog that the next call opens, once it is up.
+void WhenModalOpens(std::function<void(QWidget*)> check) {
+    QTimer::singleShot(0, [check = std::move(check)] {
+        QWidget* modal = QApplication::activeModalWidget();
+        QVERIFY(modal != nullptr);
+        check(modal);
+    });
+}
+
+// Keeps a picture of the widget where TORVANE_SHOTS points, for a person to look at.
+void KeepPicture(const QImage& image, const QString& name) {
+    const QString folder = qEnvironmentVariable("TORVANE_SHOTS");
+    if (!folder.isEmpty()) {
+        QDir().mkpath(folder);
+        image.save(folder + "/" + name + ".png");
+    }
+}
+
+int VisibleRows(const app::GraphWindow& window) {
+    int rows = 0;
+    for (const auto* row : window.findChildren<app::ItemRowControl*>()) {
+        rows += row->isVisible() ? 1 : 0;
+    }
+    return rows;
+}
+
+QString TitleTime(const app::GraphWindow& window) {
+    return window.findChild<QLabel*>("lblTm")->text();
+}
+
+} // namespace
+
+class LayoutMenuTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    // The named layouts are listed with their record numbers; the first one is chosen and its
+    // name stands in the box, a click copies another; the box takes 20 characters.
+    void TheDialogListsTheLayoutsAndCopiesTheChosenName() {
+        Desk desk;
+        SaveLayouts(desk.layouts, {"Mugello", "Jerez wet"});
+        LayoutSaveDialog dialog(desk.layouts, desk.sink, &desk.frame);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        const SaveDialogControls controls(dialog);
+        QCOMPARE(dialog.objectName(), QString("frmTLM0011"));
+        QCOMPARE(dialog.windowTitle(), QString("Save of layout"));
+        QCOMPARE(controls.save->text(), QString("Save(&S)"));
+        QCOMPARE(controls.erase->text(), QString("Delete(&D)"));
+        QCOMPARE(Entries(*controls.list), (QStringList{"Mugello", "Jerez wet"}));
+        QCOMPARE(controls.list->item(1)->data(Qt::UserRole).toInt(), 2);
+        QCOMPARE(controls.name->maxLength(), 20);
+        QCOMPARE(controls.name->text(), QString("Mugello"));
+        QVERIFY(controls.save->isEnabled() && controls.erase->isEnabled());
+
+        controls.Choose(1);
+        QCOMPARE(controls.name->text(), QString("Jerez wet"));
+
+        // The chosen row is drawn marked, the other one plain, with its name in dark pixels.
+        const QImage picture = dialog.grab().toImage();
+        KeepPicture(picture, "frmTLM0011");
+        const QRect first = controls.list->visualItemRect(controls.list->item(0))
+                                .translated(controls.list->viewport()->mapTo(&dialog, QPoint()));
+        const QRect second = controls.list->visualItemRect(controls.list->item(1))
+                                 .translated(controls.list->viewport()->mapTo(&dialog, QPoint()));
+        QVERIFY(picture.pixelColor(second.right() - 2, second.center().y()) !=
+                picture.pixelColor(first.right() - 2, first.center().y()));
+        int dark = 0;
+        for (int x = first.left(); x < first.left() + 60; ++x) {
+            for (int y = first.top(); y <= first.bottom(); ++y) {
+                dark += picture.pixelColor(x, y).lightness() < 100 ? 1 : 0;
+            }
+        }
+        QVERIFY(dark > 10);
+    }
+
+    // Enter in an empty box does nothing; a blank name is refused with its message; an existing
+    // name is overwritten only on Yes; Enter saves a new one and closes the dialog.
+    void SavingAsksWhatItMust() {
+        Desk desk;
+        SaveLayouts(desk.layouts, {"Mugello"});
+        LayoutSaveDialog dialog(desk.layouts, desk.sink, &desk.frame);
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        const SaveDialogControls controls(dialog);
+
+        controls.name->clear();
+        QTest::keyClick(controls.name, Qt::Key_Return);
+        QVERIFY(dialog.isVisible());
+        QVERIFY(desk.sink.messages.empty());
+
+        controls.name->setText("   ");
+        controls.save->setFocus();
+        controls.save->click();
+        QCOMPARE(desk.sink.messages.size(), std::size_t{1});
+        QCOMPARE(desk.sink.messages[0].text, std::string(layout::LayoutNameMissingMessage));
+        QCOMPARE(desk.sink.messages[0].icon, shell::icons::Warning);
+        QVERIFY(controls.name->hasFocus());
+        QVERIFY(dialog.isVisible());
+
+        desk.sink.messages.clear();
+        desk.sink.SetAnswer(shell::answers::No);
+        controls.name->setText("Mugello");
+        controls.save->click();
+        QCOMPARE(desk.sink.messages.at(0).text, std::string(layout::LayoutExistsMessage));
+        QCOMPARE(desk.sink.messages.at(0).buttons, shell::buttons::YesNo);
+        QVERIFY(dialog.isVisible());
+
+        desk.sink.SetAnswer(shell::answers::Yes);
+        controls.save->click();
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+
+        LayoutSaveDialog again(desk.layouts, desk.sink, &desk.frame);
+        again.show();
+        const SaveDialogControls next(again);
+        next.name->setText(" Jerez ");
+        QTest::keyClick(next.name, Qt::Key_Return);
+        QCOMPARE(again.result(), int(QDialog::Accepted));
+        QCOMPARE(desk.layouts.GetLayoutNames(),
+                 (std::vector<std::string>{"INITIALIZE", "Mugello", "Jerez"}));
+    }
+
+    // With ten layouts Save is off, even for a listed name, until one is deleted; a delete
+    // happens after OK only and the list is filled again; the last delete turns Delete off.
+    void TenLayoutsMustBeThinnedBeforeSaving() {
+        Desk desk;
+        SaveLayouts(desk.layouts, {"L1", "L2", "L3", "L4", "L5", "L6", "L7", "L8", "L9", "L10"});
+        LayoutSaveDialog dialog(desk.layouts, desk.sink, &desk.frame);
+        dialog.show();
+        const SaveDialogControls controls(dialog);
+        QVERIFY(!controls.save->isEnabled());
+        QTest::keyClick(controls.name, Qt::Key_Return);
+        QVERIFY(dialog.isVisible());
+        QVERIFY(desk.sink.messages.empty());
+
+        controls.Choose(2);
+        desk.sink.SetAnswer(shell::answers::Cancel);
+        controls.erase->click();
+        QCOMPARE(desk.sink.messages.at(0).text, std::string(layout::DeleteLayoutMessage));
+        QCOMPARE(desk.sink.messages.at(0).buttons, shell::buttons::OkCancel);
+        QCOMPARE(controls.list->count(), 10);
+
+        desk.sink.SetAnswer(shell::answers::Ok);
+        controls.erase->click();
+        QCOMPARE(controls.list->count(), 9);
+        QVERIFY(!Entries(*controls.list).contains("L3"));
+        QVERIFY(controls.save->isEnabled());
+        QCOMPARE(controls.name->text(), QString("L1"));
+        while (controls.list->count() > 0) {
+            controls.erase->click();
+        }
+        QVERIFY(!controls.erase->isEnabled());
+        QCOMPARE(desk.layouts.GetLayoutNames(), std::vector<std::string>{"INITIALIZE"});
+    }
+
+    // A layout file that can no longer be read: the operator is told and the dialog stays.
+    void AnUnreadableLayoutFileKeepsTheDialogOpen() {
+        Desk desk;
+        SaveLayouts(desk.layouts, {"Mugello"});
+        const fs::path file = desk.paths.InitDir() / "LAYOUT.DAT";
+        fs::remove(file);
+        fs::create_directory(file);
+        LayoutSaveDialog dialog(desk.layouts, desk.sink, &desk.frame);
+        dialog.show();
+        const SaveDialogControls controls(dialog);
+        controls.name->setText("Jerez");
+        controls.save->click();
+        QCOMPARE(desk.sink.messages.size(), std::size_t{1});
+        QVERIFY(desk.sink.messages[0].text.starts_with("Error("));
+        QVERIFY(dialog.isVisible());
+        QCOMPARE(Entries(*controls.list), QStringList{"Mugello"});
+    }
+
+    // The layouts stand under LayoutReappearance once a window is active; choosing one shows it
+    // in the window (rows, time scale), Default brings the factory display back, and
+    // LayoutSave adds an entry. A delete before Cancel leaves the menu in step as well.
+    void TheLayoutEntriesFollowTheStoreAndDriveTheActiveWindow() {
+        Desk desk;
+        QStringList names;
+        for (QAction* entry : desk.frame.Action("mnuLayReapp")->menu()->actions()) {
+            names << entry->objectName();
+        }
+        QCOMPARE(names.first(), QString("mnuLayoutDef"));
+        QCOMPARE(names.last(), QString("mnuLayout10"));
+        QCOMPARE(names.size(), 11);
+        QVERIFY(!desk.frame.Action("mnuLayoutDef")->isEnabled());
+        QVERIFY(!desk.frame.Action("mnuLaySave")->isEnabled());
+
+        SaveLayouts(desk.layouts, {"Two items"});
+        app::GraphWindow* window = desk.frame.OpenLoggingWindow(3, desk.Run("RUN.rlg", 60000.0));
+        QVERIFY(window != nullptr);
+        QVERIFY(QTest::qWaitForWindowExposed(&desk.frame));
+        QAction* first = desk.frame.Action("mnuLayout1");
+        QCOMPARE(first->text(), QString("Two items"));
+        QVERIFY(first->isVisible() && first->isEnabled());
+        QVERIFY(!desk.frame.Action("mnuLayout2")->isVisible());
+
+        const int factoryRows = VisibleRows(*window);
+        QVERIFY(factoryRows > 2);
+        QCOMPARE(TitleTime(*window), QString(" Time -00h00m10s000"));
+        first->trigger();
+        QCOMPARE(VisibleRows(*window), 2);
+        // The cursor's column 0 is now 50 steps of 50 ms before the start.
+        QCOMPARE(TitleTime(*window), QString(" Time -00h00m02s500"));
+        QCOMPARE(window->State().Time, (graph::TimeScale{2, 1000, 50}));
+        graph::DisplaySet last;
+        desk.layouts.GetLayout(0, last);
+        QCOMPARE(last.Items[logdata::Ne].Zoom, std::uint8_t{2});
+        QCOMPARE(last.Time, window->State().Time);
+        // Below the two rows the panel shows nothing but its own background.
+        const QImage picture = window->grab().toImage();
+        KeepPicture(picture, "layout-applied");
+        const int belowRows = graph::FirstPanelBottom + 3 * graph::ItemRowHeight;
+        QCOMPARE(picture.pixelColor(60, belowRows), picture.pixelColor(60, belowRows + 40));
+
+        desk.frame.Action("mnuLayoutDef")->trigger();
+        QCOMPARE(VisibleRows(*window), factoryRows);
+        QCOMPARE(TitleTime(*window), QString(" Time -00h00m10s000"));
+
+        WhenModalOpens([](QWidget* dialog) {
+            QCOMPARE(dialog->objectName(), QString("frmTLM0011"));
+            const SaveDialogControls controls(*dialog);
+            controls.name->setText("Dry & hot");
+            controls.save->click();
+        });
+        desk.frame.Action("mnuLaySave")->trigger();
+        QCOMPARE(desk.frame.Action("mnuLayout2")->text(), QString("Dry && hot"));
+        QVERIFY(desk.frame.Action("mnuLayout2")->isVisible());
+        graph::DisplaySet saved;
+        desk.layouts.GetLayout(2, saved);
+        QCOMPARE(saved.Time, (graph::TimeScale{1, 10000, 100}));
+
+        desk.sink.SetAnswer(shell::answers::Ok);
+        WhenModalOpens([](QWidget* dialog) {
+            const SaveDialogControls controls(*dialog);
+            controls.erase->click();
+            controls.cancel->click();
+        });
+        desk.frame.Action("mnuLaySave")->trigger();
+        QCOMPARE(first->text(), QString("Dry && hot"));
+        QVERIFY(!desk.frame.Action("mnuLayout2")->isVisible());
+    }
+
+    // The frame keeps the number of the window that was active when it was asked to close.
+    void ClosingTheFrameKeepsTheActiveWindowsNumber() {
+        Desk desk;
+        desk.frame.close();
+        QCOMPARE(desk.frame.ActiveWindowNumber(), -1);
+        desk.frame.show();
+        const fs::path run = desk.Run("RUN.rlg", 20000.0);
+        app::GraphWindow* one = desk.frame.OpenLoggingWindow(3, run);
+        desk.frame.OpenLoggingWindow(3, run);
+        desk.frame.Area()->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(one->parentWidget()));
+        desk.frame.close();
+        QCOMPARE(desk.frame.ActiveWindowNumber(), 1);
+    }
+};
+
+QTEST_MAIN(LayoutMenuTest)
+#include "layout_menu_test.moc"
