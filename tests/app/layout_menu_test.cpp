@@ -4,6 +4,7 @@
 #include "graph_desk.h"
 #include "layout/layout_save_dialog.h"
 #include "layout/layout_save_rules.h"
+#include "shell/help_window.h"
 
 #include <QAction>
 #include <QApplication>
@@ -150,6 +151,12 @@ private slots:
             }
         }
         QVERIFY(dark > 10);
+
+        // F1 opens the manual beside the dialog, as a window of the frame.
+        QVERIFY(QTest::qWaitForWindowActive(&dialog));
+        QTest::keyClick(&dialog, Qt::Key_F1);
+        auto* help = desk.frame.findChild<app::HelpWindow*>("HelpWindow");
+        QVERIFY(help != nullptr && help->isVisible());
     }
 
     // Enter in an empty box does nothing; a blank name is refused with its message; an existing

@@ -1,6 +1,7 @@
 #include "layout/layout_save_dialog.h"
 
 #include "layout/layout_save_rules.h"
+#include "shell/help_window.h"
 
 #include <QGridLayout>
 #include <QLineEdit>
@@ -63,6 +64,7 @@ LayoutSaveDialog::LayoutSaveDialog(layout::LayoutStore& store, shell::MessageSin
     grid->addLayout(buttons, 0, 1, 2, 1);
     list_->setMinimumHeight(list_->fontMetrics().height() * 11);
     name_->setMinimumWidth(name_->fontMetrics().horizontalAdvance('W') * 16);
+    AnswerHelpKey(this);
     Fill();
 }
 

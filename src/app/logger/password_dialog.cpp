@@ -2,6 +2,8 @@
 
 #include "logger/service_gate.h"
 
+#include "shell/help_window.h"
+
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
@@ -36,6 +38,7 @@ PasswordDialog::PasswordDialog(QWidget* owner)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(password_);
     layout->addLayout(buttons);
+    AnswerHelpKey(this);
     setFixedSize(sizeHint().expandedTo(QSize(280, 0)));
 }
 
