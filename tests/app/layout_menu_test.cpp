@@ -312,6 +312,15 @@ private slots:
         desk.frame.Action("mnuLaySave")->trigger();
         QCOMPARE(desk.frame.Action("mnuLayout2")->text(), QString("Dry && hot"));
         QVERIFY(desk.frame.Action("mnuLayout2")->isVisible());
+        // Drawn, the submenu holds Default and the two names, one under the other.
+        QMenu* layouts = desk.frame.Action("mnuLayReapp")->menu();
+        layouts->popup(desk.frame.mapToGlobal(QPoint(100, 100)));
+        QVERIFY(QTest::qWaitForWindowExposed(layouts));
+        KeepPicture(layouts->grab().toImage(), "mnuLayReapp");
+        const QRect second = layouts->actionGeometry(desk.frame.Action("mnuLayout2"));
+        QVERIFY(second.top() > layouts->actionGeometry(first).top());
+        QVERIFY(layouts->actionGeometry(desk.frame.Action("mnuLayout3")).isEmpty());
+        layouts->close();
         graph::DisplaySet saved;
         desk.layouts.GetLayout(2, saved);
         QCOMPARE(saved.Time, (graph::TimeScale{1, 10000, 100}));

@@ -203,7 +203,7 @@ void MainFrame::Attach(GraphWindowContext& context) {
     for (int index = 1; index <= graph::LayoutMenuCount; ++index) {
         const QString name = LayoutEntryName(index);
         wired_.insert(name);
-        connect(Action(name), &QAction::triggered, this, [this, index] { ApplyLayout(index); });
+        connect(Action(name), &QAction::triggered, this, [this, index] { ApplyStoredLayout(index); });
     }
     RefreshLayoutMenu();
     ApplyWindowMenus();
@@ -366,7 +366,7 @@ void MainFrame::SaveLayout() {
     }
 }
 
-void MainFrame::ApplyLayout(int index) {
+void MainFrame::ApplyStoredLayout(int index) {
     if (GraphWindow* window = ActiveGraphWindow()) {
         window->ApplyStoredLayout(index);
     }

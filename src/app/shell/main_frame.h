@@ -83,7 +83,7 @@ private:
     void CloseLayer();
     void FileClose();
     void SaveLayout();
-    void ApplyLayout(int index);
+    void ApplyStoredLayout(int index);
     void ApplyDefaultLayout();
     void WindowActivated(QMdiSubWindow* window);
     // Enables the entries that follow the active graph window's state; an entry without its
