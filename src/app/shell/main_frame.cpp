@@ -203,7 +203,8 @@ void MainFrame::Attach(GraphWindowContext& context) {
     for (int index = 1; index <= graph::LayoutMenuCount; ++index) {
         const QString name = LayoutEntryName(index);
         wired_.insert(name);
-        connect(Action(name), &QAction::triggered, this, [this, index] { ApplyStoredLayout(index); });
+        connect(Action(name), &QAction::triggered, this,
+                [this, index] { ApplyStoredLayout(index); });
     }
     RefreshLayoutMenu();
     ApplyWindowMenus();
