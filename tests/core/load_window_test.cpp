@@ -5,6 +5,7 @@
 #include "load/layer_commands.h"
 #include "load/load_logging_file.h"
 #include "load/window_close.h"
+#include "recording_view.h"
 #include "shell/temp_files.h"
 #include "support/temp_folder.h"
 
@@ -26,6 +27,7 @@ namespace fs = std::filesystem;
 using logdata::LogHeader;
 using logdata::SettingWord;
 using shell::RecordingSink;
+using torvane::load::testing::RecordingView;
 using torvane::testing::TempFolder;
 using torvane::testing::WriteWords16;
 
@@ -78,33 +80,6 @@ public:
     int result = 0;
     std::map<std::string, ScriptedRun> runs;
     std::vector<int> fileNumbers;
-};
-
-// Keeps the window steps in order; any of them can be made to fail.
-class RecordingView : public WindowView {
-public:
-    bool ShowLayerPanel(int layer) override {
-        return Note("panel " + std::to_string(layer), !panelFails);
-    }
-    void CloseLayerPanel(int layer) override { Note("close panel " + std::to_string(layer)); }
-    bool SelectLayer(int layer) override {
-        return Note("select " + std::to_string(layer), !selectFails);
-    }
-    bool DrawScales() override { return Note("scales"); }
-    void RedrawGraph() override { Note("redraw"); }
-    void DispValues(bool recalculate) override {
-        Note(recalculate ? "values, cursor found again" : "values");
-    }
-
-    std::vector<std::string> steps;
-    bool panelFails = false;
-    bool selectFails = false;
-
-private:
-    bool Note(std::string step, bool result = true) {
-        steps.push_back(std::move(step));
-        return result;
-    }
 };
 
 class LoadTest : public ::testing::Test {

@@ -9,6 +9,7 @@
 #include "load/layer_commands.h"
 #include "load/load_logging_file.h"
 #include "load/window_close.h"
+#include "load/window_layout.h"
 
 #include <QCloseEvent>
 #include <QFrame>
@@ -97,7 +98,7 @@ void GraphWindow::Discard() {
 
 void GraphWindow::Activated() {
     if (state_.SingleFileState == 1) {
-        context_.Layouts.SetLayout(0, state_.Views[0].Display, state_.Time);
+        load::KeepAsLastDisplay(state_, context_.Layouts);
     }
     emit MenusChanged();
 }
@@ -111,6 +112,21 @@ bool GraphWindow::MoveLapTime(int lapNo) {
     DispValues(true);
     state_.SingleFileState = 0;
     return true;
+}
+
+bool GraphWindow::ApplyStoredLayout(int index) {
+    if (!load::ApplyStoredLayout(state_, context_.Layouts, index, *this)) {
+        return false;
+    }
+    ApplyScrollStrip();
+    emit MenusChanged();
+    return true;
+}
+
+void GraphWindow::ApplyDefaultLayout() {
+    load::ApplyDefaultLayout(state_, context_.Layouts, *this);
+    ApplyScrollStrip();
+    emit MenusChanged();
 }
 
 bool GraphWindow::ShowLayerPanel(int layer) {

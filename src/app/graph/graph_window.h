@@ -47,6 +47,9 @@ public:
     // A click in the lap list: the active layer jumps to the start of lap `lapNo` (0 the start
     // of the file) and the picture and read-out follow.
     bool MoveLapTime(int lapNo);
+    // mnuLayout(n) with the store's record `index`, and mnuLayoutDef.
+    bool ApplyStoredLayout(int index);
+    void ApplyDefaultLayout();
 
     // WindowView: the widget steps of loading.
     bool ShowLayerPanel(int layer) override;

@@ -6,7 +6,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QShortcut>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -32,8 +31,7 @@ AboutBox::AboutBox(QWidget* owner)
     ok->setObjectName("cmdOK");
     ok->setDefault(true);
     connect(ok, &QPushButton::clicked, this, &QDialog::accept);
-    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this,
-            [this] { (new HelpWindow(ManualPath(), parentWidget()))->show(); });
+    AnswerHelpKey(this);
 
     auto* texts = new QVBoxLayout;
     texts->addWidget(title);

@@ -3,6 +3,7 @@
 #include "shell/about_box.h"
 
 #include <QCoreApplication>
+#include <QShortcut>
 #include <QUrl>
 
 namespace torvane::app {
@@ -10,6 +11,12 @@ namespace torvane::app {
 std::filesystem::path ManualPath() {
     return std::filesystem::path(QCoreApplication::applicationDirPath().toStdString()) / "manual" /
            "index.html";
+}
+
+void AnswerHelpKey(QWidget* dialog) {
+    QObject::connect(new QShortcut(QKeySequence::HelpContents, dialog), &QShortcut::activated,
+                     dialog,
+                     [dialog] { (new HelpWindow(ManualPath(), dialog->parentWidget()))->show(); });
 }
 
 HelpWindow::HelpWindow(const std::filesystem::path& manual, QWidget* parent)

@@ -10,6 +10,9 @@ namespace torvane::app {
 // manual/index.html beside the program.
 std::filesystem::path ManualPath();
 
+// F1 in the dialog opens the manual, as a window of the dialog's owner.
+void AnswerHelpKey(QWidget* dialog);
+
 class HelpWindow : public QTextBrowser {
     Q_OBJECT
 public:

@@ -3,11 +3,14 @@
 #include "graph/graph_window.h"
 #include "graph/graph_window_context.h"
 #include "graph/lap_list_window.h"
+#include "layout/layout_save_dialog.h"
 #include "load/link_command.h"
 #include "load/memory_check.h"
+#include "load/window_layout.h"
 #include "shell/about_box.h"
 #include "shell/frame_menu.h"
 #include "shell/help_window.h"
+#include "shell/service_door.h"
 
 #include <QAction>
 #include <QApplication>
@@ -28,6 +31,10 @@ namespace {
 
 QString Text(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString LayoutEntryName(int index) {
+    return QString("mnuLayout%1").arg(index);
 }
 
 GraphWindow* GraphWindowOf(const QMdiSubWindow* window) {
@@ -57,6 +64,8 @@ MainFrame::MainFrame(QWidget* parent)
     WireHandlers();
     lapList_ = new LapListToggle(*this, *Action("mnuLap"), [this] { return ActiveGraphWindow(); });
     connect(area_, &QMdiArea::subWindowActivated, this, &MainFrame::WindowActivated);
+    RefreshLayoutMenu();
+    new ServiceDoor(this);
     resize(1024, 700);
 }
 
@@ -196,6 +205,15 @@ void MainFrame::Attach(GraphWindowContext& context) {
     Wire("mnuCloseLayer", &MainFrame::CloseLayer);
     Wire("mnuFileClose", &MainFrame::FileClose);
     Wire("mnuLap", &MainFrame::ToggleLapList);
+    Wire("mnuLaySave", &MainFrame::SaveLayout);
+    Wire("mnuLayoutDef", &MainFrame::ApplyDefaultLayout);
+    for (int index = 1; index <= graph::LayoutMenuCount; ++index) {
+        const QString name = LayoutEntryName(index);
+        wired_.insert(name);
+        connect(Action(name), &QAction::triggered, this,
+                [this, index] { ApplyStoredLayout(index); });
+    }
+    RefreshLayoutMenu();
     ApplyWindowMenus();
 }
 
@@ -270,6 +288,8 @@ QList<GraphWindow*> MainFrame::GraphWindows() const {
 }
 
 void MainFrame::closeEvent(QCloseEvent* event) {
+    const GraphWindow* active = ActiveGraphWindow();
+    activeWindowNumber_ = active != nullptr ? active->Number() : -1;
     // Each window may ask about its downloaded file; a window kept open keeps the frame open.
     area_->closeAllSubWindows();
     const auto open = area_->subWindowList();
@@ -345,18 +365,63 @@ void MainFrame::FileClose() {
     ApplyWindowMenus();
 }
 
+void MainFrame::SaveLayout() {
+    GraphWindow* window = ActiveGraphWindow();
+    if (window == nullptr || context_ == nullptr) {
+        return;
+    }
+    load::PendActiveDisplay(window->State(), context_->Layouts);
+    LayoutSaveDialog dialog(context_->Layouts, context_->Sink, this);
+    const bool saved = dialog.exec() == QDialog::Accepted;
+    // A layout deleted before Cancel is gone from the store all the same.
+    RefreshLayoutMenu();
+    if (saved) {
+        load::KeepAsLastDisplay(window->State(), context_->Layouts);
+    }
+}
+
+void MainFrame::ApplyStoredLayout(int index) {
+    if (GraphWindow* window = ActiveGraphWindow()) {
+        window->ApplyStoredLayout(index);
+    }
+}
+
+void MainFrame::ApplyDefaultLayout() {
+    if (GraphWindow* window = ActiveGraphWindow()) {
+        window->ApplyDefaultLayout();
+    }
+}
+
+void MainFrame::RefreshLayoutMenu() {
+    const std::vector<std::string> names =
+        context_ != nullptr ? context_->Layouts.GetLayoutNames() : std::vector<std::string>{};
+    for (const graph::LayoutMenuEntry& entry : graph::RefreshLayoutMenu(names)) {
+        QAction* action = Action(LayoutEntryName(entry.Index));
+        // A name is no mnemonic: an "&" in it stands for itself.
+        action->setText(QString::fromStdString(entry.Caption).replace('&', "&&"));
+        action->setVisible(entry.Visible);
+    }
+}
+
 void MainFrame::WindowActivated(QMdiSubWindow* window) {
     if (GraphWindow* graph = GraphWindowOf(window)) {
         graph->Activated();
         lapList_->Refill();
     }
+    RefreshLayoutMenu();
     ApplyWindowMenus();
 }
 
 void MainFrame::SetEntry(const QString& name, bool enabled, bool visible) {
     if (QAction* action = Action(name)) {
-        action->setEnabled(enabled && wired_.contains(name));
+        SetEnabled(name, enabled);
         action->setVisible(visible);
+    }
+}
+
+void MainFrame::SetEnabled(const QString& name, bool enabled) {
+    if (QAction* action = Action(name)) {
+        action->setEnabled(enabled && wired_.contains(name));
     }
 }
 
@@ -373,6 +438,11 @@ void MainFrame::ApplyWindowMenus() {
     SetEntry("mnuDspDeto2", open && menus.DspDeto2Enabled);
     SetEntry("mnuGrid", open && menus.GridEnabled);
     SetEntry("mnuLap", open);
+    SetEntry("mnuLaySave", open);
+    SetEnabled("mnuLayoutDef", open);
+    for (int index = 1; index <= graph::LayoutMenuCount; ++index) {
+        SetEnabled(LayoutEntryName(index), open);
+    }
 }
 
 void MainFrame::ShowPopup(const std::vector<graph::MenuEntryState>& entries) {

@@ -59,6 +59,12 @@ public:
     // The graph window that the commands act on; null when none is open.
     GraphWindow* ActiveGraphWindow() const;
     QList<GraphWindow*> GraphWindows() const;
+    // The number of the window that was active when the frame was asked to close; -1 when none
+    // was open.
+    int ActiveWindowNumber() const { return activeWindowNumber_; }
+
+    // Captions mnuLayout(1..10) with the names of the saved layouts and shows only the named ones.
+    void RefreshLayoutMenu();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -77,11 +83,15 @@ private:
     void OpenLayer();
     void CloseLayer();
     void FileClose();
+    void SaveLayout();
+    void ApplyStoredLayout(int index);
+    void ApplyDefaultLayout();
     void WindowActivated(QMdiSubWindow* window);
     // Enables the entries that follow the active graph window's state; an entry without its
     // command stays disabled.
     void ApplyWindowMenus();
     void SetEntry(const QString& name, bool enabled, bool visible = true);
+    void SetEnabled(const QString& name, bool enabled);
     void ShowPopup(const std::vector<graph::MenuEntryState>& entries);
     void ToggleToolBox();
     void KeepToolBoxPlace();
@@ -95,6 +105,7 @@ private:
     QPointer<ToolBox> toolBox_;
     layout::ToolBoxPlace toolBoxPlace_;
     LapListToggle* lapList_;
+    int activeWindowNumber_ = -1;
 };
 
 } // namespace torvane::app

@@ -57,15 +57,6 @@ private:
     std::size_t at_ = 0;
 };
 
-std::string TrimBlanks(std::string text) {
-    const auto first = text.find_first_not_of(' ');
-    if (first == std::string::npos) {
-        return {};
-    }
-    const auto last = text.find_last_not_of(' ');
-    return text.substr(first, last - first + 1);
-}
-
 bool IsContinuationByte(char c) {
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
@@ -130,6 +121,15 @@ graph::DisplaySet DecodeLayoutRecord(std::span<const std::uint8_t, LayoutRecordS
     record.Time.MsPerStep = reader.Word32();
     record.Name = TrimBlanks(shell::BytesToString(reader.Bytes(LayoutNameSize)));
     return record;
+}
+
+std::string TrimBlanks(std::string_view text) {
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    const auto last = text.find_last_not_of(' ');
+    return std::string(text.substr(first, last - first + 1));
 }
 
 std::string StoredLayoutName(std::string_view name) {

@@ -40,6 +40,10 @@ void EncodeLayoutRecord(const graph::DisplaySet& record,
 // The stored values as they are, and the name up to its first NUL with blanks trimmed.
 graph::DisplaySet DecodeLayoutRecord(std::span<const std::uint8_t, LayoutRecordSize> bytes);
 
+// The name without the blanks at its ends: how a name is read from the file and how the operator's
+// typed name is taken.
+std::string TrimBlanks(std::string_view text);
+
 // The part of a name that the file keeps: at most 20 bytes of the local 8-bit encoding. A
 // character of several bytes that would be cut in two is left out whole.
 std::string StoredLayoutName(std::string_view name);

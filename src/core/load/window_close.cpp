@@ -2,6 +2,7 @@
 
 #include "layout/file_image.h"
 #include "load/comment_file.h"
+#include "load/window_layout.h"
 #include "shell/temp_files.h"
 
 #include <system_error>
@@ -84,7 +85,7 @@ WindowUnloaded UnloadWindow(const graph::GraphWindowState& files, shell::WindowR
         shell::DeleteTempFiles(files.Layers.TempDir, window);
     }
     if (files.SingleFileState == 1) {
-        store.SetLayout(0, files.Views[0].Display, files.Time);
+        KeepAsLastDisplay(files, store);
     }
     WindowUnloaded result;
     if (!registry.AnyFroms()) {
