@@ -16,6 +16,9 @@ struct TimeScale {
 // The engineering value of a raw reading (which may be interpolated). A reading of 0 or less
 // is no reading and stands as it is; a converted value below 0 shows as 0.
 double RawToValue(const LogHeader& header, int channel, double raw, const logger::LafTable& laf);
+// The conversion table alone, without either guard; the export applies guards of its own.
+double ConvertReading(const LogHeader& header, int channel, double raw,
+                      const logger::LafTable& laf);
 
 // Interval in ms of the stream that a channel reads: its sampling entry, 300 for LAP.
 int ChannelSampleTime(const LogHeader& header, int channel);
@@ -23,7 +26,8 @@ int ChannelSampleTime(const LogHeader& header, int channel);
 class ValueReader {
 public:
     ValueReader(const LayerSet& layers, const logger::LafTable& laf)
-        : layers_(layers), laf_(laf) {}
+        : layers_(layers)
+        , laf_(laf) {}
 
     // The value of item `slot` (an index of ItemChannel) of a layer at time t in ms. A missing
     // or short stream gives 0: this runs on every cursor move and says nothing.
