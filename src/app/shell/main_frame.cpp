@@ -7,6 +7,7 @@
 #include "shell/about_box.h"
 #include "shell/frame_menu.h"
 #include "shell/help_window.h"
+#include "shell/wait_cursor.h"
 
 #include <QAction>
 #include <QApplication>
@@ -32,15 +33,6 @@ QString Text(std::string_view text) {
 GraphWindow* GraphWindowOf(const QMdiSubWindow* window) {
     return window == nullptr ? nullptr : qobject_cast<GraphWindow*>(window->widget());
 }
-
-// The hourglass for as long as a load runs, put back on every way out.
-class WaitCursor {
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
 
 } // namespace
 
@@ -189,6 +181,7 @@ void MainFrame::Attach(GraphWindowContext& context) {
     Wire("mnuOpenLayer", &MainFrame::OpenLayer);
     Wire("mnuCloseLayer", &MainFrame::CloseLayer);
     Wire("mnuFileClose", &MainFrame::FileClose);
+    Wire("mnuSave", &MainFrame::Save);
     ApplyWindowMenus();
 }
 
@@ -325,6 +318,12 @@ void MainFrame::CloseLayer() {
     }
 }
 
+void MainFrame::Save() {
+    if (GraphWindow* window = ActiveGraphWindow()) {
+        window->Save();
+    }
+}
+
 void MainFrame::FileClose() {
     if (QMdiSubWindow* window = area_->currentSubWindow()) {
         window->close();
@@ -352,6 +351,7 @@ void MainFrame::ApplyWindowMenus() {
         window != nullptr ? window->Menus() : graph::WindowMenuState{false, false};
     const bool open = window != nullptr;
     SetEntry("mnuFileClose", open);
+    SetEntry("mnuSave", open);
     SetEntry("mnuOpenLayer", open && menus.OpenLayerEnabled);
     SetEntry("mnuCloseLayer", open && menus.CloseLayerEnabled);
     SetEntry("mnuAlign", open && menus.AlignEnabled);

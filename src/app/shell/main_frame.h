@@ -75,6 +75,7 @@ private:
     void OpenFromLogger();
     void OpenLayer();
     void CloseLayer();
+    void Save();
     void FileClose();
     void WindowActivated(QMdiSubWindow* window);
     // Enables the entries that follow the active graph window's state; an entry without its

@@ -50,7 +50,8 @@ double InterpolatedReading(const std::filesystem::path& path, double t, int inte
     if (m == 0) {
         return samples.current;
     }
-    return samples.current + (samples.next - samples.current) * static_cast<double>(m) / interval;
+    return samples.current +
+           (samples.next - samples.current) * static_cast<double>(m) / interval;
 }
 
 } // namespace
