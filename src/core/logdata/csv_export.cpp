@@ -269,17 +269,19 @@ bool WriteCsv(const fs::path& file, const LayerSet& layers, std::span<const int>
     }
 
     CsvWriter writer(layers, laf);
+    const shell::NumberFormat seconds(shell::formats::ThreeDecimals);
+    const shell::NumberFormat values(shell::formats::TwoDecimals);
     for (double time = start;; time += step) {
         if (range && time > range->End) {
             break;
         }
         const std::int64_t whole = shell::RoundToInt64(time);
-        line = shell::FormatNumber(time / 1000.0, shell::formats::ThreeDecimals);
+        line.clear();
+        seconds.AppendTo(line, time / 1000.0);
         bool allDone = true;
         for (CsvColumn& column : columns) {
             line += ',';
-            line +=
-                shell::FormatNumber(writer.Value(column, whole, step), shell::formats::TwoDecimals);
+            values.AppendTo(line, writer.Value(column, whole, step));
             allDone = allDone && column.Done;
         }
         if (!WriteLine(out.get(), line)) {
