@@ -163,8 +163,22 @@ TEST_F(CsvExportTest, NoColumnWritesNoFile) {
     EXPECT_TRUE(sink.messages.empty());
 }
 
-TEST_F(CsvExportTest, ReadOnlyFolderIsReportedAndNothingIsWritten) {
+TEST_F(CsvExportTest, UnwritableTargetsAreReportedAndNothingIsWritten) {
     Stream(Ne, 10, {100});
+    const auto expectOneError = [&](const std::string& start) {
+        ASSERT_EQ(sink.messages.size(), 1U);
+        EXPECT_TRUE(sink.messages[0].text.starts_with(start)) << sink.messages[0].text;
+        sink.messages.clear();
+    };
+    EXPECT_FALSE(WriteCsv(target / "missing" / "RUN.csv", layers, std::vector<int>{Ne},
+                          std::nullopt, laf, sink));
+    expectOneError("Error(76)\rPath not found");
+    fs::create_directory(out);
+    EXPECT_FALSE(WriteCsv(out, layers, std::vector<int>{Ne}, std::nullopt, laf, sink));
+    expectOneError("Error(75)\rPath/File access error");
+    EXPECT_TRUE(fs::is_empty(out));
+    fs::remove(out);
+
     fs::permissions(target.Path(), fs::perms::owner_read | fs::perms::owner_exec);
     if (std::ofstream probe(target / "probe"); probe.is_open()) {
         probe.close();
@@ -172,9 +186,7 @@ TEST_F(CsvExportTest, ReadOnlyFolderIsReportedAndNothingIsWritten) {
         GTEST_SKIP() << "running with rights that ignore a read-only folder";
     }
     EXPECT_FALSE(WriteCsv(out, layers, std::vector<int>{Ne}, std::nullopt, laf, sink));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_TRUE(sink.messages[0].text.starts_with("Error(70)\rPermission denied"))
-        << sink.messages[0].text;
+    expectOneError("Error(70)\rPermission denied");
     EXPECT_FALSE(fs::exists(out));
 }
 
