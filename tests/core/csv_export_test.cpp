@@ -123,7 +123,6 @@ TEST_F(CsvExportTest, DetonationCountsOnlyOnTheirOwnSamplesAndSlowerChannelsInte
     EXPECT_EQ(row(300), "0.300,1.00,3.00,0.00");
     EXPECT_EQ(row(310), "0.310,1.00,0.00,0.00");
     EXPECT_EQ(row(600), "0.600,1.00,0.00,0.00");
-    EXPECT_EQ(row(890), "0.890,1.00,0.00,0.00");
     EXPECT_EQ(row(900), "0.900,1.00,7.00,0.00");
     EXPECT_EQ(row(10), "0.010,1.00,0.00,4.00"); // VRW ramps: 10 x 10 / 25
     EXPECT_EQ(row(30), "0.030,1.00,0.00,12.00");

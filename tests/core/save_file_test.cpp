@@ -59,8 +59,6 @@ TEST_F(SaveFileTest, OtherNamesExportTheShownItemsOverTheMarkedRange) {
     state.RangeEnd = 30.0;
     EXPECT_TRUE(Save(data / "RUN.csv", false, true));
     EXPECT_EQ(ReadText(data / "RUN.csv"), "Time(s),Ne\r\n0.020,4000.00\r\n0.030,6000.00\r\n");
-    EXPECT_TRUE(Save(data / "ALL.txt", true, false));
-    EXPECT_TRUE(ReadText(data / "ALL.txt").starts_with("Time(s),Ne,TH,VFW,DETO1,"));
     EXPECT_EQ(state.Layers.Layer[0].FilePath, main);
     EXPECT_TRUE(sink.messages.empty());
 }
