@@ -1,11 +1,9 @@
 // Deploying the largest run that the logger's memory holds, against writing the same deployed
 // bytes with plain sequential writes in the same run.
 
+#include "bench_runs.h"
 #include "logdata/channels.h"
 #include "ratio_reporter.h"
-#include "rlg_container.h"
-#include "vehicle/demo_setting.h"
-#include "vehicle/run_file.h"
 
 #include <benchmark/benchmark.h>
 
@@ -17,23 +15,9 @@
 namespace {
 
 namespace fs = std::filesystem;
+using torvane::bench::LargestRunMinutes;
+using torvane::bench::LargestRunSetting;
 using torvane::logdata::LogHeader;
-using torvane::logdata::SettingWord;
-
-// Nine analogue channels at 5 ms with one byte a sample are 540 bytes per 300 ms; 28 MiB of
-// logging memory then hold 28 MiB * 300 ms / 540 bytes = 271.8 minutes, about 4.5 hours.
-constexpr double LargestRunMinutes = 29360128.0 * 300.0 / 540.0 / 60000.0;
-
-LogHeader LargestRunSetting() {
-    LogHeader setting = torvane::sim::DemoSetting();
-    for (int entry : {0, 1, 2, 3, 6, 7, 8, 9, 10}) {
-        setting.SetSampleTime(entry, 5);
-    }
-    setting.SetSampleTime(4, 300);
-    setting.SetSampleTime(5, 300);
-    setting.SetWord(SettingWord::LapOn, 1);
-    return setting;
-}
 
 struct Fixture {
     fs::path folder;

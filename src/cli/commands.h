@@ -2,6 +2,8 @@
 // The commands of torvane-cli. Each returns the process exit status: 0 on success, 1 when the
 // input was refused (the reason is on stderr).
 
+#include "logdata/csv_export.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -52,6 +54,16 @@ struct LapsOptions {
     bool json = false;
 };
 int Laps(const LapsOptions& options);
+
+// The main file's items as CSV, as a window's save command writes them: the items the default
+// display shows, or all; the whole run, or a range in ms.
+struct ExportOptions {
+    std::filesystem::path input;
+    std::filesystem::path output;
+    bool all = false;
+    std::optional<logdata::CsvRange> range;
+};
+int Export(const ExportOptions& options);
 
 // The logger commands: one short link each, through the same policy as the desktop's windows.
 // Messages go to stderr; questions are answered No (Cancel) unless yes.

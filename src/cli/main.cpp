@@ -75,6 +75,17 @@ int main(int argc, char** argv) {
     lapsCommand->add_option("FILE", laps.input, "The logging file")->required();
     lapsCommand->add_flag("--json", laps.json, "Print JSON");
 
+    ExportOptions exportOptions;
+    std::vector<double> range;
+    auto* exportCommand = app.add_subcommand(
+        "export", "Write a logging file's items as CSV, as the desktop's Save(&S) does");
+    exportCommand->add_option("FILE", exportOptions.input, "The logging file")->required();
+    exportCommand->add_option("OUT", exportOptions.output, "The CSV file to write")->required();
+    exportCommand->add_flag("--all", exportOptions.all,
+                            "Every item of the file, not only those the default display shows");
+    exportCommand->add_option("--range", range, "START_MS END_MS: only this part of the run")
+        ->expected(2);
+
     GenerateOptions generate;
     auto* generateCommand = app.add_subcommand(
         "generate", "Make a synthetic logging file from the vehicle model (deterministic by seed)");
@@ -129,6 +140,12 @@ int main(int argc, char** argv) {
         }
         if (*lapsCommand) {
             return Laps(laps);
+        }
+        if (*exportCommand) {
+            if (!range.empty()) {
+                exportOptions.range = torvane::logdata::CsvRange{range[0], range[1]};
+            }
+            return Export(exportOptions);
         }
         if (*generateCommand) {
             return Generate(generate);

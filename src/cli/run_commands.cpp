@@ -1,9 +1,14 @@
-// info, values and laps: commands that deploy a logging file and read it as a window would.
+// info, values, laps and export: commands that deploy a logging file and read it as a window
+// would.
 
 #include "cli/cli_support.h"
 #include "cli/commands.h"
 #include "cli/deployed_run.h"
+#include "layout/layout_store.h"
+#include "load/run_time_guard.h"
+#include "load/save_file.h"
 #include "logdata/channels.h"
+#include "logdata/csv_export.h"
 #include "logdata/laps.h"
 #include "logdata/values.h"
 #include "shell/number_format.h"
@@ -81,6 +86,8 @@ public:
     bool Deployed() const { return deployed_; }
     const DeployedRun& Run() const { return run_; }
     const logger::LafTable& Laf() const { return environment_.laf; }
+    const shell::AppPaths& Paths() const { return environment_.paths; }
+    shell::MessageSink& Sink() { return sink_; }
 
 private:
     StderrSink sink_;
@@ -184,6 +191,31 @@ int Laps(const LapsOptions& options) {
         std::cout << "Best " << shell::FormatTime(run.Lap().BestLap) << '\n';
     }
     return 0;
+}
+
+int Export(const ExportOptions& options) {
+    if (options.range &&
+        !(options.range->Start >= 0.0 && options.range->End >= options.range->Start)) {
+        return Fail("--range: START_MS must be 0 or more and END_MS not before it");
+    }
+    CommandRun opened(options.input);
+    if (!opened.Deployed()) {
+        return 1;
+    }
+    // The items a new window shows: those of the display it starts with.
+    graph::LayerView view;
+    layout::LayoutStore layouts(opened.Paths(), opened.Sink());
+    layouts.LoadLayouts();
+    layouts.GetLayout(0, view.Display);
+    const std::vector<int> items = load::CsvItems(opened.Run().Layer(), view, options.all);
+    if (items.empty()) {
+        return Fail("No item to export: the display shows none of the file's items (try --all)");
+    }
+    const bool written = load::RunReportingErrors(opened.Sink(), [&] {
+        return logdata::WriteCsv(options.output, opened.Run().Layers(), items, options.range,
+                                 opened.Laf(), opened.Sink());
+    });
+    return written ? 0 : 1;
 }
 
 } // namespace torvane::cli

@@ -268,6 +268,56 @@ private slots:
         QCOMPARE(desk.frame.GraphWindows().size(), 2);
     }
 
+    // mnuSave of a downloaded run: a CSV name exports the shown items and leaves the download
+    // unsaved; a logging-file name keeps the run there, its caption follows and closing the
+    // window asks nothing any more.
+    void SaveExportsOrKeepsADownloadedRun() {
+        Desk desk;
+        QVERIFY(!desk.frame.Action("mnuSave")->isEnabled());
+        std::deque<output::SaveChoice> answers;
+        std::vector<bool> rangeOffered;
+        desk.context.ChooseSaveOrExport = [&](QWidget*, bool rangeMarked) {
+            rangeOffered.push_back(rangeMarked);
+            std::optional<output::SaveChoice> next;
+            if (!answers.empty()) {
+                next = answers.front();
+                answers.pop_front();
+            }
+            return next;
+        };
+        const fs::path downloaded = desk.paths.TempDir() / "LGGR0001.rlg";
+        QVERIFY(testing::WriteGeneratedRun(downloaded, 20000.0, 3));
+        GraphWindow* window = desk.frame.ShowLoggingFile(downloaded, true);
+        QVERIFY(window != nullptr);
+        QVERIFY(desk.frame.Action("mnuSave")->isEnabled());
+        auto* caption = window->findChild<app::FileCaptionBox*>("chkFile0");
+        const QImage before = caption->grab().toImage();
+
+        desk.frame.Action("mnuSave")->trigger(); // cancelled
+        answers.push_back({desk.paths.DataDir() / "RUN.csv", false, false});
+        desk.frame.Action("mnuSave")->trigger();
+        QCOMPARE(rangeOffered, (std::vector<bool>{false, false}));
+        const std::string csv = testing::ReadText(desk.paths.DataDir() / "RUN.csv");
+        QVERIFY2(csv.starts_with("Time(s),Ne,TH,VFW,"), csv.substr(0, 80).c_str());
+        QVERIFY(csv.ends_with("\r\n"));
+        QCOMPARE(desk.registry.GetLogger(window->Number()), 1);
+        QVERIFY(fs::exists(downloaded));
+
+        answers.push_back({desk.paths.DataDir() / "KEPT.rlg", false, false});
+        desk.frame.Action("mnuSave")->trigger();
+        QVERIFY(desk.sink.messages.empty());
+        QVERIFY(!fs::exists(downloaded));
+        QVERIFY(fs::exists(desk.paths.DataDir() / "KEPT.rlg"));
+        QCOMPARE(desk.registry.GetLogger(window->Number()), 0);
+        QCOMPARE(caption->Caption(), QString("KEPT"));
+        QVERIFY(caption->grab().toImage() != before);
+
+        desk.frame.Action("mnuFileClose")->trigger();
+        QVERIFY(desk.sink.messages.empty());
+        QVERIFY(desk.frame.GraphWindows().isEmpty());
+        QVERIFY(!desk.frame.Action("mnuSave")->isEnabled());
+    }
+
     // Only the first dropped path counts, and only an existing logging file opens.
     void ADroppedLoggingFileOpens() {
         Desk desk;

@@ -1,5 +1,6 @@
 // Runs the real torvane-cli binary on files made here, with TORVANE_HOME in a private folder.
 
+#include "layout/layout_store.h"
 #include "logdata/log_header.h"
 #include "support/run_process.h"
 #include "support/temp_folder.h"
@@ -14,6 +15,7 @@ using logdata::LogHeader;
 using logdata::SettingWord;
 using nlohmann::json;
 using torvane::testing::ProcessResult;
+using torvane::testing::ReadText;
 using torvane::testing::TempFolder;
 using torvane::testing::WriteText;
 using torvane::testing::WriteWords16;
@@ -143,6 +145,61 @@ TEST_F(CliTest, RefusedFilesGiveTheMessageAndStatusOne) {
     EXPECT_EQ(result.err, "A file format is not correct.\n");
 }
 
+TEST_F(CliTest, ExportWritesTheDefaultDisplaysItemsOrAllOverARange) {
+    const std::string run = PackSmallRun();
+    const std::string csv = (folder / "run.csv").string();
+    auto result = Cli({"export", run, csv});
+    ASSERT_EQ(result.status, 0) << result.err;
+    std::string text = ReadText(csv);
+    // The factory display shows Ne and TH of this run, not LAF1 or LAP: 10 ms rows. TH ramps to
+    // its first sample at 25 ms; the file ends two rows after its last.
+    EXPECT_TRUE(text.starts_with("Time(s),Ne,TH\r\n0.000,0.00,0.00\r\n0.010,2000.00,12.50\r\n"))
+        << text.substr(0, 80);
+    EXPECT_NE(text.find("\r\n1.000,3980.00,50.00\r\n"), std::string::npos);
+    EXPECT_TRUE(text.ends_with("\r\n10.040,0.00,0.00\r\n")) << text.substr(text.size() - 80);
+
+    // Record 0 of the home folder's layouts decides, as it does for a new window.
+    const shell::AppPaths paths(folder / "home");
+    shell::RecordingSink sink;
+    layout::LayoutStore layouts(paths, sink);
+    ASSERT_TRUE(layouts.LoadLayouts());
+    graph::DisplaySet display;
+    layouts.GetLayout(0, display);
+    display.Items[logdata::LAF1].View = 1;
+    layouts.SetLayout(0, display, display.Time);
+    ASSERT_TRUE(layouts.SaveLastLayout(layouts.ToolBox()));
+    ASSERT_EQ(Cli({"export", run, csv}).status, 0);
+    EXPECT_TRUE(ReadText(csv).starts_with("Time(s),Ne,TH,LAF1\r\n"));
+
+    result = Cli({"export", run, csv, "--all", "--range", "2995", "3010"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(ReadText(csv), "Time(s),Ne,TH,LAF1,LAP\r\n"
+                             "2.995,7970.00,50.00,13.50,0.00\r\n"
+                             "3.000,7980.00,50.00,13.50,1.00\r\n"
+                             "3.005,7990.00,50.00,13.50,1.00\r\n"
+                             "3.010,8000.00,50.00,13.50,1.00\r\n");
+}
+
+TEST_F(CliTest, ExportRefusesBadRangesAndReportsAnUnwritableTarget) {
+    const std::string run = PackSmallRun();
+    auto result = Cli({"export", run, (folder / "missing" / "run.csv").string()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err,
+              "Error(76)\nPath not found: " + (folder / "missing" / "run.csv").string() + "\n");
+
+    result = Cli({"export", run, (folder / "run.csv").string(), "--range", "3000", "2000"});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err.find("--range"), std::string::npos);
+    EXPECT_NE(Cli({"export", run, (folder / "run.csv").string(), "--range", "3000"}).status, 0);
+    EXPECT_FALSE(std::filesystem::exists(folder / "run.csv"));
+
+    WriteText(folder / "text.rlg", "this is no logging file at all");
+    result = Cli({"export", (folder / "text.rlg").string(), (folder / "run.csv").string()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "File access error.\n");
+    EXPECT_FALSE(std::filesystem::exists(folder / "run.csv"));
+}
+
 TEST_F(CliTest, BadArgumentsAreRefusedAndEveryCommandHasHelp) {
     WriteText(folder / "short.bin", "too short");
     auto result =
@@ -162,7 +219,7 @@ TEST_F(CliTest, BadArgumentsAreRefusedAndEveryCommandHasHelp) {
     EXPECT_EQ(result.status, 1);
 
     EXPECT_NE(Cli({"values", (folder / "small.rlg").string(), "--at", "10,abc"}).status, 0);
-    for (const char* command : {"pack", "unpack", "info", "values", "laps", "generate"}) {
+    for (const char* command : {"pack", "unpack", "info", "values", "laps", "export", "generate"}) {
         const auto help = Cli({command, "--help"});
         EXPECT_EQ(help.status, 0) << command;
         EXPECT_NE(help.out.find("Usage"), std::string::npos) << command;

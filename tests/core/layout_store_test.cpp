@@ -1,14 +1,13 @@
 #include "layout/default_layout.h"
 #include "layout/layout_store.h"
 #include "layout_bytes.h"
+#include "support/file_size_limit.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <fstream>
 #include <iterator>
-#include <sys/resource.h>
 
 namespace torvane::layout {
 namespace {
@@ -254,15 +253,12 @@ TEST_F(LayoutStoreTest, FullDiskIsReportedAndLosesNothing) {
     const auto image = FileOf({"INITIALIZE", "Dry"});
     WriteBytes(File(), image);
     ASSERT_TRUE(store_.LoadLayouts());
-    rlimit saved{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &saved), 0);
-    const auto savedSignal = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limited = saved;
-    limited.rlim_cur = 100;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limited), 0);
-    const bool written = store_.SaveLastLayout({true, 1, 1});
-    setrlimit(RLIMIT_FSIZE, &saved);
-    std::signal(SIGXFSZ, savedSignal);
+    bool written = true;
+    {
+        const torvane::testing::FileSizeLimit limit(100);
+        ASSERT_TRUE(limit.Active());
+        written = store_.SaveLastLayout({true, 1, 1});
+    }
 
     EXPECT_FALSE(written);
     ExpectOneError(61);

@@ -1,16 +1,15 @@
 // Every way a deployment can fail gives its result code, leaves no stream or temporary file
 // behind, and never changes the logging file.
 
-#include <csignal>
 #include <fstream>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include "byte_order.h"
 #include "rlg_container.h"
 #include "rlg_format.h"
 #include "rlg_test_support.h"
+#include "support/file_size_limit.h"
 
 namespace torvane::rlg::test {
 namespace {
@@ -96,15 +95,12 @@ TEST_F(DeployFailure, AbsentOrReadOnlyDeployFolderIsWriteFailed) {
 TEST_F(DeployFailure, FullDiskIsWriteFailedAndRemovesThePartialStreams) {
     WriteBytes(logFile_, BuildContainer(MakeHeader(7), {{"Ne", RandomSamples(20, 1)},
                                                         {"TH", RandomSamples(200000, 2)}}));
-    rlimit saved{};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &saved), 0);
-    const auto savedSignal = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limited = saved;
-    limited.rlim_cur = 100000;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limited), 0);
-    const int result = DeployFile();
-    setrlimit(RLIMIT_FSIZE, &saved);
-    std::signal(SIGXFSZ, savedSignal);
+    int result = 0;
+    {
+        const torvane::testing::FileSizeLimit limit(100000);
+        ASSERT_TRUE(limit.Active());
+        result = DeployFile();
+    }
 
     EXPECT_EQ(result, TLM_DECOMP_WRITE_FAILED);
     ExpectNothingDeployed();

@@ -8,10 +8,13 @@
 #include "graph/window_geometry.h"
 #include "load/layer_commands.h"
 #include "load/load_logging_file.h"
+#include "load/save_file.h"
 #include "load/window_close.h"
 #include "load/window_layout.h"
+#include "shell/wait_cursor.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QFrame>
 #include <QLabel>
 #include <QMouseEvent>
@@ -90,6 +93,24 @@ bool GraphWindow::CloseLayer() {
     const bool closed = load::CloseLayer(state_, *this);
     emit MenusChanged();
     return closed;
+}
+
+void GraphWindow::Save() {
+    if (!context_.ChooseSaveOrExport) {
+        return;
+    }
+    const auto choice = context_.ChooseSaveOrExport(this, state_.RangeState == 2);
+    if (!choice) {
+        return;
+    }
+    // The dialog's area is painted again before the copy or export holds the interface.
+    QCoreApplication::processEvents();
+    {
+        const WaitCursor hourglass;
+        load::SaveMainFile(state_, *choice, context_.Registry, context_.Laf, context_.Sink);
+    }
+    SyncPanel();
+    emit MenusChanged();
 }
 
 void GraphWindow::Discard() {

@@ -40,6 +40,9 @@ public:
     // mnuOpenLayer with the file already chosen, and mnuCloseLayer.
     bool OpenLayer(const std::filesystem::path& file);
     bool CloseLayer();
+    // mnuSave: the save dialog, then the main file kept under a logging-file name or its items
+    // written as CSV under any other.
+    void Save();
     // Gives up the window's number and streams without asking: the window whose load failed.
     void Discard();
     // The window became the active one.

@@ -11,6 +11,7 @@
 #include "shell/frame_menu.h"
 #include "shell/help_window.h"
 #include "shell/service_door.h"
+#include "shell/wait_cursor.h"
 
 #include <QAction>
 #include <QApplication>
@@ -40,15 +41,6 @@ QString LayoutEntryName(int index) {
 GraphWindow* GraphWindowOf(const QMdiSubWindow* window) {
     return window == nullptr ? nullptr : qobject_cast<GraphWindow*>(window->widget());
 }
-
-// The hourglass for as long as a load runs, put back on every way out.
-class WaitCursor {
-public:
-    WaitCursor() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor&) = delete;
-    WaitCursor& operator=(const WaitCursor&) = delete;
-};
 
 } // namespace
 
@@ -214,6 +206,7 @@ void MainFrame::Attach(GraphWindowContext& context) {
                 [this, index] { ApplyStoredLayout(index); });
     }
     RefreshLayoutMenu();
+    Wire("mnuSave", &MainFrame::Save);
     ApplyWindowMenus();
 }
 
@@ -358,6 +351,12 @@ void MainFrame::CloseLayer() {
     }
 }
 
+void MainFrame::Save() {
+    if (GraphWindow* window = ActiveGraphWindow()) {
+        window->Save();
+    }
+}
+
 void MainFrame::FileClose() {
     if (QMdiSubWindow* window = area_->currentSubWindow()) {
         window->close();
@@ -431,6 +430,7 @@ void MainFrame::ApplyWindowMenus() {
         window != nullptr ? window->Menus() : graph::WindowMenuState{false, false};
     const bool open = window != nullptr;
     SetEntry("mnuFileClose", open);
+    SetEntry("mnuSave", open);
     SetEntry("mnuOpenLayer", open && menus.OpenLayerEnabled);
     SetEntry("mnuCloseLayer", open && menus.CloseLayerEnabled);
     SetEntry("mnuAlign", open && menus.AlignEnabled);

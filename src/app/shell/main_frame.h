@@ -82,6 +82,7 @@ private:
     void OpenFromLogger();
     void OpenLayer();
     void CloseLayer();
+    void Save();
     void FileClose();
     void SaveLayout();
     void ApplyStoredLayout(int index);

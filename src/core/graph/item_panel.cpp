@@ -203,6 +203,12 @@ ItemRow* ItemPanel::FindRow(int layer, int position) {
     return row == rows_.end() ? nullptr : &*row;
 }
 
+void ItemPanel::RenameFile(int layer, const std::string& caption) {
+    if (FileCaption* file = MutableFile(layer)) {
+        file->Caption = caption;
+    }
+}
+
 const FileCaption* ItemPanel::File(int layer) const {
     const auto file = std::find_if(files_.begin(), files_.end(),
                                    [&](const FileCaption& f) { return f.Layer == layer; });

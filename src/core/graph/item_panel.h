@@ -78,6 +78,8 @@ public:
     void RemoveLayerItems(int layer, const logdata::LayerRecord& record, const LayerView& view);
     // Unloads a layer's rows and caption; the panel ends where that caption stood.
     void CloseLayer(int layer);
+    // Captions a layer's file anew, after it was saved under another name.
+    void RenameFile(int layer, const std::string& caption);
 
     void ClearSelection();
     void MarkFile(int layer);

@@ -1,7 +1,7 @@
 #include "load/window_close.h"
 
-#include "layout/file_image.h"
 #include "load/comment_file.h"
+#include "load/keep_logging_file.h"
 #include "load/window_layout.h"
 #include "shell/temp_files.h"
 
@@ -9,32 +9,6 @@
 
 namespace torvane::load {
 namespace fs = std::filesystem;
-
-namespace {
-
-// The run-time error number of a file that is not there.
-constexpr int FileNotFound = 53;
-
-void ReportFileFailure(shell::MessageSink& sink, const std::error_code& error, const fs::path& file,
-                       bool quietWhenMissing) {
-    const shell::RunTimeError failure = layout::DescribeFailure({error, file});
-    if (quietWhenMissing && failure.number == FileNotFound) {
-        return;
-    }
-    shell::ShowRunTimeError(sink, failure);
-}
-
-void DeleteLoggingFile(const fs::path& file, shell::MessageSink& sink) {
-    std::error_code error;
-    fs::remove(file, error);
-    if (error) {
-        ReportFileFailure(sink, error, file, true);
-        return;
-    }
-    RemoveCommentFile(file, sink);
-}
-
-} // namespace
 
 bool QueryUnload(const graph::GraphWindowState& files, shell::WindowRegistry& registry,
                  shell::MessageSink& sink, const ChooseSavePath& chooseSavePath) {
@@ -59,9 +33,7 @@ bool QueryUnload(const graph::GraphWindowState& files, shell::WindowRegistry& re
         if (!target || target->native() == downloaded.native()) {
             return true;
         }
-        fs::copy_file(downloaded, *target, fs::copy_options::overwrite_existing, error);
-        if (error) {
-            ReportFileFailure(sink, error, *target, false);
+        if (!CopyLoggingFile(downloaded, *target, sink)) {
             return true;
         }
         WriteCommentFile(files.Comments, 0, *target, sink);

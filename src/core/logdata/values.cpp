@@ -56,43 +56,40 @@ double InterpolatedReading(const std::filesystem::path& path, double t, int inte
 
 } // namespace
 
-double RawToValue(const LogHeader& header, int channel, double raw, const logger::LafTable& laf) {
-    if (!(raw > 0.0)) {
-        return raw;
-    }
-    double value = raw;
+double ConvertReading(const LogHeader& header, int channel, double raw,
+                      const logger::LafTable& laf) {
     switch (channel) {
     case Ne:
-        value = raw * 20.0;
-        break;
+        return raw * 20.0;
     case TH: {
         const int span = header.ThOpen() - header.ThClose();
         // A throttle without a calibrated span is no item; never divide by it.
-        value = span == 0 ? 0.0 : (raw * 4.0 - header.ThClose()) / span * 100.0;
-        break;
+        return span == 0 ? 0.0 : (raw * 4.0 - header.ThClose()) / span * 100.0;
     }
     case VB:
-        value = raw / 255.0 * 25.0 + 0.28;
-        break;
+        return raw / 255.0 * 25.0 + 0.28;
     case VM1:
     case VM2:
     case VM3:
     case VM4:
-        value = raw / 1023.0 * 5.0;
-        break;
+        return raw / 1023.0 * 5.0;
     case FRSUS:
-        value = (header.FrSusZero() - raw) / 1023.0 * 187.5;
-        break;
+        return (header.FrSusZero() - raw) / 1023.0 * 187.5;
     case RRSUS:
-        value = (header.RrSusZero() - raw) / 1023.0 * 125.0;
-        break;
+        return (header.RrSusZero() - raw) / 1023.0 * 125.0;
     case LAF1:
     case LAF2:
-        value = laf.ConvertLaf(raw / 1023.0 * 5.0);
-        break;
+        return laf.ConvertLaf(raw / 1023.0 * 5.0);
     default:
-        break;
+        return raw;
     }
+}
+
+double RawToValue(const LogHeader& header, int channel, double raw, const logger::LafTable& laf) {
+    if (!(raw > 0.0)) {
+        return raw;
+    }
+    const double value = ConvertReading(header, channel, raw, laf);
     return value < 0.0 ? 0.0 : value;
 }
 

@@ -16,6 +16,9 @@ struct TimeScale {
 // The engineering value of a raw reading (which may be interpolated). A reading of 0 or less
 // is no reading and stands as it is; a converted value below 0 shows as 0.
 double RawToValue(const LogHeader& header, int channel, double raw, const logger::LafTable& laf);
+// The conversion table alone, without either guard; the export applies guards of its own.
+double ConvertReading(const LogHeader& header, int channel, double raw,
+                      const logger::LafTable& laf);
 
 // Interval in ms of the stream that a channel reads: its sampling entry, 300 for LAP.
 int ChannelSampleTime(const LogHeader& header, int channel);

@@ -10,21 +10,23 @@
 namespace torvane::shell {
 namespace {
 
-struct NumberPicture {
-    std::string prefix;
-    int minIntegerDigits = 0;
-    bool grouping = false;
-    int decimals = 0;
-    // Trailing decimal places written '#', which drop their zeros.
-    int optionalTrailingDecimals = 0;
-    bool hasPoint = false;
-    std::string suffix;
-};
-
 bool IsPlaceholder(char c) { return c == '0' || c == '#'; }
 
-NumberPicture ParsePicture(std::string_view format) {
-    NumberPicture picture;
+std::string GroupThousands(std::string_view digits) {
+    std::string grouped;
+    const std::size_t firstGroup = digits.size() % 3 == 0 ? 3 : digits.size() % 3;
+    grouped.append(digits.substr(0, firstGroup));
+    for (std::size_t i = firstGroup; i < digits.size(); i += 3) {
+        grouped += ',';
+        grouped.append(digits.substr(i, 3));
+    }
+    return grouped;
+}
+
+} // namespace
+
+NumberFormat::Picture NumberFormat::Parse(std::string_view format) {
+    Picture picture;
     std::size_t i = 0;
     while (i < format.size() && !IsPlaceholder(format[i]) && format[i] != '.') {
         picture.prefix += format[i++];
@@ -50,63 +52,63 @@ NumberPicture ParsePicture(std::string_view format) {
     return picture;
 }
 
-std::string GroupThousands(std::string_view digits) {
-    std::string grouped;
-    const std::size_t firstGroup = digits.size() % 3 == 0 ? 3 : digits.size() % 3;
-    grouped.append(digits.substr(0, firstGroup));
-    for (std::size_t i = firstGroup; i < digits.size(); i += 3) {
-        grouped += ',';
-        grouped.append(digits.substr(i, 3));
-    }
-    return grouped;
+NumberFormat::NumberFormat(std::string_view format)
+    : picture_(Parse(format)) {
 }
 
-} // namespace
-
-std::string FormatNumber(double value, std::string_view format) {
-    const NumberPicture picture = ParsePicture(format);
+void NumberFormat::AppendTo(std::string& out, double value) const {
+    const Picture& picture = picture_;
+    out += picture.prefix;
     if (!std::isfinite(value)) {
-        return picture.prefix + "0" + picture.suffix;
+        out += '0';
+        out += picture.suffix;
+        return;
     }
 
     // to_chars rounds the exact binary value correctly; an exact tie goes to even.
-    std::array<char, 400> buffer{};
+    std::array<char, 400> buffer; // to_chars writes it; the rest is never read
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
                                       std::fabs(value), std::chars_format::fixed, picture.decimals);
-    std::string_view text(buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data()));
+    const std::string_view text(buffer.data(),
+                                static_cast<std::size_t>(result.ptr - buffer.data()));
 
     const auto point = text.find('.');
-    std::string integerDigits(text.substr(0, point));
-    std::string decimalDigits(point == std::string_view::npos ? "" : text.substr(point + 1));
-
+    std::string_view integerDigits = text.substr(0, point);
+    std::string_view decimalDigits =
+        point == std::string_view::npos ? std::string_view() : text.substr(point + 1);
     for (int i = 0; i < picture.optionalTrailingDecimals && !decimalDigits.empty() &&
                     decimalDigits.back() == '0';
          ++i) {
-        decimalDigits.pop_back();
+        decimalDigits.remove_suffix(1);
     }
+    integerDigits.remove_prefix(
+        std::min(integerDigits.find_first_not_of('0'), integerDigits.size()));
 
-    integerDigits.erase(0, integerDigits.find_first_not_of('0'));
-    if (static_cast<int>(integerDigits.size()) < picture.minIntegerDigits) {
-        integerDigits.insert(0, static_cast<std::size_t>(picture.minIntegerDigits) -
-                                    integerDigits.size(),
-                             '0');
-    }
-    if (picture.grouping) {
-        integerDigits = GroupThousands(integerDigits);
-    }
-
-    const bool allZero = std::all_of(text.begin(), text.end(),
-                                     [](char c) { return c == '0' || c == '.'; });
-    std::string formatted = picture.prefix;
+    const bool allZero =
+        std::all_of(text.begin(), text.end(), [](char c) { return c == '0' || c == '.'; });
     if (value < 0 && !allZero) {
-        formatted += '-';
+        out += '-';
     }
-    formatted += integerDigits;
+    const auto padding = static_cast<std::size_t>(
+        std::max(picture.minIntegerDigits - static_cast<int>(integerDigits.size()), 0));
+    if (picture.grouping) {
+        std::string padded(padding, '0');
+        padded += integerDigits;
+        out += GroupThousands(padded);
+    } else {
+        out.append(padding, '0');
+        out += integerDigits;
+    }
     if (picture.hasPoint) {
-        formatted += '.';
-        formatted += decimalDigits;
+        out += '.';
+        out += decimalDigits;
     }
-    formatted += picture.suffix;
+    out += picture.suffix;
+}
+
+std::string FormatNumber(double value, std::string_view format) {
+    std::string formatted;
+    NumberFormat(format).AppendTo(formatted, value);
     return formatted;
 }
 

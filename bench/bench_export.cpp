@@ -1,0 +1,173 @@
+// The CSV export of every item of the largest run, against writing the same number of bytes
+// with plain sequential writes in the same run; and the export's peak heap on a 10-minute and a
+// 4.5-hour run, which must be the same: each column keeps one pair of samples and a read
+// buffer, whatever the length.
+
+#include "bench_runs.h"
+#include "load/save_file.h"
+#include "logdata/csv_export.h"
+#include "ratio_reporter.h"
+
+#include <benchmark/benchmark.h>
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <memory>
+#include <new>
+#include <vector>
+
+namespace {
+
+// Every allocation through operator new is counted, with its size kept in front of it.
+std::atomic<std::int64_t> heapInUse{0};
+std::atomic<std::int64_t> heapPeak{0};
+constexpr std::size_t SizeHeader = alignof(std::max_align_t);
+
+void* CountedAllocate(std::size_t size) {
+    auto* block = static_cast<unsigned char*>(std::malloc(size + SizeHeader));
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    *reinterpret_cast<std::size_t*>(block) = size;
+    const std::int64_t now = heapInUse += static_cast<std::int64_t>(size);
+    for (std::int64_t peak = heapPeak; now > peak && !heapPeak.compare_exchange_weak(peak, now);) {
+    }
+    return block + SizeHeader;
+}
+
+void CountedFree(void* pointer) noexcept {
+    if (pointer == nullptr) {
+        return;
+    }
+    auto* block = static_cast<unsigned char*>(pointer) - SizeHeader;
+    heapInUse -= static_cast<std::int64_t>(*reinterpret_cast<std::size_t*>(block));
+    std::free(block);
+}
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    return CountedAllocate(size);
+}
+void* operator new[](std::size_t size) {
+    return CountedAllocate(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return CountedAllocate(size);
+    } catch (...) {
+        return nullptr;
+    }
+}
+void* operator new[](std::size_t size, const std::nothrow_t& tag) noexcept {
+    return operator new(size, tag);
+}
+void operator delete(void* pointer) noexcept {
+    CountedFree(pointer);
+}
+void operator delete[](void* pointer) noexcept {
+    CountedFree(pointer);
+}
+void operator delete(void* pointer, std::size_t) noexcept {
+    CountedFree(pointer);
+}
+void operator delete[](void* pointer, std::size_t) noexcept {
+    CountedFree(pointer);
+}
+void operator delete(void* pointer, const std::nothrow_t&) noexcept {
+    CountedFree(pointer);
+}
+void operator delete[](void* pointer, const std::nothrow_t&) noexcept {
+    CountedFree(pointer);
+}
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace torvane;
+
+constexpr double TenMinutes = 10.0;
+
+bench::DeployedRun& Run(double minutes) {
+    static std::map<double, std::unique_ptr<bench::DeployedRun>> runs;
+    auto& run = runs[minutes];
+    if (!run) {
+        run = std::make_unique<bench::DeployedRun>(bench::LargestRunSetting(), minutes, 5);
+    }
+    return *run;
+}
+
+// Every item of the run, as the save dialog's "all items" asks.
+std::vector<int> AllItems(const bench::DeployedRun& run) {
+    return load::CsvItems(run.Layers().Layer[0], {}, true);
+}
+
+std::map<double, std::uintmax_t> csvBytes;
+
+void Export(benchmark::State& state, double minutes) {
+    const bench::DeployedRun& run = Run(minutes);
+    const std::vector<int> items = AllItems(run);
+    const fs::path out = run.Folder() / "RUN.csv";
+    shell::RecordingSink sink;
+    std::int64_t peakAbove = 0;
+    for (auto _ : state) {
+        const std::int64_t before = heapInUse;
+        heapPeak = before;
+        if (!logdata::WriteCsv(out, run.Layers(), items, std::nullopt, run.Laf(), sink)) {
+            state.SkipWithError("the export failed");
+        }
+        peakAbove = std::max(peakAbove, heapPeak - before);
+    }
+    csvBytes[minutes] = fs::file_size(out);
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * csvBytes[minutes]));
+    state.counters["peak_heap_KiB"] = static_cast<double>(peakAbove) / 1024.0;
+    state.counters["csv_MB"] = static_cast<double>(csvBytes[minutes]) / 1e6;
+    state.SetLabel(std::to_string(items.size()) + " items");
+}
+
+void ExportTenMinutes(benchmark::State& state) {
+    Export(state, TenMinutes);
+}
+void ExportLargestRun(benchmark::State& state) {
+    Export(state, bench::LargestRunMinutes);
+}
+
+// As many bytes as the largest run's CSV file, written in 64 KiB blocks to the same folder.
+void SequentialWriteOfTheSameBytes(benchmark::State& state) {
+    const bench::DeployedRun& run = Run(bench::LargestRunMinutes);
+    const std::uintmax_t total = csvBytes[bench::LargestRunMinutes];
+    if (total == 0) {
+        state.SkipWithError("ExportLargestRun gives the number of bytes: run it first");
+        return;
+    }
+    const std::vector<char> block(64 * 1024, '0');
+    for (auto _ : state) {
+        std::FILE* out = std::fopen((run.Folder() / "PLAIN.csv").c_str(), "wb");
+        for (std::uintmax_t left = total; left > 0;) {
+            const std::size_t chunk = std::min<std::uintmax_t>(left, block.size());
+            std::fwrite(block.data(), 1, chunk, out);
+            left -= chunk;
+        }
+        std::fclose(out);
+    }
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * total));
+}
+
+BENCHMARK(ExportTenMinutes)->Unit(benchmark::kMillisecond);
+BENCHMARK(ExportLargestRun)->Unit(benchmark::kMillisecond);
+BENCHMARK(SequentialWriteOfTheSameBytes)->Unit(benchmark::kMillisecond)->MinTime(2.0);
+
+} // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    Run(TenMinutes);
+    Run(bench::LargestRunMinutes);
+    bench::RatioReporter reporter(
+        bench::RatioReporter::Ratios{{"ExportLargestRun", "SequentialWriteOfTheSameBytes"}});
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return 0;
+}

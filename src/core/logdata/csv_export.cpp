@@ -1,0 +1,300 @@
+#include "logdata/csv_export.h"
+
+#include "layout/file_image.h"
+#include "logdata/laps.h"
+#include "logdata/stream_reader.h"
+#include "logdata/values.h"
+#include "shell/number_format.h"
+#include "shell/rounding.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace torvane::logdata {
+namespace fs = std::filesystem;
+namespace {
+
+// The LAP column has no stream of its own: it counts lap marks, which are resolved to 5 ms.
+constexpr int LapColumnSampleTime = 5;
+// Samples read from a stream at a time; a column's whole buffer, whatever the run's length.
+constexpr std::size_t BlockSamples = 2048;
+constexpr std::size_t OutputBufferBytes = 1 << 16;
+
+// A stream read forward in blocks. Sample 0 stands for the 0 before the first sample, from
+// which a channel ramps; samples past the end read as 0.
+class ForwardSamples {
+public:
+    ForwardSamples(const fs::path& path, int wordBytes)
+        : reader_(path)
+        , wordBytes_(wordBytes) {}
+
+    std::int64_t ByteLength() const { return reader_.ByteLength(); }
+    int WordBytes() const { return wordBytes_; }
+
+    // Samples k and k + 1.
+    std::array<double, 2> Pair(std::int64_t k) { return {Sample(k), Sample(k + 1)}; }
+
+private:
+    double Sample(std::int64_t k) {
+        if (k < 1) {
+            return 0.0;
+        }
+        if (blockFirst_ < 1 || k < blockFirst_ ||
+            k >= blockFirst_ + static_cast<std::int64_t>(BlockSamples)) {
+            Fill(k);
+        }
+        return block_[static_cast<std::size_t>(k - blockFirst_)];
+    }
+
+    void Fill(std::int64_t first) {
+        if (wordBytes_ == 2) {
+            std::array<std::int16_t, BlockSamples> words{};
+            reader_.ReadWords16(first, words);
+            std::copy(words.begin(), words.end(), block_.begin());
+        } else {
+            reader_.ReadWords32(first, block_);
+        }
+        blockFirst_ = first;
+    }
+
+    StreamReader reader_;
+    int wordBytes_;
+    std::array<std::int32_t, BlockSamples> block_{};
+    std::int64_t blockFirst_ = 0;
+};
+
+enum class ColumnKind { Lap, Ordinary, Detonation, Computed };
+
+struct CsvColumn {
+    ColumnKind Kind = ColumnKind::Ordinary;
+    int Channel = 0;
+    std::string Name;
+    bool Done = false;
+    int SampleTime = 0;
+    // Time in ms from the left sample of the pair to the row being written.
+    std::int64_t Phase = 0;
+    int Decimals = 0;
+    // Number of the left sample of the pair; 0 while the channel ramps up to its first sample.
+    std::int64_t Sample = 0;
+    std::array<double, 2> Pair{};
+    std::unique_ptr<ForwardSamples> Stream;
+    std::size_t LapIndex = 0;
+
+    // Byte position, from 1, of the left sample in its stream.
+    std::int64_t Position() const {
+        const std::int64_t width = Stream->WordBytes();
+        return width * Sample - (width - 1);
+    }
+};
+
+// The non-negative remainder of a time, in whole ms, by an interval.
+std::int64_t PhaseOf(std::int64_t time, int interval) {
+    const std::int64_t rest = time % interval;
+    return rest < 0 ? rest + interval : rest;
+}
+
+CsvColumn MakeColumn(const LayerSet& layers, int item) {
+    const LayerRecord& record = layers.Layer[0];
+    CsvColumn column;
+    if (item >= SlotCount) {
+        const FormulaItem& formula =
+            record.FormulaItems.at(static_cast<std::size_t>(item - SlotCount));
+        column.Kind = ColumnKind::Computed;
+        column.Channel = ComputedChannel;
+        column.Name = formula.Name;
+        column.SampleTime = formula.Sampling;
+        column.Decimals = formula.Decimal;
+        column.Stream = std::make_unique<ForwardSamples>(layers.StreamPath(0, formula.Name), 4);
+        return column;
+    }
+    column.Channel = record.ItemChannel.at(static_cast<std::size_t>(item));
+    column.Name = ChannelName(column.Channel);
+    if (column.Channel == LAP) {
+        column.Kind = ColumnKind::Lap;
+        column.SampleTime = LapColumnSampleTime;
+        return column;
+    }
+    column.Kind =
+        IsDetonationChannel(column.Channel) ? ColumnKind::Detonation : ColumnKind::Ordinary;
+    column.SampleTime = ChannelSampleTime(record.Header, column.Channel);
+    column.Stream =
+        std::make_unique<ForwardSamples>(layers.StreamPath(0, ChannelFile(column.Channel)), 2);
+    return column;
+}
+
+// Places a stream column on the pair of samples around the first row.
+void StartColumn(CsvColumn& column, std::int64_t start) {
+    column.Phase = PhaseOf(start, column.SampleTime);
+    const std::int64_t before = start - column.Phase;
+    column.Sample = before <= 0 ? 0 : before / column.SampleTime;
+    column.Pair = column.Stream->Pair(column.Sample);
+}
+
+class CsvWriter {
+public:
+    CsvWriter(const LayerSet& layers, const logger::LafTable& laf)
+        : layers_(layers)
+        , laf_(laf) {}
+
+    double Value(CsvColumn& column, std::int64_t time, int step) {
+        if (column.Kind == ColumnKind::Lap) {
+            return LapValue(column, static_cast<double>(time));
+        }
+        if (!column.Done && column.Stream->ByteLength() <= column.Position()) {
+            column.Done = true;
+        }
+        if (column.Done) {
+            return 0.0;
+        }
+        // The row step is the smallest interval, so a row passes at most one sample.
+        if (column.Phase >= column.SampleTime) {
+            ++column.Sample;
+            column.Pair = column.Stream->Pair(column.Sample);
+            column.Phase += step - column.SampleTime;
+        } else {
+            column.Phase += step;
+        }
+        const std::int64_t m = PhaseOf(time, column.SampleTime);
+        const auto [left, right] = column.Pair;
+        double reading = left;
+        if (m != 0) {
+            // A counter counts within its interval: between samples it shows nothing.
+            reading = column.Kind == ColumnKind::Detonation
+                          ? 0.0
+                          : left + (right - left) * static_cast<double>(m) / column.SampleTime;
+        }
+        return std::max(Convert(column, reading), 0.0);
+    }
+
+private:
+    double LapValue(CsvColumn& column, double time) const {
+        const LapInfo& lap = layers_.Lap[0];
+        const std::size_t marks = LapMarkCount(lap);
+        while (column.LapIndex < marks && lap.LapTime[column.LapIndex] <= time) {
+            ++column.LapIndex;
+        }
+        if (column.LapIndex + 1 >= marks) {
+            column.Done = true;
+        }
+        return static_cast<double>(column.LapIndex);
+    }
+
+    double Convert(const CsvColumn& column, double reading) const {
+        if (column.Kind == ColumnKind::Computed) {
+            return reading / std::pow(10.0, column.Decimals);
+        }
+        switch (column.Channel) {
+        case VB:
+        case FRSUS:
+        case RRSUS:
+            // No reading, or the ramp before the first sample, would convert to a voltage or a
+            // full stroke that was never measured.
+            if (!(reading > 0.0) || column.Sample < 1) {
+                return 0.0;
+            }
+            break;
+        default:
+            break;
+        }
+        return ConvertReading(layers_.Layer[0].Header, column.Channel, reading, laf_);
+    }
+
+    const LayerSet& layers_;
+    const logger::LafTable& laf_;
+};
+
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using OutputFile = std::unique_ptr<std::FILE, FileCloser>;
+
+bool ReportFailure(shell::MessageSink& sink, const fs::path& file) {
+    const layout::FileFailure failure{std::error_code(errno, std::generic_category()), file};
+    shell::ShowRunTimeError(sink, layout::DescribeFailure(failure));
+    return false;
+}
+
+bool WriteLine(std::FILE* out, std::string& line) {
+    line += "\r\n";
+    return std::fwrite(line.data(), 1, line.size(), out) == line.size();
+}
+
+} // namespace
+
+bool WriteCsv(const fs::path& file, const LayerSet& layers, std::span<const int> items,
+              std::optional<CsvRange> range, const logger::LafTable& laf,
+              shell::MessageSink& sink) {
+    const double start = range ? range->Start : 0.0;
+    const std::int64_t startMs = shell::RoundToInt64(start);
+
+    std::vector<CsvColumn> columns;
+    for (const int item : items) {
+        columns.push_back(MakeColumn(layers, item));
+    }
+    // A column that was not logged has no interval to step by.
+    std::erase_if(columns, [](const CsvColumn& column) { return column.SampleTime <= 0; });
+    if (columns.empty()) {
+        return true;
+    }
+    int step = columns.front().SampleTime;
+    for (CsvColumn& column : columns) {
+        step = std::min(step, column.SampleTime);
+        if (column.Stream) {
+            StartColumn(column, startMs);
+        }
+    }
+
+    // Declared before the file, so that the file's last flush still finds its buffer.
+    std::vector<char> buffer(OutputBufferBytes);
+    errno = 0;
+    OutputFile out(std::fopen(file.c_str(), "wb"));
+    if (!out) {
+        return ReportFailure(sink, file);
+    }
+    std::setvbuf(out.get(), buffer.data(), _IOFBF, buffer.size());
+
+    std::string line = "Time(s)";
+    for (const CsvColumn& column : columns) {
+        line += ',';
+        line += column.Name;
+    }
+    if (!WriteLine(out.get(), line)) {
+        return ReportFailure(sink, file);
+    }
+
+    CsvWriter writer(layers, laf);
+    const shell::NumberFormat seconds(shell::formats::ThreeDecimals);
+    const shell::NumberFormat values(shell::formats::TwoDecimals);
+    for (double time = start;; time += step) {
+        if (range && time > range->End) {
+            break;
+        }
+        const std::int64_t whole = shell::RoundToInt64(time);
+        line.clear();
+        seconds.AppendTo(line, time / 1000.0);
+        bool allDone = true;
+        for (CsvColumn& column : columns) {
+            line += ',';
+            values.AppendTo(line, writer.Value(column, whole, step));
+            allDone = allDone && column.Done;
+        }
+        if (!WriteLine(out.get(), line)) {
+            return ReportFailure(sink, file);
+        }
+        if (allDone) {
+            break;
+        }
+    }
+    if (std::fclose(out.release()) != 0) {
+        return ReportFailure(sink, file);
+    }
+    return true;
+}
+
+} // namespace torvane::logdata
