@@ -1,21 +1,20 @@
 #include "graph/graph_window.h"
 
+#include "graph/graph_tools.h"
 #include "graph/item_panel.h"
 #include "graph/panel_controls.h"
 #include "graph/plain_areas.h"
 #include "graph/read_out.h"
+#include "graph/scroll_strip_view.h"
 #include "graph/window_geometry.h"
 #include "load/layer_commands.h"
 #include "load/load_logging_file.h"
 #include "load/window_close.h"
 
 #include <QCloseEvent>
-#include <QFrame>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPushButton>
-
-#include <algorithm>
 
 namespace torvane::app {
 namespace {
@@ -28,10 +27,6 @@ graph::MouseButton ToMouseButton(Qt::MouseButton button) {
     return button == Qt::RightButton ? graph::MouseButton::Right : graph::MouseButton::Left;
 }
 
-// The column of the mouse as the cursor pictures see it: their hot spot is 11 pixels in.
-constexpr int CursorHotSpot = 11;
-constexpr int ScaleColumn = 100;
-
 } // namespace
 
 GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* parent)
@@ -41,11 +36,12 @@ GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* paren
                                           static_cast<qsizetype>(graph::InitialTitleText.size())),
                         this))
     , graph_(new PlainArea(this))
-    , strip_(new PlainArea(this))
-    , box_(new QFrame(strip_))
+    , strip_(new ScrollStripView(this))
     , moveLeft_(new QPushButton("<", this))
     , moveRight_(new QPushButton(">", this))
-    , scrollTitle_(new TitleItem(this)) {
+    , scrollTitle_(new TitleItem(this))
+    , tools_(new GraphTools(state_, context, {*graph_, *strip_, *moveLeft_, *moveRight_, *this},
+                            this)) {
     setObjectName("frmTLM0100");
     state_.Layers.WindowNumber = number;
     state_.Layers.TempDir = context.TempDir;
@@ -56,13 +52,16 @@ GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* paren
     title_->setFont(titleFont);
     title_->installEventFilter(this);
     graph_->setObjectName("picGraph");
-    strip_->setObjectName("picScroll");
-    box_->setObjectName("picBox");
-    box_->setFrameShape(QFrame::Box);
     moveLeft_->setObjectName("cmdMove0");
     moveRight_->setObjectName("cmdMove1");
     scrollTitle_->setObjectName("ucnScroll");
-    connect(graph_, &PlainArea::Pressed, this, &GraphWindow::PressGraph);
+    connect(tools_, &GraphTools::ReadOutChanged, this, &GraphWindow::SyncPanel);
+    connect(tools_, &GraphTools::LayerChanged, this, [this] {
+        ApplyScrollStrip();
+        SyncPanel();
+        emit MenusChanged();
+    });
+    connect(tools_, &GraphTools::PopupRequested, this, &GraphWindow::PopupRequested);
     ApplyGeometry();
     ApplyScrollStrip();
 }
@@ -98,6 +97,17 @@ void GraphWindow::Activated() {
     if (state_.SingleFileState == 1) {
         context_.Layouts.SetLayout(0, state_.Views[0].Display, state_.Time);
     }
+    emit MenusChanged();
+}
+
+void GraphWindow::ChooseScrollItem(int item) {
+    logdata::LayerRecord& active =
+        state_.Layers.Layer.at(static_cast<std::size_t>(state_.ActiveLayer));
+    if (active.ScrollItem == item) {
+        return;
+    }
+    active.ScrollItem = item;
+    ApplyScrollStrip();
     emit MenusChanged();
 }
 
@@ -188,22 +198,11 @@ void GraphWindow::ApplyScrollStrip() {
     scrollTitle_->Show(QString::fromStdString(strip.Title), strip.LineColor);
     moveLeft_->setVisible(strip.Shown);
     moveRight_->setVisible(strip.Shown);
-    box_->setVisible(strip.Shown);
-    if (!strip.Shown) {
-        strip_->update();
-        return;
+    if (strip.Shown) {
+        strip_->Build(state_, graph_->width());
+    } else {
+        strip_->Clear();
     }
-    // The box stands for the visible time within the whole run; its drawing and dragging
-    // belong to the strip's own code.
-    const logdata::LayerRecord& active =
-        state_.Layers.Layer.at(static_cast<std::size_t>(state_.ActiveLayer));
-    const double pixels = std::max<int>(state_.Time.PixelsPerStep, 1);
-    const double visibleMs = (graph_->width() - ScaleColumn) / pixels * state_.Time.MsPerStep;
-    const double share = active.MeasureTime > 0.0 ? visibleMs / active.MeasureTime : 1.0;
-    const int boxWidth =
-        std::clamp(static_cast<int>(share * strip_->width()), 4, std::max(strip_->width(), 4));
-    box_->setGeometry(0, 0, boxWidth, strip_->height());
-    strip_->update();
 }
 
 void GraphWindow::SyncPanel() {
@@ -264,23 +263,6 @@ void GraphWindow::PressPanel(graph::PanelControl control, Qt::MouseButton button
     emit MenusChanged();
     if (result.Popup) {
         emit PopupRequested(*result.Popup);
-    }
-}
-
-void GraphWindow::PressGraph(Qt::MouseButton button, QPoint position) {
-    // Left of the scale column and over the lap bar the graph takes no press.
-    if (state_.DragState != 0 || position.x() + CursorHotSpot < ScaleColumn ||
-        position.y() < state_.LapBarHeight || button != Qt::RightButton) {
-        return;
-    }
-    // Finding the trace under the mouse comes with the renderer; until then the marked row
-    // stands for it.
-    const auto popup = graph::PressGraphRight(state_, std::nullopt);
-    ApplyScrollStrip();
-    SyncPanel();
-    emit MenusChanged();
-    if (popup) {
-        emit PopupRequested(*popup);
     }
 }
 

@@ -182,6 +182,7 @@ void MainFrame::Wire(const char* name, void (MainFrame::*handler)()) {
 
 void MainFrame::Attach(GraphWindowContext& context) {
     context_ = &context;
+    context.Tools = &tools_;
     Wire("mnuFileOpen", &MainFrame::FileOpen);
     if (context.DownloadFromLogger) {
         Wire("mnuLogger", &MainFrame::OpenFromLogger);

@@ -7,8 +7,12 @@
 #include "graph/window_state.h"
 
 #include <cstdint>
+#include <string_view>
 
 namespace torvane::graph {
+
+// Asked when linked layers would drift apart because some of them reach their end.
+inline constexpr std::string_view LayerShiftQuestion = "A layer will shift. Is it very well?";
 
 // Milliseconds shown right of the scale column of a picture `width` wide.
 double VisibleSpan(std::int32_t width, const TimeScale& scale);
