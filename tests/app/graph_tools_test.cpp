@@ -3,6 +3,7 @@
 // the box drag, a held cmdMove and the question when linked layers would drift apart.
 
 #include "graph/graph_window.h"
+#include "graph/panel_controls.h"
 #include "graph/scroll_strip.h"
 #include "graph/scrolling.h"
 #include "graph_desk.h"
@@ -151,6 +152,21 @@ private slots:
         QVERIFY(trace > 50);
         QVERIFY(ground > trace);
         QVERIFY(inverted > 50);
+
+        // mnuScrollItem(0): the strip follows Ne; choosing the checked entry changes nothing.
+        QAction* ne = w.desk.frame.Action("mnuScrollItem0");
+        QVERIFY(w.desk.frame.Action("mnuScrollItem1")->isChecked());
+        QVERIFY(ne->isEnabled());
+        ne->trigger();
+        QCOMPARE(w.State().Layers.Layer[0].ScrollItem, 0);
+        QVERIFY(ne->isChecked());
+        QVERIFY(!w.desk.frame.Action("mnuScrollItem1")->isChecked());
+        QCOMPARE(w.window->findChild<app::TitleItem*>("ucnScroll")->Title(), QString("Ne"));
+        const QImage ofNe = w.window->grab(w.strip->geometry()).toImage();
+        QVERIFY(ofNe != picture);
+        ne->trigger();
+        QVERIFY(ne->isChecked());
+        QCOMPARE(w.window->grab(w.strip->geometry()).toImage(), ofNe);
     }
 
     // Dragged by 92 strip columns (12 s of the strip's 60 s), the view follows on its step grid;

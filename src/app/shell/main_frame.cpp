@@ -25,6 +25,12 @@
 namespace torvane::app {
 namespace {
 
+// mnuScrollItem(0..2): the item the scroll strip follows.
+constexpr int ScrollItemCount = 3;
+QString ScrollItemEntry(int item) {
+    return QString("mnuScrollItem%1").arg(item);
+}
+
 QString Text(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
@@ -190,6 +196,17 @@ void MainFrame::Attach(GraphWindowContext& context) {
     Wire("mnuOpenLayer", &MainFrame::OpenLayer);
     Wire("mnuCloseLayer", &MainFrame::CloseLayer);
     Wire("mnuFileClose", &MainFrame::FileClose);
+    for (int item = 0; item < ScrollItemCount; ++item) {
+        const QString name = ScrollItemEntry(item);
+        wired_.insert(name);
+        Action(name)->setCheckable(true);
+        connect(Action(name), &QAction::triggered, this, [this, item] {
+            if (GraphWindow* window = ActiveGraphWindow()) {
+                window->ChooseScrollItem(item);
+            }
+            ApplyWindowMenus();
+        });
+    }
     ApplyWindowMenus();
 }
 
@@ -359,6 +376,11 @@ void MainFrame::ApplyWindowMenus() {
     SetEntry("mnuHisto", open && menus.HistoEnabled);
     SetEntry("mnuDspDeto2", open && menus.DspDeto2Enabled);
     SetEntry("mnuGrid", open && menus.GridEnabled);
+    for (int item = 0; item < ScrollItemCount; ++item) {
+        const auto i = static_cast<std::size_t>(item);
+        SetEntry(ScrollItemEntry(item), open && menus.ScrollItemEnabled[i]);
+        Action(ScrollItemEntry(item))->setChecked(open && menus.ScrollItemChecked[i]);
+    }
 }
 
 void MainFrame::ShowPopup(const std::vector<graph::MenuEntryState>& entries) {
