@@ -5,6 +5,7 @@
 
 #include "binding/tlm_decompressor.h"
 #include "generated_run.h"
+#include "graph/graph_window.h"
 #include "graph/graph_window_context.h"
 #include "graph/panel_controls.h"
 #include "layout/layout_store.h"
