@@ -48,6 +48,22 @@ private:
     ScrollStripView& strip_;
 };
 
+// The band over the strip and its box while an edge is pulled: drawn last, over both.
+class BandView : public QWidget {
+public:
+    explicit BandView(ScrollStripView& strip)
+        : QWidget(&strip)
+        , strip_(strip) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override { strip_.PaintBand(*this); }
+
+private:
+    ScrollStripView& strip_;
+};
+
 namespace {
 
 constexpr int ScrollTickMs = 100;
@@ -64,7 +80,8 @@ QColor ColorOf(std::uint32_t bgr) {
 
 ScrollStripView::ScrollStripView(QWidget* parent)
     : QWidget(parent)
-    , boxView_(new ScrollBoxView(*this)) {
+    , boxView_(new ScrollBoxView(*this))
+    , bandView_(new BandView(*this)) {
     setObjectName("picScroll");
     setAttribute(Qt::WA_OpaquePaintEvent);
     tmrScroll_.setObjectName("tmrScroll");
@@ -110,21 +127,28 @@ void ScrollStripView::MoveBox(std::int32_t left, std::int32_t width) {
 }
 
 void ScrollStripView::paintEvent(QPaintEvent*) {
-    QPainter painter(this);
-    painter.drawImage(0, 0, picture_);
+    QPainter(this).drawImage(0, 0, picture_);
+}
+
+void ScrollStripView::resizeEvent(QResizeEvent*) {
+    bandView_->setGeometry(rect());
+}
+
+void ScrollStripView::PaintBand(QWidget& band) const {
     if (bandEdge_ < 0) {
         return;
     }
-    // The band stands for the box with the pulled edge at the mouse.
-    QRect band = boxView_->geometry();
+    // The box with the pulled edge at the mouse, inverting what lies under its pen.
+    QRect outline = boxView_->geometry();
     if (dragState_ == 2) {
-        band.setLeft(bandEdge_);
+        outline.setLeft(bandEdge_);
     } else {
-        band.setRight(bandEdge_);
+        outline.setRight(bandEdge_);
     }
-    painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
+    QPainter painter(&band);
+    painter.setCompositionMode(QPainter::RasterOp_NotSourceXorDestination);
     painter.setPen(QPen(ColorOf(graph::StripTraceColor), BandPen));
-    painter.drawRect(band.adjusted(1, 1, -1, -1));
+    painter.drawRect(outline.adjusted(1, 1, -1, -1));
 }
 
 void ScrollStripView::PressBox(QPoint inBox) {
@@ -136,7 +160,8 @@ void ScrollStripView::PressBox(QPoint inBox) {
     if (dragState_ != 1) {
         boxView_->setCursor(Qt::SizeHorCursor);
         bandEdge_ = dragState_ == 2 ? boxView_->x() : boxView_->geometry().right();
-        update();
+        bandView_->raise();
+        bandView_->update();
     }
     tmrScroll_.start();
     emit DragStarted(dragState_);
@@ -157,12 +182,10 @@ void ScrollStripView::Tick() {
             std::clamp(box_.Left + difference, graph::StripLeft,
                        std::max(graph::StripLeft, width() + graph::StripLeft - box_.Width));
         MoveBox(left, 0);
-    } else if (dragState_ == 2 && mouseX_ < box.right() - EdgeKeep) {
+    } else if ((dragState_ == 2 && mouseX_ < box.right() - EdgeKeep) ||
+               (dragState_ == 3 && mouseX_ > box.left() + EdgeKeep)) {
         bandEdge_ = mouseX_;
-        update();
-    } else if (dragState_ == 3 && mouseX_ > box.left() + EdgeKeep) {
-        bandEdge_ = mouseX_;
-        update();
+        bandView_->update();
     }
     lastX_ = mouseX_;
 }
@@ -178,7 +201,7 @@ void ScrollStripView::ReleaseBox() {
     dragState_ = 0;
     bandEdge_ = -1;
     boxView_->unsetCursor();
-    update();
+    bandView_->update();
     emit DragEnded(state, edge + graph::StripLeft);
 }
 

@@ -13,6 +13,7 @@
 
 namespace torvane::app {
 
+class BandView;
 class ScrollBoxView;
 
 class ScrollStripView : public QWidget {
@@ -42,9 +43,12 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    friend class BandView;
     friend class ScrollBoxView;
+    void PaintBand(QWidget& band) const;
     void PressBox(QPoint inBox);
     void FollowMouse(int stripX);
     void ReleaseBox();
@@ -52,6 +56,7 @@ private:
 
     QImage picture_;
     ScrollBoxView* boxView_;
+    BandView* bandView_;
     graph::ScrollBox box_;
     QTimer tmrScroll_;
     int dragState_ = 0;
