@@ -124,6 +124,20 @@ private slots:
         QTest::mousePress(w.graph, Qt::LeftButton, {}, {189, 100});
         QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {189, 100});
         QCOMPARE(w.State().RangeState, 0);
+
+        // Held near the right edge, the marking scrolls until the release closes the range.
+        w.MoveTo({289, 100});
+        QTest::mousePress(w.graph, Qt::LeftButton, {}, {289, 100});
+        QTimer::singleShot(150, w.graph, [&] {
+            QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {495, 100});
+        });
+        w.MoveTo({495, 100});
+        QCOMPARE(w.State().DragState, 0);
+        QVERIFY(w.Offset() > 0.0);
+        QCOMPARE(w.State().RangeState, 2);
+        QCOMPARE(w.State().RangeStart, 20000.0);
+        QCOMPARE(w.State().RangeEnd, w.State().Layers.Layer[0].CursorTime);
+        QVERIFY(w.State().RangeEnd > 40000.0);
     }
 
     // The strip is cyan on black; the box shows it inverted: red on white.
