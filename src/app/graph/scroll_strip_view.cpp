@@ -1,5 +1,7 @@
 #include "graph/scroll_strip_view.h"
 
+#include "graph/panel_controls.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -71,11 +73,6 @@ constexpr int BandPen = 3;
 // Within this many columns of the other edge a pulled edge stops following the mouse.
 constexpr int EdgeKeep = 10;
 
-QColor ColorOf(std::uint32_t bgr) {
-    return QColor(static_cast<int>(bgr & 0xFF), static_cast<int>((bgr >> 8) & 0xFF),
-                  static_cast<int>((bgr >> 16) & 0xFF));
-}
-
 } // namespace
 
 ScrollStripView::ScrollStripView(QWidget* parent)
@@ -96,7 +93,7 @@ void ScrollStripView::Build(graph::GraphWindowState& state, int graphWidth) {
     picture_.fill(Qt::black);
     QPainter painter(&picture_);
     painter.setRenderHint(QPainter::Antialiasing, false);
-    painter.setPen(QPen(ColorOf(graph::StripTraceColor), 0));
+    painter.setPen(QPen(ToQColor(graph::StripTraceColor), 0));
     QPolygon line;
     for (const graph::StripPoint& point : strip.Points) {
         line << QPoint(point.X, point.Y);
@@ -147,7 +144,7 @@ void ScrollStripView::PaintBand(QWidget& band) const {
     }
     QPainter painter(&band);
     painter.setCompositionMode(QPainter::RasterOp_NotSourceXorDestination);
-    painter.setPen(QPen(ColorOf(graph::StripTraceColor), BandPen));
+    painter.setPen(QPen(ToQColor(graph::StripTraceColor), BandPen));
     painter.drawRect(outline.adjusted(1, 1, -1, -1));
 }
 
