@@ -1,7 +1,12 @@
 // Graph windows opened in the frame from generated runs: the item panel as it is drawn, the
 // refusals, the layers, closing, resizing and the drop of a file.
 
+#include "binding/tlm_decompressor.h"
+#include "graph/graph_window.h"
+#include "graph/graph_window_context.h"
+#include "graph/panel_controls.h"
 #include "graph_desk.h"
+#include "layout/layout_store.h"
 #include "load/load_logging_file.h"
 #include "load/window_close.h"
 #include "logdata/channels.h"

@@ -1,10 +1,12 @@
 #include "graph/graph_window.h"
 
+#include "graph/graph_tools.h"
 #include "graph/item_panel.h"
 #include "graph/lap_list.h"
 #include "graph/panel_controls.h"
 #include "graph/plain_areas.h"
 #include "graph/read_out.h"
+#include "graph/scroll_strip_view.h"
 #include "graph/window_geometry.h"
 #include "load/layer_commands.h"
 #include "load/load_logging_file.h"
@@ -20,8 +22,6 @@
 #include <QMouseEvent>
 #include <QPushButton>
 
-#include <algorithm>
-
 namespace torvane::app {
 namespace {
 
@@ -33,10 +33,6 @@ graph::MouseButton ToMouseButton(Qt::MouseButton button) {
     return button == Qt::RightButton ? graph::MouseButton::Right : graph::MouseButton::Left;
 }
 
-// The column of the mouse as the cursor pictures see it: their hot spot is 11 pixels in.
-constexpr int CursorHotSpot = 11;
-constexpr int ScaleColumn = 100;
-
 } // namespace
 
 GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* parent)
@@ -46,11 +42,12 @@ GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* paren
                                           static_cast<qsizetype>(graph::InitialTitleText.size())),
                         this))
     , graph_(new PlainArea(this))
-    , strip_(new PlainArea(this))
-    , box_(new QFrame(strip_))
+    , strip_(new ScrollStripView(this))
     , moveLeft_(new QPushButton("<", this))
     , moveRight_(new QPushButton(">", this))
-    , scrollTitle_(new TitleItem(this)) {
+    , scrollTitle_(new TitleItem(this))
+    , tools_(new GraphTools(state_, context, {*graph_, *strip_, *moveLeft_, *moveRight_, *this},
+                            this)) {
     setObjectName("frmTLM0100");
     state_.Layers.WindowNumber = number;
     state_.Layers.TempDir = context.TempDir;
@@ -61,13 +58,16 @@ GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* paren
     title_->setFont(titleFont);
     title_->installEventFilter(this);
     graph_->setObjectName("picGraph");
-    strip_->setObjectName("picScroll");
-    box_->setObjectName("picBox");
-    box_->setFrameShape(QFrame::Box);
     moveLeft_->setObjectName("cmdMove0");
     moveRight_->setObjectName("cmdMove1");
     scrollTitle_->setObjectName("ucnScroll");
-    connect(graph_, &PlainArea::Pressed, this, &GraphWindow::PressGraph);
+    connect(tools_, &GraphTools::ReadOutChanged, this, &GraphWindow::SyncPanel);
+    connect(tools_, &GraphTools::LayerChanged, this, [this] {
+        ApplyScrollStrip();
+        SyncPanel();
+        emit MenusChanged();
+    });
+    connect(tools_, &GraphTools::PopupRequested, this, &GraphWindow::PopupRequested);
     ApplyGeometry();
     ApplyScrollStrip();
 }
@@ -146,6 +146,17 @@ bool GraphWindow::ApplyStoredLayout(int index) {
 
 void GraphWindow::ApplyDefaultLayout() {
     load::ApplyDefaultLayout(state_, context_.Layouts, *this);
+    ApplyScrollStrip();
+    emit MenusChanged();
+}
+
+void GraphWindow::ChooseScrollItem(int item) {
+    logdata::LayerRecord& active =
+        state_.Layers.Layer.at(static_cast<std::size_t>(state_.ActiveLayer));
+    if (active.ScrollItem == item) {
+        return;
+    }
+    active.ScrollItem = item;
     ApplyScrollStrip();
     emit MenusChanged();
 }
@@ -238,22 +249,11 @@ void GraphWindow::ApplyScrollStrip() {
     scrollTitle_->Show(QString::fromStdString(strip.Title), strip.LineColor);
     moveLeft_->setVisible(strip.Shown);
     moveRight_->setVisible(strip.Shown);
-    box_->setVisible(strip.Shown);
-    if (!strip.Shown) {
-        strip_->update();
-        return;
+    if (strip.Shown) {
+        strip_->Build(state_, graph_->width());
+    } else {
+        strip_->Clear();
     }
-    // The box stands for the visible time within the whole run; its drawing and dragging
-    // belong to the strip's own code.
-    const logdata::LayerRecord& active =
-        state_.Layers.Layer.at(static_cast<std::size_t>(state_.ActiveLayer));
-    const double pixels = std::max<int>(state_.Time.PixelsPerStep, 1);
-    const double visibleMs = (graph_->width() - ScaleColumn) / pixels * state_.Time.MsPerStep;
-    const double share = active.MeasureTime > 0.0 ? visibleMs / active.MeasureTime : 1.0;
-    const int boxWidth =
-        std::clamp(static_cast<int>(share * strip_->width()), 4, std::max(strip_->width(), 4));
-    box_->setGeometry(0, 0, boxWidth, strip_->height());
-    strip_->update();
 }
 
 void GraphWindow::SyncPanel() {
@@ -315,27 +315,6 @@ void GraphWindow::PressPanel(graph::PanelControl control, Qt::MouseButton button
     emit MenusChanged();
     if (result.Popup) {
         emit PopupRequested(*result.Popup);
-    }
-}
-
-void GraphWindow::PressGraph(Qt::MouseButton button, QPoint position) {
-    // Left of the scale column and over the lap bar the graph takes no press.
-    if (state_.DragState != 0 || position.x() + CursorHotSpot < ScaleColumn ||
-        position.y() < state_.LapBarHeight || button != Qt::RightButton) {
-        return;
-    }
-    // Finding the trace under the mouse comes with the renderer; until then the marked row
-    // stands for it.
-    const int activeLayer = state_.ActiveLayer;
-    const auto popup = graph::PressGraphRight(state_, std::nullopt);
-    ApplyScrollStrip();
-    SyncPanel();
-    emit MenusChanged();
-    if (state_.ActiveLayer != activeLayer) {
-        emit LayerSelected();
-    }
-    if (popup) {
-        emit PopupRequested(*popup);
     }
 }
 

@@ -14,15 +14,16 @@
 #include <map>
 #include <vector>
 
-class QFrame;
 class QLabel;
 class QPushButton;
 
 namespace torvane::app {
 
 class FileCaptionBox;
+class GraphTools;
 class ItemRowControl;
 class PlainArea;
+class ScrollStripView;
 class TitleItem;
 
 class GraphWindow : public QWidget, public load::WindowView {
@@ -53,6 +54,8 @@ public:
     // mnuLayout(n) with the store's record `index`, and mnuLayoutDef.
     bool ApplyStoredLayout(int index);
     void ApplyDefaultLayout();
+    // mnuScrollItem(item): the scroll strip follows slot 0 (Ne), 1 (TH) or 2 (VFW).
+    void ChooseScrollItem(int item);
 
     // WindowView: the widget steps of loading.
     bool ShowLayerPanel(int layer) override;
@@ -82,20 +85,19 @@ private:
     void ApplyScrollStrip();
     void SyncPanel();
     void PressPanel(graph::PanelControl control, Qt::MouseButton button);
-    void PressGraph(Qt::MouseButton button, QPoint position);
     void Unload();
 
     GraphWindowContext& context_;
     graph::GraphWindowState state_;
     bool unloaded_ = false;
 
-    QLabel* title_;                        // lblTm
-    PlainArea* graph_;                     // picGraph
-    PlainArea* strip_;                     // picScroll
-    QFrame* box_;                          // picBox
-    QPushButton* moveLeft_;                // cmdMove(0)
-    QPushButton* moveRight_;               // cmdMove(1)
-    TitleItem* scrollTitle_;               // ucnScroll
+    QLabel* title_;          // lblTm
+    PlainArea* graph_;       // picGraph
+    ScrollStripView* strip_; // picScroll, with picBox
+    QPushButton* moveLeft_;  // cmdMove(0)
+    QPushButton* moveRight_; // cmdMove(1)
+    TitleItem* scrollTitle_; // ucnScroll
+    GraphTools* tools_;
     std::map<int, FileCaptionBox*> files_; // chkFile by layer
     std::map<int, ItemRowControl*> rows_;  // chkItem by control index
 };

@@ -20,6 +20,8 @@ class QWidget;
 
 namespace torvane::app {
 
+struct ToolSettings;
+
 using FileChoice = std::function<std::optional<std::filesystem::path>(QWidget* owner)>;
 // The save dialog of a graph window; `rangeMarked` offers the export of the marked range only.
 using SaveOrExportChoice =
@@ -39,6 +41,8 @@ struct GraphWindowContext {
     // The logger's download dialog: the downloaded file, or nothing when it was cancelled or
     // failed. Without it the frame offers no download.
     FileChoice DownloadFromLogger;
+    // The toolbox's choices, shared by all windows; the frame fills it in when it attaches.
+    ToolSettings* Tools = nullptr;
 };
 
 } // namespace torvane::app

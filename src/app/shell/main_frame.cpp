@@ -30,6 +30,12 @@
 namespace torvane::app {
 namespace {
 
+// mnuScrollItem(0..2): the item the scroll strip follows.
+constexpr int ScrollItemCount = 3;
+QString ScrollItemEntry(int item) {
+    return QString("mnuScrollItem%1").arg(item);
+}
+
 QString Text(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
@@ -189,6 +195,7 @@ void MainFrame::Wire(const char* name, void (MainFrame::*handler)()) {
 
 void MainFrame::Attach(GraphWindowContext& context) {
     context_ = &context;
+    context.Tools = &tools_;
     Wire("mnuFileOpen", &MainFrame::FileOpen);
     if (context.DownloadFromLogger) {
         Wire("mnuLogger", &MainFrame::OpenFromLogger);
@@ -207,6 +214,17 @@ void MainFrame::Attach(GraphWindowContext& context) {
     }
     RefreshLayoutMenu();
     Wire("mnuSave", &MainFrame::Save);
+    for (int item = 0; item < ScrollItemCount; ++item) {
+        const QString name = ScrollItemEntry(item);
+        wired_.insert(name);
+        Action(name)->setCheckable(true);
+        connect(Action(name), &QAction::triggered, this, [this, item] {
+            if (GraphWindow* window = ActiveGraphWindow()) {
+                window->ChooseScrollItem(item);
+            }
+            ApplyWindowMenus();
+        });
+    }
     ApplyWindowMenus();
 }
 
@@ -442,6 +460,11 @@ void MainFrame::ApplyWindowMenus() {
     SetEnabled("mnuLayoutDef", open);
     for (int index = 1; index <= graph::LayoutMenuCount; ++index) {
         SetEnabled(LayoutEntryName(index), open);
+    }
+    for (int item = 0; item < ScrollItemCount; ++item) {
+        const auto i = static_cast<std::size_t>(item);
+        SetEntry(ScrollItemEntry(item), open && menus.ScrollItemEnabled[i]);
+        Action(ScrollItemEntry(item))->setChecked(open && menus.ScrollItemChecked[i]);
     }
 }
 

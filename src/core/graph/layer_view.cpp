@@ -1,5 +1,7 @@
 #include "graph/layer_view.h"
 
+#include <utility>
+
 namespace torvane::graph {
 
 void FillItemScales(LayerView& view, const logdata::LayerRecord& record) {
@@ -43,6 +45,26 @@ const ItemDisplay* ItemDisplayOf(const LayerView& view, const logdata::LayerReco
         return nullptr;
     }
     return &view.Display.Items[static_cast<std::size_t>(channel)];
+}
+
+ItemDisplay* ItemDisplayOf(LayerView& view, const logdata::LayerRecord& record, int index) {
+    return const_cast<ItemDisplay*>(ItemDisplayOf(std::as_const(view), record, index));
+}
+
+const ScaleRecord* ItemScaleOf(const LayerView& view, const logdata::LayerRecord& record,
+                               int index) {
+    if (index < 0 || static_cast<std::size_t>(index) >= record.ItemChannel.size()) {
+        return nullptr;
+    }
+    if (index >= logdata::SlotCount) {
+        const auto k = static_cast<std::size_t>(index - logdata::SlotCount);
+        return k < view.Computed.size() ? &view.Computed[k].Scale : nullptr;
+    }
+    return &view.ItemScale[static_cast<std::size_t>(index)];
+}
+
+ScaleRecord* ItemScaleOf(LayerView& view, const logdata::LayerRecord& record, int index) {
+    return const_cast<ScaleRecord*>(ItemScaleOf(std::as_const(view), record, index));
 }
 
 } // namespace torvane::graph

@@ -40,5 +40,10 @@ std::int32_t ChooseScrollItem(const logdata::LayerRecord& record);
 // the index names nothing.
 const ItemDisplay* ItemDisplayOf(const LayerView& view, const logdata::LayerRecord& record,
                                  int index);
+ItemDisplay* ItemDisplayOf(LayerView& view, const logdata::LayerRecord& record, int index);
+// The scale of item `index` of a layer, from the same places; null when the index names nothing.
+const ScaleRecord* ItemScaleOf(const LayerView& view, const logdata::LayerRecord& record,
+                               int index);
+ScaleRecord* ItemScaleOf(LayerView& view, const logdata::LayerRecord& record, int index);
 
 } // namespace torvane::graph

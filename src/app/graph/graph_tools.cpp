@@ -1,0 +1,434 @@
+#include "graph/graph_tools.h"
+
+#include "graph/arrow_keys.h"
+#include "graph/cursor.h"
+#include "graph/graph_pointers.h"
+#include "graph/range_tool.h"
+#include "graph/read_out.h"
+#include "graph/scroll_strip_view.h"
+#include "graph/scrolling.h"
+#include "graph/time_axis.h"
+#include "graph/time_zoom.h"
+#include "graph/value_zoom.h"
+#include "shell/message_sink.h"
+#include "shell/rounding.h"
+#include "shell/tool_box.h"
+
+#include <QEventLoop>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QPushButton>
+
+#include <cstdlib>
+
+namespace torvane::app {
+namespace {
+
+constexpr int DragTickMs = 100;
+// A held loop waits this long between passes, taking events meanwhile, so that the scrolling
+// keeps one pace whatever a redraw costs.
+constexpr int HeldPassMs = 20;
+// The ghost follows only moves of at least this many pixels.
+constexpr int GhostStep = 3;
+constexpr std::string_view GhostFailedMessage = "Error DirectX.";
+
+enum Tool {
+    DragTool,
+    ScrollTool,
+    ReduceTime,
+    ExpandTime,
+    ReduceValue,
+    ExpandValue,
+    TextTool,
+    DeltaTool
+};
+
+void LetEventsIn() {
+    QEventLoop pause;
+    QTimer::singleShot(HeldPassMs, &pause, &QEventLoop::quit);
+    pause.exec();
+}
+
+int Round(double value) {
+    return static_cast<int>(shell::RoundToInt64(value));
+}
+
+} // namespace
+
+GraphTools::GraphTools(graph::GraphWindowState& state, GraphWindowContext& context,
+                       Controls controls, QObject* parent)
+    : QObject(parent)
+    , state_(state)
+    , context_(context)
+    , controls_(controls) {
+    QWidget* picture = controls_.Picture.Widget();
+    picture->setMouseTracking(true);
+    picture->installEventFilter(this);
+    controls_.Window.installEventFilter(this);
+    controls_.Window.setFocusPolicy(Qt::StrongFocus);
+    for (QPushButton* button : {&controls_.MoveLeft, &controls_.MoveRight}) {
+        button->setFocusPolicy(Qt::NoFocus);
+        button->installEventFilter(this);
+    }
+    tmrDrag_.setObjectName("tmrDrag");
+    tmrDrag_.setInterval(DragTickMs);
+    connect(&tmrDrag_, &QTimer::timeout, this, &GraphTools::FollowGhost);
+    connect(&controls_.Strip, &ScrollStripView::DragStarted, this,
+            [this](int dragState) { state_.DragState = dragState; });
+    connect(&controls_.Strip, &ScrollStripView::DragEnded, this, &GraphTools::EndBoxDrag);
+}
+
+const ToolSettings& GraphTools::Tools() const {
+    static const ToolSettings standalone;
+    return context_.Tools != nullptr ? *context_.Tools : standalone;
+}
+
+int GraphTools::Width() const {
+    return controls_.Picture.Widget()->width();
+}
+
+int GraphTools::Height() const {
+    return controls_.Picture.Widget()->height();
+}
+
+bool GraphTools::eventFilter(QObject* watched, QEvent* event) {
+    const QEvent::Type type = event->type();
+    if (type == QEvent::KeyPress) {
+        return PressKey(static_cast<QKeyEvent*>(event)->key());
+    }
+    if (type != QEvent::MouseMove && type != QEvent::MouseButtonPress &&
+        type != QEvent::MouseButtonRelease) {
+        return QObject::eventFilter(watched, event);
+    }
+    const auto* mouse = static_cast<QMouseEvent*>(event);
+    const QPointF position = mouse->position();
+    for (int index : {0, 1}) {
+        QPushButton* button = index == 0 ? &controls_.MoveLeft : &controls_.MoveRight;
+        if (watched != button) {
+            continue;
+        }
+        buttonMouse_ = position.toPoint();
+        if (type == QEvent::MouseButtonPress && mouse->button() == Qt::LeftButton) {
+            ScrollByButton(index);
+            return true;
+        }
+        if (type == QEvent::MouseButtonRelease && mouse->button() == Qt::LeftButton) {
+            state_.DragState = 0;
+            return true;
+        }
+        return false;
+    }
+    if (watched != controls_.Picture.Widget()) {
+        return QObject::eventFilter(watched, event);
+    }
+    if (type == QEvent::MouseMove) {
+        MoveMouse(position, mouse->buttons().testFlag(Qt::LeftButton));
+    } else if (type == QEvent::MouseButtonPress && mouse->button() == Qt::LeftButton) {
+        PressLeft(position);
+    } else if (type == QEvent::MouseButtonPress && mouse->button() == Qt::RightButton) {
+        PressRight(position);
+    } else if (type == QEvent::MouseButtonRelease) {
+        Release(position);
+    }
+    return true;
+}
+
+void GraphTools::MoveMouse(QPointF position, bool leftHeld) {
+    mouse_ = position.toPoint();
+    QWidget* picture = controls_.Picture.Widget();
+    const QCursor pointer = GraphPointer(Tools().ToolMode, position.x() >= state_.GraphMidX);
+    if (picture->cursor().pixmap().cacheKey() != pointer.pixmap().cacheKey()) {
+        picture->setCursor(pointer);
+    }
+    const graph::CursorMove move = graph::MoveCursor(state_, position.x(), position.y(), Width());
+    if (move.Redraw) {
+        if (!Redraw(2)) {
+            return;
+        }
+        DispValues(1);
+    }
+    if (markingRange_ && leftHeld && Tools().ToolMode == DeltaTool) {
+        const bool edge = graph::RangeEdgeScrolls(state_, Width());
+        if (edge && state_.DragState == 0) {
+            ScrollHeld();
+        } else if (!edge && state_.DragState == 6) {
+            state_.DragState = 99;
+        }
+    }
+}
+
+void GraphTools::PressLeft(QPointF position) {
+    if (!graph::GraphTakesPress(state_, position.x(), position.y())) {
+        return;
+    }
+    switch (Tools().ToolMode) {
+    case DragTool:
+        BeginTraceDrag(position);
+        break;
+    case ScrollTool:
+        ScrollHeld();
+        break;
+    case ReduceTime:
+    case ExpandTime:
+        ZoomTime(Tools().ToolMode == ExpandTime, position.x());
+        break;
+    case ReduceValue:
+    case ExpandValue:
+        ZoomValue(Tools().ToolMode == ExpandValue, position);
+        break;
+    case DeltaTool:
+        graph::PressRangeTool(state_);
+        markingRange_ = true;
+        Redraw(1);
+        break;
+    default:
+        break;
+    }
+}
+
+void GraphTools::PressRight(QPointF position) {
+    if (!graph::GraphTakesPress(state_, position.x(), position.y())) {
+        return;
+    }
+    const auto popup = graph::PressGraphRight(state_, HitAt(position));
+    emit LayerChanged();
+    if (popup) {
+        emit PopupRequested(*popup);
+    }
+}
+
+void GraphTools::Release(QPointF position) {
+    if (state_.DragState == 6) {
+        state_.DragState = 99;
+    } else if (state_.DragState == 4) {
+        EndTraceDrag(position.toPoint());
+    }
+    if (markingRange_ && Tools().ToolMode == DeltaTool && graph::ReleaseRangeTool(state_)) {
+        Redraw(1);
+    }
+    markingRange_ = false;
+}
+
+bool GraphTools::PressKey(int key) {
+    if (key == Qt::Key_Escape) {
+        if (state_.DragState != 4) {
+            return false;
+        }
+        DropGhost();
+        return true;
+    }
+    if ((key != Qt::Key_Right && key != Qt::Key_Left) || state_.DragState != 0) {
+        return false;
+    }
+    const bool linked = Tools().LinkLayers == 1;
+    const graph::ArrowResult result = key == Qt::Key_Right
+                                          ? graph::PressArrowRight(state_, linked, Width())
+                                          : graph::PressArrowLeft(state_, linked);
+    if (result == graph::ArrowResult::ReadOut) {
+        DispValues(0);
+    } else if (result == graph::ArrowResult::Shifted) {
+        MoveBoxToOffset();
+        Redraw(1);
+        DispValues(1);
+    }
+    return true;
+}
+
+std::optional<graph::ItemRef> GraphTools::HitAt(QPointF position) const {
+    const GraphPicture& picture = controls_.Picture;
+    return graph::HitTestItem(
+        state_, Round(position.x()), Round(position.y()),
+        [&picture](int x, int y) { return picture.PixelAt(x, y); }, graph::DisplayedColors(),
+        extent_);
+}
+
+void GraphTools::ZoomTime(bool expand, double mouseX) {
+    graph::ZoomTime(state_, expand, mouseX, Width());
+    if (graph::ScrollStripOf(state_).Shown) {
+        controls_.Strip.PlaceBox(state_, Width());
+    }
+    controls_.Picture.DrawScaleColumn();
+    Redraw(1);
+    DispValues(1);
+    SaveLayout();
+}
+
+void GraphTools::ZoomValue(bool expand, QPointF position) {
+    const std::optional<graph::ItemRef> hit = HitAt(position);
+    if (!hit) {
+        return;
+    }
+    state_.Panel.SelectItem(hit->Layer, hit->Position);
+    emit ReadOutChanged();
+    if (!graph::ZoomItemValue(state_, *hit, expand, position.y())) {
+        return;
+    }
+    controls_.Picture.DrawScaleColumn();
+    Redraw(1);
+    DispValues(0);
+    SaveLayout();
+}
+
+void GraphTools::BeginTraceDrag(QPointF position) {
+    const std::optional<graph::ItemRef> hit = HitAt(position);
+    if (!hit) {
+        return;
+    }
+    state_.Panel.SelectItem(hit->Layer, hit->Position);
+    emit ReadOutChanged();
+    if (!controls_.Picture.BeginItemDrag(hit->Layer, hit->Position)) {
+        return;
+    }
+    dragStart_ = ghostAt_ = position.toPoint();
+    state_.DragState = 4;
+    tmrDrag_.start();
+}
+
+void GraphTools::FollowGhost() {
+    const bool inside = mouse_.x() >= graph::GraphLeft && mouse_.x() <= Width() &&
+                        mouse_.y() >= 0 && mouse_.y() <= Height() - graph::TimeBandHeight;
+    const QPoint moved = mouse_ - ghostAt_;
+    if (!inside || (std::abs(moved.x()) < GhostStep && std::abs(moved.y()) < GhostStep)) {
+        return;
+    }
+    ghostAt_ = mouse_;
+    if (!controls_.Picture.MoveGhost(mouse_ - dragStart_)) {
+        shell::ShowMessage(context_.Sink, GhostFailedMessage, shell::buttons::Ok,
+                           shell::icons::Stop);
+        EndTraceDrag(mouse_);
+    }
+}
+
+void GraphTools::EndTraceDrag(QPoint release) {
+    tmrDrag_.stop();
+    controls_.Picture.EndItemDrag();
+    if (const graph::ItemRow* row = state_.Panel.MarkedRow()) {
+        const QPoint offset = release - dragStart_;
+        graph::EndTraceDrag(state_, {row->Layer, row->Position}, offset.x(), offset.y());
+    }
+    controls_.Picture.DrawScaleColumn();
+    Redraw(1);
+    SaveLayout();
+    MoveBoxToOffset();
+    DispValues(1);
+    state_.DragState = 0;
+    state_.SingleFileState = 0;
+}
+
+void GraphTools::DropGhost() {
+    state_.DragState = 0;
+    tmrDrag_.stop();
+    controls_.Picture.EndItemDrag();
+}
+
+void GraphTools::ScrollHeld() {
+    QPointer<GraphTools> alive(this);
+    state_.DragState = 6;
+    AutoScroll();
+    if (!alive) {
+        return;
+    }
+    Redraw(1);
+    state_.DragState = 0;
+}
+
+void GraphTools::AutoScroll() {
+    QPointer<GraphTools> alive(this);
+    while (state_.DragState == 6) {
+        const graph::AutoScrollResult result =
+            graph::AutoScrollStep(state_, Tools().LinkLayers == 1, Width(), Height());
+        if (result == graph::AutoScrollResult::AskShift) {
+            if (shell::ShowMessage(context_.Sink, graph::LayerShiftQuestion, shell::buttons::YesNo,
+                                   shell::icons::Information) == shell::answers::Yes) {
+                state_.ShiftAccepted = true;
+            }
+            return;
+        }
+        if (result == graph::AutoScrollResult::Scrolled) {
+            MoveBoxToOffset();
+            if (!controls_.Picture.RedrawRect()) {
+                state_.SingleFileState = 0;
+                return;
+            }
+            DispValues(1);
+        }
+        LetEventsIn();
+        if (!alive) {
+            return;
+        }
+    }
+}
+
+void GraphTools::ScrollByButton(int index) {
+    QPointer<GraphTools> alive(this);
+    QPushButton& button = index == 0 ? controls_.MoveLeft : controls_.MoveRight;
+    button.setDown(true);
+    state_.DragState = 6;
+    while (state_.DragState != 0) {
+        if (!button.rect().contains(buttonMouse_) ||
+            !graph::ScrollButtonStep(state_, index, Width())) {
+            state_.DragState = 0;
+            break;
+        }
+        MoveBoxToOffset();
+        if (!controls_.Picture.RedrawRect()) {
+            state_.DragState = 0;
+            state_.SingleFileState = 0;
+            break;
+        }
+        DispValues(1);
+        LetEventsIn();
+        if (!alive) {
+            return;
+        }
+    }
+    button.setDown(false);
+    Redraw(1);
+}
+
+void GraphTools::EndBoxDrag(int dragState, std::int32_t mouseX) {
+    const int stripWidth = controls_.Strip.width();
+    if (dragState == 1) {
+        graph::EndBoxMove(state_, controls_.Strip.Box().Left, stripWidth);
+    } else {
+        const graph::ScrollBox box = graph::EndBoxZoom(state_, dragState, controls_.Strip.Box(),
+                                                       mouseX, stripWidth, Width());
+        controls_.Strip.MoveBox(box.Left, box.Width);
+    }
+    state_.DragState = 0;
+    if (Redraw(1)) {
+        DispValues(1);
+        if (dragState != 1) {
+            SaveLayout();
+        }
+    }
+    if (dragState == 1) {
+        state_.SingleFileState = 0;
+    }
+}
+
+bool GraphTools::Redraw(int mode) {
+    if (controls_.Picture.RedrawGraph(mode)) {
+        return true;
+    }
+    state_.SingleFileState = 0;
+    return false;
+}
+
+void GraphTools::DispValues(int move) {
+    graph::DispValues(state_, move, context_.Laf);
+    emit ReadOutChanged();
+}
+
+void GraphTools::MoveBoxToOffset() {
+    if (graph::ScrollStripOf(state_).Shown) {
+        controls_.Strip.MoveBox(graph::ScrollBoxLeft(state_, controls_.Strip.width()), 0);
+    }
+}
+
+void GraphTools::SaveLayout() {
+    context_.Layouts.SetLayout(0, state_.Views[0].Display, state_.Time);
+}
+
+} // namespace torvane::app

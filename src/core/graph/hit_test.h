@@ -1,0 +1,42 @@
+#pragma once
+// Which item the mouse points at in the graph: the colour of a trace near the mouse names the
+// rows drawn in that colour, and when several share it, the one whose trace comes near the
+// mouse wins.
+
+#include "graph/window_state.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+
+namespace torvane::graph {
+
+inline constexpr int HitReach = 10; // pixels around the mouse that count
+
+// The colour (0xBBGGRR) at a point of the picture as the operator sees it.
+using PixelReader = std::function<std::uint32_t(int x, int y)>;
+
+// Highest and lowest row of an item's trace over `width` columns from column `left`, the first
+// column showing time `start`; nothing when the trace cannot be built.
+struct TraceRows {
+    std::int32_t Highest = 0;
+    std::int32_t Lowest = 0;
+};
+using TraceExtent = std::function<std::optional<TraceRows>(
+    int layer, int position, std::int32_t left, std::int32_t width, double start)>;
+
+// The colour value of the first trace colour found within 10 pixels of (x, y), column by
+// column; 0 when there is none. displayed[i] is how colour index i + 1 shows on the screen.
+std::uint32_t ColorAtPoint(int x, int y, const PixelReader& pixels,
+                           std::span<const std::uint32_t> displayed);
+
+// The shown colours of the colour indices 1 to 14; on this platform each shows as itself.
+std::span<const std::uint32_t> DisplayedColors();
+
+std::optional<ItemRef> HitTestItem(const GraphWindowState& state, int x, int y,
+                                   const PixelReader& pixels,
+                                   std::span<const std::uint32_t> displayed,
+                                   const TraceExtent& extent);
+
+} // namespace torvane::graph

@@ -1,0 +1,50 @@
+#pragma once
+// Moving the layers in time: the end of a drag on the scroll box or of a trace, one pass of the
+// hold-to-scroll loops (tool 1 and the cmdMove buttons), and the limits they share. Each routine
+// changes the layers' TimeOffset; the window redraws and moves the box.
+
+#include "graph/scroll_strip.h"
+#include "graph/window_state.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace torvane::graph {
+
+// Asked when linked layers would drift apart because some of them reach their end.
+inline constexpr std::string_view LayerShiftQuestion = "A layer will shift. Is it very well?";
+
+// Milliseconds shown right of the scale column of a picture `width` wide.
+double VisibleSpan(std::int32_t width, const TimeScale& scale);
+// The largest offset of a layer at which its end still fills the picture.
+double MaxOffset(const GraphWindowState& state, int layer, std::int32_t width);
+
+// The end of a box move: every layer shifts by the distance that brings the active layer's
+// offset, on the step grid, to the box's place; none goes below 0, so the layers keep their
+// distance.
+void EndBoxMove(GraphWindowState& state, std::int32_t boxLeft, std::int32_t stripWidth);
+
+// The end of pulling an edge of the box (dragState 2 the left, 3 the right) to window column
+// mouseX: the new box, at least 10 wide with the other edge kept; the time scale that shows its
+// span across the picture; then the offsets as in a box move. Returns the new box.
+ScrollBox EndBoxZoom(GraphWindowState& state, int dragState, ScrollBox box, std::int32_t mouseX,
+                     std::int32_t stripWidth, std::int32_t graphWidth);
+
+// The end of a trace drag by (dx, dy): the item's band moves by dy, and all layers move by dx
+// in whole steps, so a trace drag never shifts one layer against another.
+void EndTraceDrag(GraphWindowState& state, ItemRef item, std::int32_t dx, std::int32_t dy);
+
+// One pass of the scroll loop of tool 1 (and of tool 7 at the edges).
+enum class AutoScrollResult {
+    Waited,   // the mouse is outside the graph: nothing moved
+    Scrolled, // offsets moved (possibly by 0): redraw
+    AskShift, // linked layers would drift apart: ask the operator, then stop
+};
+AutoScrollResult AutoScrollStep(GraphWindowState& state, bool linkLayers, std::int32_t width,
+                                std::int32_t height);
+
+// One pass of a held cmdMove: index 1 forward, 0 back, linking ignored. False when the loop
+// ends: going back with the active layer already at the start.
+bool ScrollButtonStep(GraphWindowState& state, int index, std::int32_t width);
+
+} // namespace torvane::graph

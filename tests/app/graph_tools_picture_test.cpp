@@ -1,0 +1,176 @@
+// The tools over a picture that shows one trace colour and records what it is asked: the trace
+// drag with its ghost, Escape, a ghost that cannot be shown, value zoom on a hit, and a failed
+// redraw.
+
+#include "core/graph_window_fixture.h"
+#include "graph/graph_picture.h"
+#include "graph/graph_tools.h"
+#include "graph/scroll_strip_view.h"
+#include "graph_desk.h"
+#include "shell/common.h"
+#include "shell/tool_box.h"
+
+#include <QPushButton>
+#include <QtTest>
+
+using namespace torvane;
+
+namespace {
+
+// White, except for a trace of VFW's colour (index 3, which no other item has) along row 200.
+class RecordingPicture : public QWidget, public app::GraphPicture {
+public:
+    explicit RecordingPicture(QWidget* parent)
+        : QWidget(parent) {}
+
+    bool RedrawGraph(int mode) override {
+        redraws.push_back(mode);
+        return redrawWorks;
+    }
+    bool RedrawRect() override { return redrawWorks; }
+    void DrawScaleColumn() override { ++scaleColumns; }
+    bool BeginItemDrag(int layer, int position) override {
+        dragged = {layer, position};
+        return true;
+    }
+    bool MoveGhost(QPoint offset) override {
+        ghost.push_back(offset);
+        return ghostWorks;
+    }
+    void EndItemDrag() override { ++ghostsDropped; }
+    std::uint32_t PixelAt(int, int y) const override {
+        return y == 200 ? shell::ColorValue(3) : 0xFFFFFFu;
+    }
+    QWidget* Widget() override { return this; }
+
+    std::vector<int> redraws;
+    int scaleColumns = 0;
+    std::optional<graph::ItemRef> dragged;
+    std::vector<QPoint> ghost;
+    int ghostsDropped = 0;
+    bool redrawWorks = true;
+    bool ghostWorks = true;
+};
+
+// A window of the tools with one layer of a 600 s run at 100 ms a column, 10 s in.
+struct Bench {
+    Bench() {
+        fixture.Open(0, graph::testing::RunHeader());
+        fixture.state.Time = {1, 10000, 100};
+        fixture.state.Layers.Layer[0].MeasureTime = 600'000.0;
+        fixture.state.Layers.Layer[0].TimeOffset = 10'000.0;
+        fixture.state.Views[0].Display.Items[2].Top = 100;
+        fixture.state.Views[0].Display.Items[2].Bottom = 300;
+        window.resize(700, 440);
+        picture->setGeometry(0, 0, 600, 400);
+        strip->setGeometry(24, 400, 500, 24);
+        desk.context.Tools = &tools;
+        // The frame would stand over this window and take its mouse.
+        desk.frame.hide();
+        window.show();
+        if (!QTest::qWaitForWindowExposed(&window)) {
+            qFatal("no window");
+        }
+    }
+    graph::GraphWindowState& State() { return fixture.state; }
+    void MoveTo(QPoint position) const {
+        QTest::mouseMove(picture, position + QPoint(0, 1));
+        QTest::mouseMove(picture, position);
+    }
+
+    testing::Desk desk;
+    graph::testing::GraphWindowFixture fixture;
+    app::ToolSettings tools;
+    QWidget window;
+    RecordingPicture* picture = new RecordingPicture(&window);
+    app::ScrollStripView* strip = new app::ScrollStripView(&window);
+    QPushButton* left = new QPushButton(&window);
+    QPushButton* right = new QPushButton(&window);
+    app::GraphTools graphTools{
+        fixture.state, desk.context, {*picture, *strip, *left, *right, window}};
+};
+
+} // namespace
+
+class GraphToolsPictureTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    // VFW's trace dragged 30 columns right and 10 rows up: its band follows and all of the
+    // view moves 3 s back; the ghost went where the mouse went.
+    void ATraceDragMovesItsBandAndTheView() {
+        Bench bench;
+        bench.MoveTo({300, 200});
+        QTest::mousePress(bench.picture, Qt::LeftButton, {}, {300, 200});
+        QCOMPARE(bench.State().DragState, 4);
+        QVERIFY(bench.picture->dragged.has_value());
+        QCOMPARE(bench.picture->dragged->Position, 2);
+        QCOMPARE(bench.State().Panel.MarkedRow()->Position, 2);
+        bench.MoveTo({330, 190});
+        QTRY_COMPARE(bench.picture->ghost.size(), std::size_t{1});
+        QCOMPARE(bench.picture->ghost[0], QPoint(30, -10));
+        QTest::mouseRelease(bench.picture, Qt::LeftButton, {}, {330, 190});
+        QCOMPARE(bench.State().DragState, 0);
+        QCOMPARE(bench.picture->ghostsDropped, 1);
+        QCOMPARE(bench.State().Views[0].Display.Items[2].Top, 90);
+        QCOMPARE(bench.State().Views[0].Display.Items[2].Bottom, 290);
+        QCOMPARE(bench.State().Layers.Layer[0].TimeOffset, 7000.0);
+        QCOMPARE(bench.picture->redraws.back(), 1);
+        graph::DisplaySet saved;
+        QVERIFY(bench.desk.layouts.GetLayout(0, saved));
+        QCOMPARE(saved.Items[2].Bottom, 290);
+    }
+
+    // Escape drops the ghost and leaves everything where it was; a ghost that cannot be shown
+    // is reported and ends the drag.
+    void EscapeOrAFailedGhostEndTheDrag() {
+        Bench bench;
+        bench.MoveTo({300, 200});
+        QTest::mousePress(bench.picture, Qt::LeftButton, {}, {300, 200});
+        QTest::keyClick(&bench.window, Qt::Key_Escape);
+        QCOMPARE(bench.State().DragState, 0);
+        QCOMPARE(bench.picture->ghostsDropped, 1);
+        QTest::mouseRelease(bench.picture, Qt::LeftButton, {}, {300, 200});
+        QCOMPARE(bench.State().Layers.Layer[0].TimeOffset, 10000.0);
+        QCOMPARE(bench.State().Views[0].Display.Items[2].Bottom, 300);
+
+        bench.picture->ghostWorks = false;
+        QTest::mousePress(bench.picture, Qt::LeftButton, {}, {300, 200});
+        bench.MoveTo({340, 200});
+        QTRY_COMPARE(bench.State().DragState, 0);
+        QCOMPARE(bench.desk.sink.messages.size(), std::size_t{1});
+        QCOMPARE(bench.desk.sink.messages[0].text, std::string("Error DirectX."));
+        QCOMPARE(bench.desk.sink.messages[0].icon, shell::icons::Stop);
+        QTest::mouseRelease(bench.picture, Qt::LeftButton, {}, {340, 200});
+    }
+
+    void ValueZoomActsOnTheItemHit() {
+        Bench bench;
+        bench.tools.ToolMode = 5;
+        const int zoom = bench.State().Views[0].Display.Items[2].Zoom;
+        QTest::mouseClick(bench.picture, Qt::LeftButton, {}, {300, 195});
+        QCOMPARE(int(bench.State().Views[0].Display.Items[2].Zoom), zoom + 1);
+        QCOMPARE(bench.picture->scaleColumns, 1);
+        QCOMPARE(bench.picture->redraws, std::vector<int>{1});
+        // Off the trace nothing is hit and nothing changes.
+        QTest::mouseClick(bench.picture, Qt::LeftButton, {}, {300, 250});
+        QCOMPARE(int(bench.State().Views[0].Display.Items[2].Zoom), zoom + 1);
+    }
+
+    // A failed redraw on a cursor move stops the picture rebuilding itself and skips the
+    // read-out.
+    void AFailedRedrawClearsTheLoadedState() {
+        Bench bench;
+        bench.MoveTo({300, 100});
+        QCOMPARE(bench.State().SingleFileState, 1);
+        const std::string title = bench.State().TitleText;
+        bench.picture->redrawWorks = false;
+        bench.MoveTo({400, 100});
+        QCOMPARE(bench.State().CursorX, 411);
+        QCOMPARE(bench.State().SingleFileState, 0);
+        QCOMPARE(bench.State().TitleText, title);
+    }
+};
+
+QTEST_MAIN(GraphToolsPictureTest)
+#include "graph_tools_picture_test.moc"

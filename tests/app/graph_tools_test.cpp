@@ -1,0 +1,273 @@
+// The mouse and the keys over a graph window with a generated run: the cursor and its read-out,
+// the time zoom and what it saves, the arrow keys, the range tool, the scroll strip's pixels,
+// the box drag, a held cmdMove and the question when linked layers would drift apart.
+
+#include "graph/graph_window.h"
+#include "graph/panel_controls.h"
+#include "graph/scroll_strip.h"
+#include "graph/scrolling.h"
+#include "graph_desk.h"
+#include "shell/tool_box.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+#include <QtTest>
+
+using namespace torvane;
+using app::GraphWindow;
+
+namespace {
+
+// A window of 640 x 400 (a graph of 510 x 376, a strip of 462 columns) on a 60 s run.
+struct Window {
+    explicit Window(double durationMs = 60000.0) {
+        window = desk.frame.OpenLoggingWindow(3, desk.Run("RUN.rlg", durationMs));
+        if (window == nullptr || !QTest::qWaitForWindowExposed(&desk.frame)) {
+            qFatal("no window");
+        }
+        window->resize(640, 400);
+        graph = window->findChild<QWidget*>("picGraph");
+        strip = window->findChild<QWidget*>("picScroll");
+        box = window->findChild<QWidget*>("picBox");
+    }
+    const graph::GraphWindowState& State() const { return window->State(); }
+    double Offset(int layer = 0) const {
+        return State().Layers.Layer[std::size_t(layer)].TimeOffset;
+    }
+    QString Title() const { return window->findChild<QLabel*>("lblTm")->text(); }
+    void Tool(int mode) { desk.frame.Tools().ToolMode = mode; }
+    // A move to where the mouse already is brings no event, so the mouse comes from beside.
+    void MoveTo(QPoint position) const {
+        QTest::mouseMove(graph, position + QPoint(0, 1));
+        QTest::mouseMove(graph, position);
+    }
+
+    testing::Desk desk;
+    GraphWindow* window = nullptr;
+    QWidget* graph = nullptr;
+    QWidget* strip = nullptr;
+    QWidget* box = nullptr;
+};
+
+} // namespace
+
+class GraphToolsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    // The default layout shows 100 ms a column; the mouse's x is read 11 columns further right.
+    void TheCursorFollowsTheMouseAndTheReadOutFollowsTheCursor() {
+        Window w;
+        w.MoveTo({289, 100});
+        QCOMPARE(w.State().CursorX, 300);
+        QCOMPARE(w.Title(), QString(" Time 00h00m20s000"));
+        w.MoveTo({40, 100});
+        QCOMPARE(w.State().CursorX, 100);
+        QCOMPARE(w.Title(), QString(" Time 00h00m00s000"));
+        // Left of the hot spot's reach the graph takes no press.
+        w.Tool(7);
+        QTest::mousePress(w.graph, Qt::LeftButton, {}, {88, 100});
+        QCOMPARE(w.State().RangeState, 0);
+        QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {88, 100});
+    }
+
+    void TimeZoomKeepsTheCursorUnderTheMouseAndIsSaved() {
+        Window w;
+        w.MoveTo({289, 100}); // 20 s
+        w.Tool(3);
+        QTest::mouseClick(w.graph, Qt::LeftButton, {}, {289, 100});
+        QCOMPARE(w.State().Time, (graph::TimeScale{1, 5000, 50}));
+        // 189 columns of 50 ms left of the mouse, on the grid of 50 ms.
+        QCOMPARE(w.Offset(), 20000.0 - 9450.0);
+        graph::DisplaySet saved;
+        QVERIFY(w.desk.layouts.GetLayout(0, saved));
+        QCOMPARE(saved.Time, w.State().Time);
+        w.Tool(2);
+        QTest::mouseClick(w.graph, Qt::LeftButton, {}, {289, 100});
+        QCOMPARE(w.State().Time.MsPerStep, 100);
+
+        // Tool 5 on no trace changes nothing.
+        w.Tool(5);
+        const graph::DisplaySet before = w.State().Views[0].Display;
+        QTest::mouseClick(w.graph, Qt::LeftButton, {}, {300, 100});
+        QCOMPARE(w.State().Views[0].Display, before);
+    }
+
+    void ArrowKeysWalkTheReadOutAndStopAtTheStart() {
+        Window w;
+        w.MoveTo({289, 100});
+        const double step = w.State().Layers.MinSampleTime;
+        QVERIFY(step > 0);
+        const double cursor = w.State().Layers.Layer[0].CursorTime;
+        QTest::keyClick(w.window, Qt::Key_Right);
+        QCOMPARE(w.State().Layers.Layer[0].CursorTime, cursor + step);
+        QCOMPARE(w.State().CursorX, 300);
+        // At offset 0 the left arrow does nothing at all, though the cursor could move.
+        QTest::keyClick(w.window, Qt::Key_Left);
+        QTest::keyClick(w.window, Qt::Key_Left);
+        QCOMPARE(w.State().Layers.Layer[0].CursorTime, cursor + step);
+    }
+
+    void TheRangeToolMarksFromPressToRelease() {
+        Window w;
+        w.Tool(7);
+        w.MoveTo({289, 100});
+        QTest::mousePress(w.graph, Qt::LeftButton, {}, {289, 100});
+        QCOMPARE(w.State().RangeState, 1);
+        w.MoveTo({189, 100});
+        QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {189, 100});
+        QCOMPARE(w.State().RangeState, 2);
+        QCOMPARE(w.State().RangeStart, 10000.0);
+        QCOMPARE(w.State().RangeEnd, 20000.0);
+        // Released where it began, the range is gone.
+        QTest::mousePress(w.graph, Qt::LeftButton, {}, {189, 100});
+        QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {189, 100});
+        QCOMPARE(w.State().RangeState, 0);
+
+        // Held near the right edge, the marking scrolls until the release closes the range.
+        w.MoveTo({289, 100});
+        QTest::mousePress(w.graph, Qt::LeftButton, {}, {289, 100});
+        QTimer::singleShot(150, w.graph, [&] {
+            QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {495, 100});
+        });
+        w.MoveTo({495, 100});
+        QCOMPARE(w.State().DragState, 0);
+        QVERIFY(w.Offset() > 0.0);
+        QCOMPARE(w.State().RangeState, 2);
+        QCOMPARE(w.State().RangeStart, 20000.0);
+        QCOMPARE(w.State().RangeEnd, w.State().Layers.Layer[0].CursorTime);
+        QVERIFY(w.State().RangeEnd > 40000.0);
+    }
+
+    // The strip is cyan on black; the box shows it inverted: red on white.
+    void TheStripAndItsBoxAreDrawnFromTheStream() {
+        Window w;
+        QCOMPARE(w.strip->geometry(), QRect(154, 376, 462, 24));
+        QVERIFY(w.box->isVisible());
+        // 510 - 100 columns of 100 ms (plus one) of a 60 s run on 462 columns.
+        QCOMPARE(w.box->geometry(), QRect(0, 0, 316, 24));
+        const QImage picture = w.window->grab(w.strip->geometry()).toImage();
+        int trace = 0;
+        int ground = 0;
+        int inverted = 0;
+        for (int x = 0; x < picture.width(); ++x) {
+            for (int y = 0; y < picture.height(); ++y) {
+                const QRgb pixel = picture.pixel(x, y) & 0xFFFFFF;
+                const bool inBox = x < w.box->width();
+                trace += !inBox && pixel == 0x00FFFF ? 1 : 0;
+                ground += !inBox && pixel == 0x000000 ? 1 : 0;
+                inverted += inBox && pixel == 0xFF0000 ? 1 : 0;
+                QVERIFY2(pixel == 0x00FFFF || pixel == 0x000000 || pixel == 0xFF0000 ||
+                             pixel == 0xFFFFFF,
+                         qPrintable(QString::number(pixel, 16)));
+            }
+        }
+        QVERIFY(trace > 50);
+        QVERIFY(ground > trace);
+        QVERIFY(inverted > 50);
+
+        // mnuScrollItem(0): the strip follows Ne; choosing the checked entry changes nothing.
+        QAction* ne = w.desk.frame.Action("mnuScrollItem0");
+        QVERIFY(w.desk.frame.Action("mnuScrollItem1")->isChecked());
+        QVERIFY(ne->isEnabled());
+        ne->trigger();
+        QCOMPARE(w.State().Layers.Layer[0].ScrollItem, 0);
+        QVERIFY(ne->isChecked());
+        QVERIFY(!w.desk.frame.Action("mnuScrollItem1")->isChecked());
+        QCOMPARE(w.window->findChild<app::TitleItem*>("ucnScroll")->Title(), QString("Ne"));
+        const QImage ofNe = w.window->grab(w.strip->geometry()).toImage();
+        QVERIFY(ofNe != picture);
+        ne->trigger();
+        QVERIFY(ne->isChecked());
+        QCOMPARE(w.window->grab(w.strip->geometry()).toImage(), ofNe);
+    }
+
+    // Dragged by 92 strip columns (12 s of the strip's 60 s), the view follows on its step grid;
+    // pulling the right edge in zooms.
+    void DraggingTheBoxScrollsAndPullingAnEdgeZooms() {
+        Window w;
+        QTest::mousePress(w.box, Qt::LeftButton, {}, {100, 10});
+        QCOMPARE(w.State().DragState, 1);
+        QTest::mouseMove(w.box, {192, 10});
+        QTRY_COMPARE(w.box->x(), 92); // on the next tick of tmrScroll
+        // The box moved under the mouse.
+        QTest::mouseRelease(w.box, Qt::LeftButton, {}, {100, 10});
+        QCOMPARE(w.State().DragState, 0);
+        const double expected = 92.0 / 462 * w.State().ScrollSpan;
+        QCOMPARE(w.Offset(), expected - std::fmod(std::round(expected), 100.0));
+
+        // The right edge pulled to 41 columns wide: 60 s x 41 / 462 over 410 columns.
+        const int right = w.box->width() - 2;
+        QTest::mousePress(w.box, Qt::LeftButton, {}, {right, 10});
+        QCOMPARE(w.State().DragState, 3);
+        QTest::mouseMove(w.box, {41, 10});
+        QTest::qWait(250);
+        QCOMPARE(w.box->width(), 316); // only the band follows the mouse
+        QTest::mouseRelease(w.box, Qt::LeftButton, {}, {41, 10});
+        QCOMPARE(w.box->width(), 41);
+        QCOMPARE(w.State().Time, (graph::TimeScale{1, 1500, 15}));
+    }
+
+    // cmdMove(1) held moves by 5 steps a pass until it is released.
+    void AHeldMoveButtonScrollsUntilReleased() {
+        Window w;
+        auto* button = w.window->findChild<QPushButton*>("cmdMove1");
+        QTimer::singleShot(200, button, [&] { QTest::mouseRelease(button, Qt::LeftButton); });
+        QTest::mousePress(button, Qt::LeftButton);
+        QCOMPARE(w.State().DragState, 0);
+        QVERIFY(w.Offset() > 0.0);
+        QCOMPARE(std::fmod(w.Offset(), 500.0), 0.0);
+        QCOMPARE(w.box->x(), graph::ScrollBoxLeft(w.State(), w.strip->width()) - 154);
+        // cmdMove(0) brings it back to the start and stops there by itself.
+        auto* back = w.window->findChild<QPushButton*>("cmdMove0");
+        QTimer::singleShot(2000, back, [&] { QTest::mouseRelease(back, Qt::LeftButton); });
+        QTest::mousePress(back, Qt::LeftButton);
+        QCOMPARE(w.Offset(), 0.0);
+        QTest::mouseRelease(back, Qt::LeftButton);
+    }
+
+    // With linking on, tool 1 asks before a shorter second layer runs into its end, and only
+    // Yes lets them drift apart.
+    void LinkedLayersAskBeforeTheyDriftApart() {
+        Window w;
+        w.desk.choices = {w.desk.Run("SHORT.rlg", 12000.0, 2)};
+        w.desk.frame.Action("mnuOpenLayer")->trigger();
+        QCOMPARE(w.State().LastLayer, 1);
+        w.Tool(1);
+        w.desk.frame.Tools().LinkLayers = 1;
+        w.desk.sink.messages.clear();
+        w.desk.sink.SetAnswer(shell::answers::No);
+        w.MoveTo({450, 100});
+        // Should the question not come, the hold ends after a second.
+        QTimer::singleShot(1000, w.graph, [&] {
+            if (w.State().DragState == 6) {
+                QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {450, 100});
+            }
+        });
+        QTest::mousePress(w.graph, Qt::LeftButton, {}, {450, 100});
+        QCOMPARE(w.desk.sink.messages.size(), std::size_t{1});
+        QCOMPARE(w.desk.sink.messages[0].text, std::string(graph::LayerShiftQuestion));
+        QCOMPARE(w.desk.sink.messages[0].buttons, shell::buttons::YesNo);
+        QCOMPARE(w.desk.sink.messages[0].icon, shell::icons::Information);
+        QVERIFY(!w.State().ShiftAccepted);
+        QCOMPARE(w.Offset(), 0.0);
+        QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {450, 100});
+
+        w.desk.sink.SetAnswer(shell::answers::Yes);
+        QTest::mousePress(w.graph, Qt::LeftButton, {}, {450, 100});
+        QVERIFY(w.State().ShiftAccepted);
+        // Accepted, the next hold scrolls the main layer alone.
+        QTimer::singleShot(100, w.graph, [&] {
+            QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {450, 100});
+        });
+        QTest::mousePress(w.graph, Qt::LeftButton, {}, {450, 100});
+        QCOMPARE(w.desk.sink.messages.size(), std::size_t{2});
+        QVERIFY(w.Offset() > 0.0);
+        QCOMPARE(w.Offset(1), 0.0);
+        QCOMPARE(w.State().DragState, 0);
+    }
+};
+
+QTEST_MAIN(GraphToolsTest)
+#include "graph_tools_test.moc"
