@@ -50,8 +50,7 @@ double InterpolatedReading(const std::filesystem::path& path, double t, int inte
     if (m == 0) {
         return samples.current;
     }
-    return samples.current +
-           (samples.next - samples.current) * static_cast<double>(m) / interval;
+    return samples.current + (samples.next - samples.current) * static_cast<double>(m) / interval;
 }
 
 } // namespace
@@ -60,6 +59,10 @@ double RawToValue(const LogHeader& header, int channel, double raw, const logger
     if (!(raw > 0.0)) {
         return raw;
     }
+    return ConvertRaw(header, channel, raw, laf);
+}
+
+double ConvertRaw(const LogHeader& header, int channel, double raw, const logger::LafTable& laf) {
     double value = raw;
     switch (channel) {
     case Ne:

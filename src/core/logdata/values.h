@@ -17,13 +17,18 @@ struct TimeScale {
 // is no reading and stands as it is; a converted value below 0 shows as 0.
 double RawToValue(const LogHeader& header, int channel, double raw, const logger::LafTable& laf);
 
+// The conversion table alone: a reading of 0 is converted like any other (traces draw it so);
+// a converted value below 0 is 0.
+double ConvertRaw(const LogHeader& header, int channel, double raw, const logger::LafTable& laf);
+
 // Interval in ms of the stream that a channel reads: its sampling entry, 300 for LAP.
 int ChannelSampleTime(const LogHeader& header, int channel);
 
 class ValueReader {
 public:
     ValueReader(const LayerSet& layers, const logger::LafTable& laf)
-        : layers_(layers), laf_(laf) {}
+        : layers_(layers)
+        , laf_(laf) {}
 
     // The value of item `slot` (an index of ItemChannel) of a layer at time t in ms. A missing
     // or short stream gives 0: this runs on every cursor move and says nothing.
