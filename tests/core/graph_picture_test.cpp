@@ -42,22 +42,22 @@ TEST_F(PictureTest, RangeBandFollowsTheMarkedRange) {
     EXPECT_EQ(RangeBandOf(state, 600, 400), std::nullopt);
     state.RangeState = 1;
     state.RangeStart = 0.0; // at the left edge: from the axis to the cursor
-    EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{100, 14, 300, 380}));
+    EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{100, 14, 200, 366}));
     state.RangeStart = 1000.0; // on the cursor: nothing to fill
     EXPECT_EQ(RangeBandOf(state, 600, 400), std::nullopt);
     state.RangeStart = 1500.0;
-    EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{300, 14, 400, 380}));
+    EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{300, 14, 100, 366}));
     state.RangeStart = 99999.0; // past the right edge: from the cursor to the edge
-    EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{300, 14, 600, 380}));
+    EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{300, 14, 300, 366}));
 
     state.RangeState = 2;
     state.RangeStart = 500.0;
     state.RangeEnd = 99999.0;
-    EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{200, 14, 600, 380}));
+    EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{200, 14, 400, 366}));
     state.Layers.Layer[0].TimeOffset = 100000.0; // wholly before the window
     EXPECT_EQ(RangeBandOf(state, 600, 400), std::nullopt);
     state.RangeEnd = 200000.0; // covering it
-    EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{100, 14, 600, 380}));
+    EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{100, 14, 500, 366}));
 }
 
 TEST_F(PictureTest, DeltaLineOnlyInDeltaModeInsideTheWindow) {
@@ -109,7 +109,7 @@ TEST_F(PictureTest, LapBarCellsFillOddLapsAndNameThemByWidth) {
     state.Layers.Lap[0].LapTime = {0.0, 1000.0, 2000.0, 2250.0};
     // One column per 5 ms: marks at columns 300, 500 and 550.
     const LapBar bar = LapBarOf(state, 600);
-    EXPECT_THAT(bar.Filled, ElementsAre(PixelRect{100, 0, 300, 13}, PixelRect{500, 0, 550, 13}));
+    EXPECT_THAT(bar.Filled, ElementsAre(PixelRect{100, 0, 200, 13}, PixelRect{500, 0, 50, 13}));
     EXPECT_THAT(bar.Texts,
                 ElementsAre(TextAt{4, 1, "A_VERY_LONG_RUN"}, TextAt{102, 1, "1L 00m01s000"},
                             TextAt{302, 1, "2L 00m01s000"}, TextAt{502, 1, "3L"}));

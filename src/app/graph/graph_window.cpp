@@ -1,5 +1,6 @@
 #include "graph/graph_window.h"
 
+#include "graph/graph_view.h"
 #include "graph/item_panel.h"
 #include "graph/panel_controls.h"
 #include "graph/plain_areas.h"
@@ -40,7 +41,7 @@ GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* paren
     , title_(new QLabel(QString::fromUtf8(graph::InitialTitleText.data(),
                                           static_cast<qsizetype>(graph::InitialTitleText.size())),
                         this))
-    , graph_(new PlainArea(this))
+    , graph_(new GraphView(state_, context.Laf, context.Sink, this))
     , strip_(new PlainArea(this))
     , box_(new QFrame(strip_))
     , moveLeft_(new QPushButton("<", this))
@@ -62,7 +63,7 @@ GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* paren
     moveLeft_->setObjectName("cmdMove0");
     moveRight_->setObjectName("cmdMove1");
     scrollTitle_->setObjectName("ucnScroll");
-    connect(graph_, &PlainArea::Pressed, this, &GraphWindow::PressGraph);
+    connect(graph_, &GraphView::Pressed, this, &GraphWindow::PressGraph);
     ApplyGeometry();
     ApplyScrollStrip();
 }
@@ -125,12 +126,14 @@ bool GraphWindow::SelectLayer(int layer) {
 }
 
 bool GraphWindow::DrawScales() {
-    graph_->update();
+    graph_->DrawScaleColumn();
     return true;
 }
 
 void GraphWindow::RedrawGraph() {
-    graph_->update();
+    if (!graph_->RedrawGraph(1)) {
+        state_.SingleFileState = 0;
+    }
 }
 
 void GraphWindow::DispValues(bool recalculateCursor) {

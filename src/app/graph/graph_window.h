@@ -21,6 +21,7 @@ class QPushButton;
 namespace torvane::app {
 
 class FileCaptionBox;
+class GraphView;
 class ItemRowControl;
 class PlainArea;
 class TitleItem;
@@ -77,7 +78,7 @@ private:
     bool unloaded_ = false;
 
     QLabel* title_;                        // lblTm
-    PlainArea* graph_;                     // picGraph
+    GraphView* graph_;                     // picGraph
     PlainArea* strip_;                     // picScroll
     QFrame* box_;                          // picBox
     QPushButton* moveLeft_;                // cmdMove(0)

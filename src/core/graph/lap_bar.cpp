@@ -40,7 +40,7 @@ void AddRow(LapBar& bar, const GraphWindowState& state, int layer, std::int32_t 
     const auto cell = [&](std::int64_t right, bool lastCell) {
         if (j % 2 == 1) {
             bar.Filled.push_back({static_cast<std::int32_t>(left), top,
-                                  static_cast<std::int32_t>(right), top + LapCellRows});
+                                  static_cast<std::int32_t>(right - left), LapCellRows});
         }
         std::string label = CellLabel(j, lapText, right - left, lastCell);
         if (!label.empty()) {

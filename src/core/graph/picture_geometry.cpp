@@ -42,16 +42,17 @@ std::optional<PixelRect> RangeBandOf(const GraphWindowState& state, std::int32_t
                                      std::int32_t height) {
     const double leftEdge = LeftEdgeTime(state);
     const double rightEdge = RightEdgeTime(leftEdge, width, state.Time);
-    PixelRect band{GraphLeft, state.LapBarHeight, width, height - TimeBandHeight};
+    std::int32_t left = GraphLeft;
+    std::int32_t right = width;
     if (state.RangeState == 1) {
         if (state.RangeStart <= leftEdge) {
-            band.Right = state.CursorX;
+            right = state.CursorX;
         } else if (state.RangeStart > rightEdge) {
-            band.Left = state.CursorX;
+            left = state.CursorX;
         } else {
             const std::int32_t start = ColumnOf(state, state.RangeStart);
-            band.Left = std::min(start, state.CursorX);
-            band.Right = std::max(start, state.CursorX);
+            left = std::min(start, state.CursorX);
+            right = std::max(start, state.CursorX);
         }
     } else if (state.RangeState == 2) {
         const auto inside = [&](double t) {
@@ -62,18 +63,19 @@ std::optional<PixelRect> RangeBandOf(const GraphWindowState& state, std::int32_t
             return std::nullopt;
         }
         if (state.RangeStart > leftEdge) {
-            band.Left = ColumnOf(state, state.RangeStart);
+            left = ColumnOf(state, state.RangeStart);
         }
         if (state.RangeEnd < rightEdge) {
-            band.Right = ColumnOf(state, state.RangeEnd);
+            right = ColumnOf(state, state.RangeEnd);
         }
     } else {
         return std::nullopt;
     }
-    if (band.Left >= band.Right) {
+    if (left >= right) {
         return std::nullopt;
     }
-    return band;
+    const std::int32_t top = state.LapBarHeight;
+    return PixelRect{left, top, right - left, height - TimeBandHeight - top};
 }
 
 std::optional<std::int32_t> DeltaMarkColumn(const GraphWindowState& state, std::int32_t width) {

@@ -1,8 +1,9 @@
 #pragma once
 // Pieces of the graph picture that follow from the window model alone: the vertical time grid
 // with its labels, the band of a marked range, the Delta reference line and the fill value of
-// the band. Rectangles are half-open: Right and Bottom are the first column and row outside.
+// the band.
 
+#include "graph/window_geometry.h"
 #include "graph/window_state.h"
 
 #include <cstdint>
@@ -11,15 +12,6 @@
 #include <vector>
 
 namespace torvane::graph {
-
-struct PixelRect {
-    std::int32_t Left = 0;
-    std::int32_t Top = 0;
-    std::int32_t Right = 0;
-    std::int32_t Bottom = 0;
-
-    friend bool operator==(const PixelRect&, const PixelRect&) = default;
-};
 
 struct TextAt {
     std::int32_t X = 0;

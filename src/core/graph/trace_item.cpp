@@ -19,15 +19,6 @@ bool IsShownLayer(const GraphWindowState& state, int layer) {
     return layer >= 0 && layer <= state.LastLayer && layer < logdata::LayerCount;
 }
 
-const ScaleRecord* ScaleOf(const GraphWindowState& state, int layer, int index) {
-    const LayerView& view = state.Views.at(static_cast<std::size_t>(layer));
-    if (index < SlotCount) {
-        return &view.ItemScale.at(static_cast<std::size_t>(index));
-    }
-    const auto k = static_cast<std::size_t>(index - SlotCount);
-    return k < view.Computed.size() ? &view.Computed[k].Scale : nullptr;
-}
-
 const logdata::FormulaItem* FormulaOf(const logdata::LayerRecord& record, int index) {
     const auto k = static_cast<std::size_t>(index - SlotCount);
     return index >= SlotCount && k < record.FormulaItems.size() ? &record.FormulaItems[k] : nullptr;
@@ -38,6 +29,18 @@ int ChannelOf(const logdata::LayerRecord& record, int index) {
 }
 
 } // namespace
+
+const ScaleRecord* ItemScaleOf(const GraphWindowState& state, int layer, int index) {
+    if (!IsShownLayer(state, layer) || index < 0) {
+        return nullptr;
+    }
+    const LayerView& view = state.Views.at(static_cast<std::size_t>(layer));
+    if (index < SlotCount) {
+        return &view.ItemScale.at(static_cast<std::size_t>(index));
+    }
+    const auto k = static_cast<std::size_t>(index - SlotCount);
+    return k < view.Computed.size() ? &view.Computed[k].Scale : nullptr;
+}
 
 PenStyle TracePenStyle(int result, int line) {
     if (result == TraceThinned) {
@@ -72,7 +75,7 @@ bool ItemDrawn(const GraphWindowState& state, int layer, int index, std::int32_t
     if (index < SlotCount && !record.ItemExists.at(static_cast<std::size_t>(index))) {
         return false;
     }
-    const ScaleRecord* scale = ScaleOf(state, layer, index);
+    const ScaleRecord* scale = ItemScaleOf(state, layer, index);
     if (scale == nullptr || scale->GridStep == 0 || scale->Pitch == 0 || scale->Divisor == 0) {
         return false;
     }
@@ -93,7 +96,7 @@ std::optional<TraceParams> TraceParamsFor(const GraphWindowState& state, int lay
     const logdata::LayerRecord& record = RecordOf(state, layer);
     const ItemDisplay* display =
         ItemDisplayOf(state.Views[static_cast<std::size_t>(layer)], record, index);
-    const ScaleRecord* scale = ScaleOf(state, layer, index);
+    const ScaleRecord* scale = ItemScaleOf(state, layer, index);
     if (display == nullptr || scale == nullptr || scale->Divisor == 0 || scale->Pitch == 0) {
         return std::nullopt;
     }

@@ -31,6 +31,9 @@ bool ItemDrawn(const GraphWindowState& state, int layer, int index, std::int32_t
 std::optional<TraceParams> TraceParamsFor(const GraphWindowState& state, int layer, int index,
                                           std::int32_t left, std::int32_t width, double start);
 
+// The scale of item `index` of a layer; null when the index names nothing.
+const ScaleRecord* ItemScaleOf(const GraphWindowState& state, int layer, int index);
+
 // Builds the item's trace with the builder of its kind: laps, computed item or stream.
 int BuildItemTrace(const GraphWindowState& state, const logger::LafTable& laf, int layer, int index,
                    const TraceParams& params, TraceLists& lists);
