@@ -44,7 +44,8 @@ void CopyColumns(QImage& target, const QImage& source, int left, int right, int 
     }
 }
 
-// The source's pixels that are not white, copied with their top left at `at`, inside `clip`.
+// The pixels of `source` that are not white, copied with the source's top left at `at`,
+// inside `clip`.
 void CopyKeyed(QImage& target, const QImage& source, QPoint at, QRect clip) {
     const QRect area = QRect(at, source.size()).intersected(clip).intersected(target.rect());
     for (int y = area.top(); y <= area.bottom(); ++y) {
@@ -186,10 +187,8 @@ bool GraphRenderer::RedrawRect() {
     const int width = size_.width();
     const int height = size_.height();
     const auto band = graph::RangeBandOf(state_, width, height);
-    Fill(compose_, QRect(GraphLeft, 0, width - GraphLeft, height), White);
-    FillBand(compose_, band);
-    CopyKeyed(compose_, scale_.copy(GraphLeft, 0, width - GraphLeft, height), QPoint(GraphLeft, 0),
-              QRect(GraphLeft, 0, width - GraphLeft, height));
+    // White, the band, then the scale keyed on white: the band under the scale's lines.
+    ComposeColumns(scale_, GraphLeft, width, band);
     composed_.reset();
     if (!DrawTraces(compose_)) {
         return false;
@@ -316,12 +315,6 @@ void GraphRenderer::DrawLapBar(QImage& surface) {
     }
 }
 
-void GraphRenderer::FillBand(QImage& surface, const std::optional<PixelRect>& band) {
-    if (band) {
-        Fill(surface, ToQRect(*band).intersected(QRect(QPoint(0, 0), size_)), BandPixel());
-    }
-}
-
 QRgb GraphRenderer::BandPixel() const {
     return 0xFF000000 | state_.BandColor;
 }
@@ -332,17 +325,18 @@ void GraphRenderer::Compose() {
     if (composed_ && composed_->Size == size_) {
         // Only the columns whose band or cursor changed are composed again.
         for (const auto& [left, right] : ChangedColumns(composed_->Band, inputs.Band)) {
-            ComposeColumns(left, right, inputs.Band);
+            ComposeColumns(graph_, left, right, inputs.Band);
         }
-        ComposeColumns(composed_->CursorX, composed_->CursorX + 1, inputs.Band);
+        ComposeColumns(graph_, composed_->CursorX, composed_->CursorX + 1, inputs.Band);
     } else {
-        ComposeColumns(0, size_.width(), inputs.Band);
+        ComposeColumns(graph_, 0, size_.width(), inputs.Band);
     }
     DrawCursor(compose_);
     composed_ = inputs;
 }
 
-void GraphRenderer::ComposeColumns(int left, int right, const std::optional<PixelRect>& band) {
+void GraphRenderer::ComposeColumns(const QImage& source, int left, int right,
+                                   const std::optional<PixelRect>& band) {
     left = std::max(left, 0);
     right = std::min(right, size_.width());
     if (right <= left) {
@@ -351,9 +345,15 @@ void GraphRenderer::ComposeColumns(int left, int right, const std::optional<Pixe
     const QRgb bandPixel = BandPixel();
     const QRect bandArea = band ? ToQRect(*band) : QRect();
     for (int y = 0; y < size_.height(); ++y) {
-        const auto* from = reinterpret_cast<const QRgb*>(graph_.constScanLine(y));
+        const auto* from = reinterpret_cast<const QRgb*>(source.constScanLine(y));
         auto* to = reinterpret_cast<QRgb*>(compose_.scanLine(y));
         const bool bandRow = band && y >= bandArea.top() && y <= bandArea.bottom();
+        if (!bandRow) {
+            // Outside the band the white key shows white: the source as it is.
+            std::memcpy(to + left, from + left,
+                        static_cast<std::size_t>(right - left) * sizeof(QRgb));
+            continue;
+        }
         for (int x = left; x < right; ++x) {
             const QRgb pixel = from[x];
             const bool inBand = bandRow && x >= bandArea.left() && x <= bandArea.right();

@@ -83,10 +83,11 @@ private:
     void DrawTimeGrid(QImage& surface, bool scrolling);
     void DrawTimeBand(QImage& surface);
     void DrawLapBar(QImage& surface);
-    void FillBand(QImage& surface, const std::optional<graph::PixelRect>& band);
     QRgb BandPixel() const;
     void Compose();
-    void ComposeColumns(int left, int right, const std::optional<graph::PixelRect>& band);
+    // Columns [left, right) of the composed picture: white, the band, `source` keyed on white.
+    void ComposeColumns(const QImage& source, int left, int right,
+                        const std::optional<graph::PixelRect>& band);
     void DrawCursor(QImage& surface);
     void DrawText(QImage& surface, const std::vector<graph::TextAt>& texts);
 

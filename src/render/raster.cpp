@@ -23,12 +23,6 @@ std::vector<int> RunsOf(graph::PenStyle style) {
     return {};
 }
 
-// round(a / n) for n > 0, halves away from the start of the line, in whole numbers.
-std::int64_t RoundedQuotient(std::int64_t a, std::int64_t n) {
-    const std::int64_t twice = 2 * a + (a >= 0 ? n : -n);
-    return twice / (2 * n);
-}
-
 } // namespace
 
 Pen::Pen(QRgb color, graph::PenStyle style)
@@ -87,15 +81,31 @@ void Raster::Line(int x1, int y1, int x2, int y2, const Pen& pen, std::int64_t& 
             }
         }
     } else {
+        // The minor coordinate is round(i * d / n), halves away from the start, kept as a
+        // running remainder instead of a division a pixel.
+        const std::int64_t minorStart = yMajor ? x1 : y1;
+        const std::int64_t dMinor = yMajor ? dx : dy;
+        const std::int64_t minorStep = dMinor > 0 ? 1 : -1;
+        const std::int64_t twiceMinor = 2 * std::abs(dMinor);
+        const std::int64_t twiceN = 2 * n;
+        std::int64_t numerator = twiceMinor * first + n;
+        std::int64_t offset = numerator / twiceN;
+        numerator %= twiceN;
         for (std::int64_t i = first; i <= last; ++i) {
-            if (!pen.Draws(phase + i)) {
-                continue;
+            if (pen.Draws(phase + i)) {
+                const std::int64_t major = start + step * i;
+                const std::int64_t minor = minorStart + minorStep * offset;
+                const std::int64_t x = yMajor ? minor : major;
+                const std::int64_t y = yMajor ? major : minor;
+                if (x >= clip_.left() && x <= clip_.right() && y >= clip_.top() &&
+                    y <= clip_.bottom()) {
+                    Row(static_cast<int>(y))[x] = color;
+                }
             }
-            const std::int64_t x = yMajor ? x1 + RoundedQuotient(dx * i, n) : x1 + step * i;
-            const std::int64_t y = yMajor ? y1 + step * i : y1 + RoundedQuotient(dy * i, n);
-            if (x >= clip_.left() && x <= clip_.right() && y >= clip_.top() &&
-                y <= clip_.bottom()) {
-                Row(static_cast<int>(y))[x] = color;
+            numerator += twiceMinor;
+            if (numerator >= twiceN) {
+                numerator -= twiceN;
+                ++offset;
             }
         }
     }

@@ -5,6 +5,7 @@
 #include "graph/graph_view.h"
 #include "graph/scale.h"
 #include "logger/laf_table.h"
+#include "render/raster.h"
 #include "shell/message_sink.h"
 
 #include <QtTest>
@@ -172,6 +173,42 @@ private slots:
         QCOMPARE(window.sink.messages.size(), std::size_t{1});
         // What the operator saw stays.
         QCOMPARE(window.At(133, TraceRow), TraceColor);
+    }
+
+    void LinesKeepTheirDashPatternAndTheirPixelsWhenClipped() {
+        QImage image(60, 40, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        const render::Pen pen(render::PixelOf(0x000000), graph::PenStyle::DashDotDot);
+        // Two segments: the pattern runs on over the corner; the last point is left out.
+        const std::vector<graph::TracePoint> points{{0, 5}, {20, 5}, {30, 5}};
+        render::Raster(image, image.rect()).Polyline(points, pen);
+        QString drawn;
+        for (int x = 0; x < 31; ++x) {
+            drawn += image.pixelColor(x, 5) == Black ? '#' : '.';
+        }
+        QCOMPARE(drawn, QString("#########...###...###...######."));
+
+        // A steep line drawn whole and drawn clipped to a box sets the same pixels in the box.
+        QImage whole(60, 40, QImage::Format_RGB32);
+        whole.fill(Qt::white);
+        QImage clipped = whole;
+        const render::Pen solid(render::PixelOf(0x000000), graph::PenStyle::Solid);
+        const QRect box(10, 10, 20, 15);
+        std::int64_t phase = 0;
+        render::Raster(whole, whole.rect()).Line(3, -50, 37, 39, solid, phase);
+        phase = 0;
+        render::Raster(clipped, box).Line(3, -50, 37, 39, solid, phase);
+        QCOMPARE(phase, std::int64_t{89});
+        for (int y = 0; y < 40; ++y) {
+            for (int x = 0; x < 60; ++x) {
+                const QColor expected = box.contains(x, y) ? whole.pixelColor(x, y) : White;
+                QCOMPARE(clipped.pixelColor(x, y), expected);
+            }
+        }
+        QCOMPARE(whole.pixelColor(37, 39), White); // the end point
+        // Row 20 is step 70 of 89: column 3 + 34 x 70 / 89 = 29.7, rounded.
+        QCOMPARE(whole.pixelColor(30, 20), Black);
+        QCOMPARE(whole.pixelColor(29, 20), White);
     }
 };
 
