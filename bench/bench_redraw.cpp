@@ -124,8 +124,8 @@ void SetScale(graph::GraphWindowState& state, int pixels, int ms) {
     state.Time = {static_cast<std::int16_t>(pixels), graph::GridColumns / pixels * ms, ms};
 }
 
-// A full redraw at one column per `ms`: 20 ms gives four samples a column, 300 ms sixty (the
-// longest envelope), 5 ms one sample a column.
+// A full redraw at one column per `ms`: 20 ms gives four samples a column, 100 ms (the factory
+// layout) twenty, 300 ms sixty (the longest envelope), 5 ms one sample a column.
 void FullRedraw(benchmark::State& bench, double minutes, int ms) {
     Window& window = Shared(minutes);
     SetScale(window.State(), 1, ms);
@@ -143,6 +143,9 @@ void RedrawLargestRun(benchmark::State& bench) {
 }
 void RedrawTenMinuteRun(benchmark::State& bench) {
     FullRedraw(bench, 10, 20);
+}
+void RedrawLargestRunDefaultScale(benchmark::State& bench) {
+    FullRedraw(bench, LargestRunMinutes, 100);
 }
 void RedrawLargestRunEnvelope(benchmark::State& bench) {
     FullRedraw(bench, LargestRunMinutes, 300);
@@ -217,6 +220,7 @@ void EnvelopeByRaster(benchmark::State& bench) {
 
 BENCHMARK(RedrawLargestRun)->Unit(benchmark::kMillisecond);
 BENCHMARK(RedrawTenMinuteRun)->Unit(benchmark::kMillisecond);
+BENCHMARK(RedrawLargestRunDefaultScale)->Unit(benchmark::kMillisecond);
 BENCHMARK(RedrawLargestRunEnvelope)->Unit(benchmark::kMillisecond);
 BENCHMARK(RedrawLargestRunSampleAColumn)->Unit(benchmark::kMillisecond);
 BENCHMARK(ScrollStep)->Unit(benchmark::kMillisecond);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <span>
 
 namespace torvane::graph {
@@ -45,6 +46,32 @@ public:
             Fill(k);
         }
         return static_cast<double>(buffer_[static_cast<std::size_t>(k - first_)]);
+    }
+
+    // Lowest and highest raw value of `count` samples from number k on.
+    void Extent(std::int64_t k, std::int64_t count, double& low, double& high) {
+        std::int32_t lowest = std::numeric_limits<std::int32_t>::max();
+        std::int32_t highest = std::numeric_limits<std::int32_t>::min();
+        const std::int64_t end = k + count;
+        if (k < 1 || end > count_ + 1) {
+            // Numbers outside the stream read as 0.
+            lowest = std::min(lowest, 0);
+            highest = std::max(highest, 0);
+            k = std::max<std::int64_t>(k, 1);
+        }
+        while (k < std::min(end, count_ + 1)) {
+            if (k < first_ || k >= first_ + block_) {
+                Fill(k);
+            }
+            const std::int64_t stop = std::min({end, first_ + block_, count_ + 1});
+            const auto [least, most] = std::minmax_element(buffer_.begin() + (k - first_),
+                                                           buffer_.begin() + (stop - first_));
+            lowest = std::min(lowest, *least);
+            highest = std::max(highest, *most);
+            k = stop;
+        }
+        low = static_cast<double>(lowest);
+        high = static_cast<double>(highest);
     }
 
 private:
@@ -183,13 +210,9 @@ public:
             // Columns of a ratio that is no whole number carry the remainder to the next.
             const std::int64_t count = a / b_.s == k ? k : k + 1;
             a -= count * b_.s;
-            double high = source_.Get(pos);
-            double low = high;
-            for (std::int64_t j = 1; j < count; ++j) {
-                const double raw = source_.Get(pos + j);
-                high = std::max(high, raw);
-                low = std::min(low, raw);
-            }
+            double low = 0.0;
+            double high = 0.0;
+            source_.Extent(pos, count, low, high);
             pos += count;
             Push(lists_, x, Row(pulses ? 0.0 : convert_(low)));
             Push(lists_, x, Row(convert_(high)));
