@@ -173,6 +173,11 @@ private slots:
         QCOMPARE(window.sink.messages.size(), std::size_t{1});
         // What the operator saw stays.
         QCOMPARE(window.At(133, TraceRow), TraceColor);
+
+        // A band wholly below the picture is never read, so its missing stream is no failure.
+        window.state.Views[0].Display.Items[logdata::VFW].Bottom = 2000;
+        QVERIFY(window.view->RedrawGraph(1));
+        QCOMPARE(window.sink.messages.size(), std::size_t{1});
     }
 
     void LinesKeepTheirDashPatternAndTheirPixelsWhenClipped() {

@@ -1,5 +1,6 @@
 // Runs the real torvane-cli binary on files made here, with TORVANE_HOME in a private folder.
 
+#include "layout/layout_store.h"
 #include "logdata/log_header.h"
 #include "support/run_process.h"
 #include "support/temp_folder.h"
@@ -223,6 +224,15 @@ TEST_F(CliTest, RenderDrawsTheGraphOfARunAtTheGivenSizeAndTime) {
                   "--pixels-per-step", "5", "--ms-per-step", "5"});
     ASSERT_EQ(result.status, 0) << result.err;
     EXPECT_NE(torvane::testing::ReadText(first), torvane::testing::ReadText(zoomed));
+
+    // Record 0 of a new layout file is the factory display: the same picture.
+    const std::vector<std::uint8_t> factory = layout::FactoryLayoutFile();
+    WriteText(folder / "LAYOUT.DAT", std::string(factory.begin(), factory.end()));
+    const auto laidOut = folder / "laid-out.png";
+    result = Cli({"render", run, laidOut.string(), "--size", "640x480", "--layout",
+                  (folder / "LAYOUT.DAT").string()});
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(torvane::testing::ReadText(first), torvane::testing::ReadText(laidOut));
 }
 
 TEST_F(CliTest, RenderRefusesBadInputAndWritesNothing) {
