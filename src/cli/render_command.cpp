@@ -50,6 +50,7 @@ int Render(const RenderOptions& options) {
 
     StderrSink sink;
     const Environment environment = LoadEnvironment(sink);
+    // The window's streams go to the private folder of a deployed run, removed at the end.
     DeployedRun folder;
     graph::GraphWindowState state;
     state.Layers.TempDir = folder.Layers().TempDir;
