@@ -65,6 +65,20 @@ struct ExportOptions {
 };
 int Export(const ExportOptions& options);
 
+// The graph area of a window showing the run (the default display, or record 0 of a layout
+// file) drawn to a PNG file, without a screen.
+struct RenderOptions {
+    std::filesystem::path input;
+    std::filesystem::path output;
+    int width = 1024;
+    int height = 600;
+    double offset = 0.0;
+    std::optional<int> pixelsPerStep;
+    std::optional<int> msPerStep;
+    std::optional<std::filesystem::path> layout;
+};
+int Render(const RenderOptions& options);
+
 // The logger commands: one short link each, through the same policy as the desktop's windows.
 // Messages go to stderr; questions are answered No (Cancel) unless yes.
 enum class LoggerCommand { Status, List, Download, Clear };

@@ -27,6 +27,19 @@ std::vector<double> ParseTimes(const std::string& text) {
     return times;
 }
 
+// "--size 1920x1080" as width and height.
+void ParseSize(const std::string& text, int& width, int& height) {
+    const auto separator = text.find('x');
+    const auto number = [&text](std::size_t first, std::size_t last, int& value) {
+        const auto [ptr, ec] = std::from_chars(text.data() + first, text.data() + last, value);
+        return first < last && ec == std::errc{} && ptr == text.data() + last;
+    };
+    if (separator == std::string::npos || !number(0, separator, width) ||
+        !number(separator + 1, text.size(), height)) {
+        throw CLI::ValidationError("--size", "not WxH: \"" + text + "\"");
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -97,6 +110,23 @@ int main(int argc, char** argv) {
     generateCommand->add_option("--setting", generate.setting,
                                 "SETTING.DAT (82 bytes) that decides the channels and intervals");
 
+    RenderOptions renderOptions;
+    std::string renderSize;
+    auto* renderCommand = app.add_subcommand(
+        "render", "Draw the graph of a window showing the run into a PNG file, without a screen");
+    renderCommand->add_option("FILE", renderOptions.input, "The logging file")->required();
+    renderCommand->add_option("OUT", renderOptions.output, "The PNG file to write")->required();
+    renderCommand->add_option("--size", renderSize, "Size of the graph, WxH (default 1024x600)");
+    renderCommand->add_option("--offset", renderOptions.offset, "Time at the left edge, ms");
+    renderCommand
+        ->add_option("--pixels-per-step", renderOptions.pixelsPerStep,
+                     "Time scale: pixels per step")
+        ->check(CLI::PositiveNumber);
+    renderCommand->add_option("--ms-per-step", renderOptions.msPerStep, "Time scale: ms per step")
+        ->check(CLI::PositiveNumber);
+    renderCommand->add_option("--layout", renderOptions.layout,
+                              "LAYOUT.DAT whose record 0 is the display");
+
     LoggerOptions loggerOptions;
     auto* loggerCommand = app.add_subcommand(
         "logger", "Work with the logger: status, list, download NUMBER OUT.rlg, clear");
@@ -149,6 +179,12 @@ int main(int argc, char** argv) {
         }
         if (*generateCommand) {
             return Generate(generate);
+        }
+        if (*renderCommand) {
+            if (!renderSize.empty()) {
+                ParseSize(renderSize, renderOptions.width, renderOptions.height);
+            }
+            return Render(renderOptions);
         }
         if (*loggerCommand) {
             return Logger(loggerOptions);

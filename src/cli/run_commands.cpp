@@ -43,11 +43,10 @@ void PrintInfoText(const DeployedRun& run) {
               << shell::ShortestText(layer.MeasureTime) << " ms)\n"
               << "MinSampleTime  " << run.Layers().MinSampleTime << " ms\n"
               << "DeployCount    " << layer.DeployCount << "\n"
-              << "SusMode " << header.SusMode() << "  LafMode " << header.LafMode()
-              << "  LapWord " << header.LapWord() << "\n"
-              << "ThClose " << header.ThClose() << "  ThOpen " << header.ThOpen()
-              << "  FrSusZero " << header.FrSusZero() << "  RrSusZero " << header.RrSusZero()
-              << "\n"
+              << "SusMode " << header.SusMode() << "  LafMode " << header.LafMode() << "  LapWord "
+              << header.LapWord() << "\n"
+              << "ThClose " << header.ThClose() << "  ThOpen " << header.ThOpen() << "  FrSusZero "
+              << header.FrSusZero() << "  RrSusZero " << header.RrSusZero() << "\n"
               << "Header words  ";
     for (int i = 0; i < logdata::LogHeaderWords; ++i) {
         std::cout << ' ' << header.Word(i);
@@ -152,8 +151,8 @@ int Values(const ValuesOptions& options) {
             const int channel = layer.ItemChannel[static_cast<std::size_t>(slot)];
             const double value = reader.ValueAt(0, slot, time, scale);
             values[std::string(logdata::ChannelName(channel))] = JsonNumber(value);
-            line += "  " + std::string(logdata::ChannelName(channel)) + " " +
-                    ValueText(value, channel);
+            line +=
+                "  " + std::string(logdata::ChannelName(channel)) + " " + ValueText(value, channel);
         }
         rows.push_back({{"time", JsonNumber(time)}, {"values", values}});
         if (!options.json) {

@@ -2,7 +2,9 @@
 // the time zoom and what it saves, the arrow keys, the range tool, the scroll strip's pixels,
 // the box drag, a held cmdMove and the question when linked layers would drift apart.
 
+#include "graph/graph_picture.h"
 #include "graph/graph_window.h"
+#include "graph/hit_test.h"
 #include "graph/panel_controls.h"
 #include "graph/scroll_strip.h"
 #include "graph/scrolling.h"
@@ -37,6 +39,22 @@ struct Window {
     }
     QString Title() const { return window->findChild<QLabel*>("lblTm")->text(); }
     void Tool(int mode) { desk.frame.Tools().ToolMode = mode; }
+    // A point of the graph with (or without) a trace colour within the hit test's reach.
+    QPoint PointNearTrace(bool near) const {
+        auto* picture = dynamic_cast<app::GraphPicture*>(graph);
+        const graph::PixelReader pixels = [picture](int x, int y) {
+            return picture->PixelAt(x, y);
+        };
+        for (int y = 40; y < graph->height() - 40; y += 7) {
+            for (int x = 120; x < graph->width() - 20; x += 7) {
+                const bool found = graph::ColorAtPoint(x, y, pixels, graph::DisplayedColors()) != 0;
+                if (found == near) {
+                    return {x, y};
+                }
+            }
+        }
+        qFatal("no such point");
+    }
     // A move to where the mouse already is brings no event, so the mouse comes from beside.
     void MoveTo(QPoint position) const {
         QTest::mouseMove(graph, position + QPoint(0, 1));
@@ -87,11 +105,13 @@ private slots:
         QTest::mouseClick(w.graph, Qt::LeftButton, {}, {289, 100});
         QCOMPARE(w.State().Time.MsPerStep, 100);
 
-        // Tool 5 on no trace changes nothing.
+        // Tool 5 on no trace changes nothing; on a trace it zooms that item.
         w.Tool(5);
         const graph::DisplaySet before = w.State().Views[0].Display;
-        QTest::mouseClick(w.graph, Qt::LeftButton, {}, {300, 100});
+        QTest::mouseClick(w.graph, Qt::LeftButton, {}, w.PointNearTrace(false));
         QCOMPARE(w.State().Views[0].Display, before);
+        QTest::mouseClick(w.graph, Qt::LeftButton, {}, w.PointNearTrace(true));
+        QVERIFY(w.State().Views[0].Display != before);
     }
 
     void ArrowKeysWalkTheReadOutAndStopAtTheStart() {

@@ -2,6 +2,7 @@
 // refusals, the layers, closing, resizing and the drop of a file.
 
 #include "binding/tlm_decompressor.h"
+#include "graph/graph_picture.h"
 #include "graph/graph_window.h"
 #include "graph/graph_window_context.h"
 #include "graph/panel_controls.h"
@@ -97,13 +98,17 @@ private slots:
         auto* title = window->findChild<QLabel*>("lblTm");
         QCOMPARE(title->text(), QString(" Time -00h00m10s000"));
 
-        // The marked caption is white on dark blue, an unmarked row black on cyan, the graph white.
+        // The marked caption is white on dark blue, an unmarked row black on cyan, and the graph
+        // shows the picture it reports.
         QCOMPARE(PixelOf(*window, *file, {file->width() - 3, 3}), QColor(0x00, 0x00, 0x80));
         QCOMPARE(PixelOf(*window, *rows.front(), {rows.front()->width() - 2, 1}),
                  QColor(0x00, 0xFF, 0xFF));
         QWidget* graph = window->findChild<QWidget*>("picGraph");
-        QCOMPARE(PixelOf(*window, *graph, {graph->width() / 2, graph->height() / 2}),
-                 QColor(Qt::white));
+        const QPoint middle(graph->width() / 2, graph->height() / 2);
+        const std::uint32_t shown =
+            dynamic_cast<app::GraphPicture*>(graph)->PixelAt(middle.x(), middle.y());
+        QCOMPARE(PixelOf(*window, *graph, middle),
+                 QColor(shown & 0xFF, (shown >> 8) & 0xFF, (shown >> 16) & 0xFF));
 
         // A click on the title time switches to the Delta display and back.
         QTest::mouseClick(title, Qt::LeftButton);

@@ -219,7 +219,8 @@ TEST_F(CliTest, BadArgumentsAreRefusedAndEveryCommandHasHelp) {
     EXPECT_EQ(result.status, 1);
 
     EXPECT_NE(Cli({"values", (folder / "small.rlg").string(), "--at", "10,abc"}).status, 0);
-    for (const char* command : {"pack", "unpack", "info", "values", "laps", "export", "generate"}) {
+    for (const char* command :
+         {"pack", "unpack", "info", "values", "laps", "export", "generate", "render"}) {
         const auto help = Cli({command, "--help"});
         EXPECT_EQ(help.status, 0) << command;
         EXPECT_NE(help.out.find("Usage"), std::string::npos) << command;
@@ -249,6 +250,69 @@ TEST_F(CliTest, GeneratedRunsAreDeterministicAndRealistic) {
     WriteText(folder / "bad-setting.dat", "short");
     EXPECT_EQ(Cli({"generate", second, "--setting", (folder / "bad-setting.dat").string()}).status,
               1);
+}
+
+// Width and height of a PNG file from its header; zero when it is no PNG.
+std::pair<std::uint32_t, std::uint32_t> PngSize(const std::filesystem::path& file) {
+    const std::string bytes = torvane::testing::ReadText(file);
+    if (bytes.size() < 24 || bytes.compare(1, 3, "PNG") != 0) {
+        return {0, 0};
+    }
+    const auto word = [&bytes](std::size_t at) {
+        std::uint32_t value = 0;
+        for (std::size_t i = 0; i < 4; ++i) {
+            value = value << 8 | static_cast<std::uint8_t>(bytes[at + i]);
+        }
+        return value;
+    };
+    return {word(16), word(20)};
+}
+
+TEST_F(CliTest, RenderDrawsTheGraphOfARunAtTheGivenSizeAndTime) {
+    const std::string run = (folder / "run.rlg").string();
+    ASSERT_EQ(Cli({"generate", run, "--minutes", "1", "--seed", "3"}).status, 0);
+    const auto first = folder / "first.png";
+    auto result = Cli({"render", run, first.string(), "--size", "640x480"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(PngSize(first), (std::pair<std::uint32_t, std::uint32_t>{640, 480}));
+
+    const auto zoomed = folder / "zoomed.png";
+    result = Cli({"render", run, zoomed.string(), "--size", "640x480", "--offset", "20000",
+                  "--pixels-per-step", "5", "--ms-per-step", "5"});
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_NE(torvane::testing::ReadText(first), torvane::testing::ReadText(zoomed));
+
+    // Record 0 of a new layout file is the factory display: the same picture.
+    const std::vector<std::uint8_t> factory = layout::FactoryLayoutFile();
+    WriteText(folder / "LAYOUT.DAT", std::string(factory.begin(), factory.end()));
+    const auto laidOut = folder / "laid-out.png";
+    result = Cli({"render", run, laidOut.string(), "--size", "640x480", "--layout",
+                  (folder / "LAYOUT.DAT").string()});
+    ASSERT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(torvane::testing::ReadText(first), torvane::testing::ReadText(laidOut));
+}
+
+TEST_F(CliTest, RenderRefusesBadInputAndWritesNothing) {
+    const std::string run = (folder / "run.rlg").string();
+    ASSERT_EQ(Cli({"generate", run, "--minutes", "1"}).status, 0);
+    const std::string whole = torvane::testing::ReadText(run);
+    WriteText(folder / "cut.rlg", whole.substr(0, whole.size() / 2));
+    const auto out = folder / "out.png";
+
+    auto result = Cli({"render", (folder / "cut.rlg").string(), out.string()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_FALSE(result.err.empty());
+    EXPECT_NE(Cli({"render", run, out.string(), "--size", "90x400"}).status, 0);
+    EXPECT_NE(Cli({"render", run, out.string(), "--size", "wide"}).status, 0);
+    WriteText(folder / "LAYOUT.DAT", "short");
+    result = Cli({"render", run, out.string(), "--layout", (folder / "LAYOUT.DAT").string()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err.find("LAYOUT.DAT"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(out));
+
+    result = Cli({"render", run, (folder / "missing" / "out.png").string()});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_NE(result.err.find("cannot write"), std::string::npos);
 }
 
 } // namespace

@@ -1,10 +1,11 @@
 #include "graph/graph_window.h"
 
 #include "graph/graph_tools.h"
+#include "graph/graph_view.h"
+#include "graph/hit_test.h"
 #include "graph/item_panel.h"
 #include "graph/lap_list.h"
 #include "graph/panel_controls.h"
-#include "graph/plain_areas.h"
 #include "graph/read_out.h"
 #include "graph/scroll_strip_view.h"
 #include "graph/window_geometry.h"
@@ -41,7 +42,7 @@ GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* paren
     , title_(new QLabel(QString::fromUtf8(graph::InitialTitleText.data(),
                                           static_cast<qsizetype>(graph::InitialTitleText.size())),
                         this))
-    , graph_(new PlainArea(this))
+    , graph_(new GraphView(state_, context.Laf, context.Sink, this))
     , strip_(new ScrollStripView(this))
     , moveLeft_(new QPushButton("<", this))
     , moveRight_(new QPushButton(">", this))
@@ -61,6 +62,7 @@ GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* paren
     moveLeft_->setObjectName("cmdMove0");
     moveRight_->setObjectName("cmdMove1");
     scrollTitle_->setObjectName("ucnScroll");
+    tools_->SetTraceExtent(graph::TraceExtentOf(state_, context.Laf));
     connect(tools_, &GraphTools::ReadOutChanged, this, &GraphWindow::SyncPanel);
     connect(tools_, &GraphTools::LayerChanged, this, [this] {
         ApplyScrollStrip();
@@ -186,12 +188,14 @@ bool GraphWindow::SelectLayer(int layer) {
 }
 
 bool GraphWindow::DrawScales() {
-    graph_->update();
+    graph_->DrawScaleColumn();
     return true;
 }
 
 void GraphWindow::RedrawGraph() {
-    graph_->update();
+    if (!graph_->RedrawGraph(1)) {
+        state_.SingleFileState = 0;
+    }
 }
 
 void GraphWindow::DispValues(bool recalculateCursor) {

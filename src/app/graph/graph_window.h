@@ -21,8 +21,8 @@ namespace torvane::app {
 
 class FileCaptionBox;
 class GraphTools;
+class GraphView;
 class ItemRowControl;
-class PlainArea;
 class ScrollStripView;
 class TitleItem;
 
@@ -92,7 +92,7 @@ private:
     bool unloaded_ = false;
 
     QLabel* title_;          // lblTm
-    PlainArea* graph_;       // picGraph
+    GraphView* graph_;       // picGraph
     ScrollStripView* strip_; // picScroll, with picBox
     QPushButton* moveLeft_;  // cmdMove(0)
     QPushButton* moveRight_; // cmdMove(1)

@@ -2,8 +2,10 @@
 
 #include "graph/layer_view.h"
 #include "graph/time_axis.h"
+#include "graph/trace_item.h"
 #include "shell/common.h"
 
+#include <algorithm>
 #include <array>
 #include <vector>
 
@@ -102,6 +104,26 @@ std::optional<ItemRef> HitTestItem(const GraphWindowState& state, int x, int y,
         }
     }
     return std::nullopt;
+}
+
+TraceExtent TraceExtentOf(const GraphWindowState& state, const logger::LafTable& laf) {
+    return [&state, &laf](int layer, int position, std::int32_t left, std::int32_t width,
+                          double start) -> std::optional<TraceRows> {
+        const std::optional<TraceParams> params =
+            TraceParamsFor(state, layer, position, left, width, start);
+        if (!params) {
+            return std::nullopt;
+        }
+        TraceLists lists;
+        if (BuildItemTrace(state, laf, layer, position, *params, lists) == 0 ||
+            lists.Main.empty()) {
+            return std::nullopt;
+        }
+        const auto [highest, lowest] =
+            std::minmax_element(lists.Main.begin(), lists.Main.end(),
+                                [](const TracePoint& a, const TracePoint& b) { return a.Y < b.Y; });
+        return TraceRows{.Highest = highest->Y, .Lowest = lowest->Y};
+    };
 }
 
 } // namespace torvane::graph

@@ -4,6 +4,7 @@
 // mouse wins.
 
 #include "graph/window_state.h"
+#include "logger/laf_table.h"
 
 #include <cstdint>
 #include <functional>
@@ -33,6 +34,9 @@ std::uint32_t ColorAtPoint(int x, int y, const PixelReader& pixels,
 
 // The shown colours of the colour indices 1 to 14; on this platform each shows as itself.
 std::span<const std::uint32_t> DisplayedColors();
+
+// The extent of an item's trace as the trace builder draws it over the given columns.
+TraceExtent TraceExtentOf(const GraphWindowState& state, const logger::LafTable& laf);
 
 std::optional<ItemRef> HitTestItem(const GraphWindowState& state, int x, int y,
                                    const PixelReader& pixels,

@@ -26,7 +26,8 @@ int ChannelSampleTime(const LogHeader& header, int channel);
 class ValueReader {
 public:
     ValueReader(const LayerSet& layers, const logger::LafTable& laf)
-        : layers_(layers), laf_(laf) {}
+        : layers_(layers)
+        , laf_(laf) {}
 
     // The value of item `slot` (an index of ItemChannel) of a layer at time t in ms. A missing
     // or short stream gives 0: this runs on every cursor move and says nothing.

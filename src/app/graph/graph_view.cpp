@@ -1,0 +1,85 @@
+#include "graph/graph_view.h"
+
+#include <QGuiApplication>
+#include <QPainter>
+#include <QScreen>
+
+namespace torvane::app {
+namespace {
+
+// The surfaces are made once for a window as large as the screen less the window's frame and
+// panel, so that growing the window needs no new ones.
+QSize SurfaceSize() {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const QSize screenSize = screen != nullptr ? screen->size() : QSize(800, 600);
+    return screenSize - QSize(130, 40);
+}
+
+} // namespace
+
+GraphView::GraphView(graph::GraphWindowState& state, const logger::LafTable& laf,
+                     shell::MessageSink& sink, QWidget* parent)
+    : QWidget(parent)
+    , state_(state)
+    , sink_(sink)
+    , renderer_(state, laf, SurfaceSize()) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    state_.BandColor = render::GraphRenderer::SurfaceBandColor();
+}
+
+bool GraphView::Report(bool drawn) {
+    if (!drawn) {
+        shell::ShowRunTimeError(sink_,
+                                {53, "File not found: " + renderer_.FailedStream().string()});
+    }
+    update();
+    return drawn;
+}
+
+bool GraphView::RedrawGraph(int mode) {
+    return Report(renderer_.RedrawGraph(mode));
+}
+
+bool GraphView::RedrawRect() {
+    return Report(renderer_.RedrawRect());
+}
+
+void GraphView::DrawScaleColumn() {
+    renderer_.DrawScaleColumn();
+}
+
+bool GraphView::BeginItemDrag(int layer, int position) {
+    return renderer_.BeginItemDrag(layer, position);
+}
+
+bool GraphView::MoveGhost(QPoint offset) {
+    renderer_.MoveGhost(offset);
+    update();
+    return true;
+}
+
+void GraphView::EndItemDrag() {
+    renderer_.EndItemDrag();
+    update();
+}
+
+std::uint32_t GraphView::PixelAt(int x, int y) const {
+    return renderer_.PixelAt(x, y);
+}
+
+void GraphView::paintEvent(QPaintEvent*) {
+    // A freshly loaded window rebuilds its picture on paint; a failure is not retried for ever.
+    if (state_.SingleFileState != 0 && !renderer_.Dragging() &&
+        !renderer_.RedrawGraph(state_.SingleFileState)) {
+        state_.SingleFileState = 0;
+    }
+    QPainter painter(this);
+    painter.drawImage(QPoint(0, 0), renderer_.Picture(), rect());
+}
+
+void GraphView::resizeEvent(QResizeEvent* event) {
+    renderer_.SetPictureSize(size());
+    QWidget::resizeEvent(event);
+}
+
+} // namespace torvane::app

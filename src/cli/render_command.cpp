@@ -1,0 +1,94 @@
+// torvane-cli render: the same picture the desktop's graph window shows, drawn off screen.
+
+#include "cli/cli_support.h"
+#include "cli/commands.h"
+#include "cli/deployed_run.h"
+
+#include "binding/tlm_decompressor.h"
+#include "graph/time_axis.h"
+#include "layout/default_layout.h"
+#include "layout/layout_file.h"
+#include "load/load_logging_file.h"
+#include "render/graph_renderer.h"
+
+#include <QGuiApplication>
+#include <QImage>
+
+#include <cstdlib>
+#include <iostream>
+
+namespace torvane::cli {
+namespace {
+
+// Record 0 of a layout file, repaired as the desktop repairs what it reads.
+std::optional<graph::DisplaySet> ReadLayoutRecordZero(const std::filesystem::path& file) {
+    const auto bytes = ReadBinaryFile(file);
+    if (!bytes || bytes->size() < layout::LayoutHeadSize + layout::LayoutRecordSize) {
+        return std::nullopt;
+    }
+    graph::DisplaySet record =
+        layout::DecodeLayoutRecord(std::span<const std::uint8_t, layout::LayoutRecordSize>(
+            bytes->data() + layout::LayoutHeadSize, layout::LayoutRecordSize));
+    layout::RepairLayout(record);
+    return record;
+}
+
+} // namespace
+
+int Render(const RenderOptions& options) {
+    if (options.width <= graph::GraphLeft || options.height <= graph::TimeBandHeight) {
+        return Fail("--size must be wider than 100 and higher than 20 pixels");
+    }
+    graph::DisplaySet display = layout::DefaultLayout();
+    if (options.layout) {
+        const auto record = ReadLayoutRecordZero(*options.layout);
+        if (!record) {
+            return Fail("cannot read a layout record from " + options.layout->string());
+        }
+        display = *record;
+    }
+
+    StderrSink sink;
+    const Environment environment = LoadEnvironment(sink);
+    // The window's streams go to the private folder of a deployed run, removed at the end.
+    DeployedRun folder;
+    graph::GraphWindowState state;
+    state.Layers.TempDir = folder.Layers().TempDir;
+    binding::TlmDecompressor decompressor;
+    load::NoWindowView view;
+    if (!load::LoadLoggingFile(state, options.input, display, decompressor, sink, view)) {
+        return 1;
+    }
+    if (options.pixelsPerStep || options.msPerStep) {
+        state.Time.PixelsPerStep = static_cast<std::int16_t>(options.pixelsPerStep.value_or(1));
+        state.Time.MsPerStep = options.msPerStep.value_or(graph::BaseStepMs);
+        state.Time.MsPerGrid = graph::GridColumns / state.Time.PixelsPerStep * state.Time.MsPerStep;
+    }
+    for (int layer = 0; layer <= state.LastLayer; ++layer) {
+        state.Layers.Layer[static_cast<std::size_t>(layer)].TimeOffset = options.offset;
+    }
+
+    // Fonts and images need a Gui application, but never a screen.
+    if (std::getenv("QT_QPA_PLATFORM") == nullptr) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    int argc = 1;
+    char name[] = "torvane-cli";
+    char* argv[] = {name, nullptr};
+    const QGuiApplication application(argc, argv);
+
+    const QSize size(options.width, options.height);
+    state.BandColor = render::GraphRenderer::SurfaceBandColor();
+    render::GraphRenderer renderer(state, environment.laf, size);
+    renderer.DrawScaleColumn();
+    if (!renderer.RedrawGraph(1)) {
+        return Fail("cannot read the stream " + renderer.FailedStream().string());
+    }
+    const QImage picture = renderer.Picture().copy(QRect(QPoint(0, 0), size));
+    if (!picture.save(QString::fromStdString(options.output.string()), "PNG")) {
+        return Fail("cannot write " + options.output.string());
+    }
+    return 0;
+}
+
+} // namespace torvane::cli

@@ -1,0 +1,215 @@
+#include "graph/trace_builder.h"
+#include "graph/trace_item.h"
+#include "graph_window_fixture.h"
+#include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <numeric>
+
+namespace torvane::graph {
+namespace {
+
+using ::testing::ElementsAre;
+
+constexpr std::int32_t Base = 500;
+
+// Values are the raw words and one row stands for one unit, so a sample w stands on row
+// Base - w.
+double Identity(double raw) {
+    return raw;
+}
+
+std::vector<std::int16_t> Counting(int count) {
+    std::vector<std::int16_t> words(static_cast<std::size_t>(count));
+    std::iota(words.begin(), words.end(), std::int16_t{1});
+    return words;
+}
+
+class TraceTest : public ::testing::Test {
+protected:
+    TraceParams Params(int channel, int sampling, double start = 0.0) {
+        TraceParams params;
+        params.Sampling = sampling;
+        params.Left = 100;
+        params.Width = 400;
+        params.Base = Base;
+        params.Channel = channel;
+        params.Start = start;
+        params.File = folder / "stream.tmp";
+        return params;
+    }
+    void Write(const std::vector<std::int16_t>& words) {
+        torvane::testing::WriteWords16(folder / "stream.tmp", words);
+    }
+    static std::vector<std::int32_t> Columns(const std::vector<TracePoint>& points) {
+        std::vector<std::int32_t> xs;
+        for (const TracePoint& point : points) {
+            xs.push_back(point.X);
+        }
+        return xs;
+    }
+    static std::vector<std::int32_t> Rows(const std::vector<TracePoint>& points) {
+        std::vector<std::int32_t> ys;
+        for (const TracePoint& point : points) {
+            ys.push_back(point.Y);
+        }
+        return ys;
+    }
+
+    torvane::testing::TempFolder folder;
+    TraceLists lists;
+};
+
+TEST_F(TraceTest, SteppingPutsEachSampleOnTheFirstColumnAtOrAfterItsTime) {
+    Write(Counting(4));
+    // s 25 with S 10: samples at 25, 50, 75 and 100 ms stand 3, 5, 8 and 10 columns on.
+    EXPECT_EQ(BuildTrace(Params(0, 25), {1, 100, 10}, Identity, lists), TracePlain);
+    EXPECT_THAT(Columns(lists.Main), ElementsAre(100, 103, 105, 108, 110));
+    EXPECT_THAT(Rows(lists.Main), ElementsAre(Base, Base - 1, Base - 2, Base - 3, Base - 4));
+    EXPECT_EQ(lists.Upper[1], (TracePoint{103, Base - 2}));
+    EXPECT_EQ(lists.Lower[1], (TracePoint{103, Base}));
+}
+
+TEST_F(TraceTest, EnvelopeColumnsCarryTheRemainderOfTheRatio) {
+    Write(Counting(10));
+    // s 10 with S 25: columns read 2 and 3 samples in turn.
+    EXPECT_EQ(BuildTrace(Params(0, 10), {1, 500, 25}, Identity, lists), TraceEnvelope);
+    ASSERT_GE(lists.Main.size(), 8U);
+    EXPECT_EQ(lists.Main[0], (TracePoint{101, Base}));
+    const std::vector<TracePoint> columns(lists.Main.begin() + 1, lists.Main.end());
+    EXPECT_THAT(Columns(columns), ElementsAre(102, 102, 103, 103, 104, 104, 105));
+    // Low then high of samples 1-2, 3-5, 6-7, 8-10; the end of the stream cuts the last high.
+    EXPECT_THAT(Rows(columns),
+                ElementsAre(Base - 1, Base - 2, Base - 3, Base - 5, Base - 6, Base - 7, Base - 8));
+}
+
+TEST_F(TraceTest, SixtyStepsPerSampleIsTheLastEnvelope) {
+    Write(Counting(2000));
+    EXPECT_EQ(BuildTrace(Params(0, 5), {1, 30000, 300}, Identity, lists), TraceEnvelope);
+    EXPECT_EQ(lists.Main[2], (TracePoint{102, Base - 60}));
+
+    const int thinned = BuildTrace(Params(0, 5), {1, 30500, 305}, Identity, lists);
+    EXPECT_EQ(thinned, TraceThinned);
+    EXPECT_EQ(TracePenStyle(thinned, 3), PenStyle::DashDotDot);
+    EXPECT_EQ(TracePenStyle(TracePlain, 3), PenStyle::DashDot);
+    EXPECT_EQ(TracePenStyle(TracePlain, 2), PenStyle::Dot);
+    // One sample per block of L = 305 ms: 61 samples apart, one column a block.
+    EXPECT_THAT(Rows(lists.Main), ::testing::Contains(Base - 62));
+    EXPECT_EQ(lists.Main[2].X - lists.Main[1].X, 1);
+}
+
+TEST_F(TraceTest, PlainTraceAtTwentyFiveColumnsPerStep) {
+    Write(Counting(40));
+    EXPECT_EQ(BuildTrace(Params(0, 5), {25, 20, 5}, Identity, lists), TracePlain);
+    EXPECT_THAT(Columns(lists.Main), ElementsAre(100, 125, 150, 175, 200, 225, 250, 275, 300, 325,
+                                                 350, 375, 400, 425, 450, 475, 500, 525));
+    EXPECT_EQ(lists.Main[1].Y, Base - 1);
+}
+
+TEST_F(TraceTest, StartInsideABlockReadsFromItsBoundary) {
+    Write(Counting(100));
+    // 137 ms into a 25 ms stream at 5 columns per 5 ms: the block boundary 125 ms, sample 5,
+    // stands 12 columns left of 100.
+    ASSERT_EQ(BuildTrace(Params(0, 25, 137.0), {5, 100, 5}, Identity, lists), TracePlain);
+    EXPECT_EQ(lists.Main[0], (TracePoint{88, Base - 5}));
+    EXPECT_EQ(lists.Main[1], (TracePoint{113, Base - 6}));
+}
+
+TEST_F(TraceTest, DetonationPulsesJoinWhenTheyFollowEachOther) {
+    Write({1, 1, 0, 1});
+    // s 10 at S 5: two columns a sample, half width 3.
+    ASSERT_EQ(BuildTrace(Params(4, 10), {1, 500, 5}, Identity, lists), TracePlain);
+    EXPECT_THAT(Columns(lists.Main), ElementsAre(100,             // base line
+                                                 99, 102, 103,    // moved to meet the next
+                                                 103, 104, 107,   // joined
+                                                 106, 106, 106,   // a zero count
+                                                 105, 108, 111,   // after a zero: its own foot
+                                                 110, 110, 110)); // one word past the end
+    EXPECT_THAT(Rows(lists.Main),
+                ElementsAre(Base, Base, Base - 1, Base, Base, Base - 1, Base, Base, Base, Base,
+                            Base, Base - 1, Base, Base, Base, Base));
+}
+
+TEST_F(TraceTest, FormulaWordsAreThirtyTwoBitsScaledByTheDecimalPoint) {
+    torvane::testing::WriteWords32(folder / "stream.tmp", {1234, -50, 70000});
+    TraceParams params = Params(logdata::ComputedChannel, 5);
+    params.Unit = 0.01;
+    ASSERT_EQ(BuildFormulaTrace(params, {1, 500, 5}, 2, lists), TracePlain);
+    // 12.34, below zero on the base line, 700.
+    EXPECT_THAT(Rows(lists.Main), ElementsAre(Base, Base - 1234, Base, Base - 70000));
+}
+
+TEST_F(TraceTest, LapStaircaseClimbsAtEachMark) {
+    logdata::LapInfo laps;
+    EXPECT_EQ(BuildLapTrace(laps, Params(15, 300), {1, 500, 5}, lists), TraceNone);
+    laps.LapTime = {0.0, 1000.0, 3000.0};
+    ASSERT_EQ(BuildLapTrace(laps, Params(15, 300), {1, 500, 5}, lists), TracePlain);
+    EXPECT_THAT(Columns(lists.Main), ElementsAre(100, 300, 300, 500));
+    EXPECT_THAT(Rows(lists.Main), ElementsAre(Base - 1, Base - 1, Base - 2, Base - 2));
+    // Past the last mark the row of the last count.
+    ASSERT_EQ(BuildLapTrace(laps, Params(15, 300, 5000.0), {1, 500, 5}, lists), TracePlain);
+    EXPECT_THAT(Rows(lists.Main), ElementsAre(Base - 3, Base - 3));
+}
+
+TEST_F(TraceTest, EmptyAndMissingStreams) {
+    Write({});
+    EXPECT_EQ(BuildTrace(Params(0, 5), {1, 500, 5}, Identity, lists), TracePlain);
+    EXPECT_THAT(lists.Main, ElementsAre(TracePoint{100, Base}));
+    TraceParams missing = Params(0, 5);
+    missing.File = folder / "gone.tmp";
+    EXPECT_EQ(BuildTrace(missing, {1, 500, 5}, Identity, lists), TraceFailed);
+}
+
+TEST(TraceTag, StandsFifteenRowsAboveTheTraceAtColumn151) {
+    EXPECT_EQ(TraceTagRow({{100, 300}, {151, 200}, {160, 100}}), 185);
+    EXPECT_EQ(TraceTagRow({{101, 300}, {201, 200}}), 235); // 300 - 50 rounded, less 15
+    EXPECT_EQ(TraceTagRow({{140, 90}, {160, 90}}), 75);
+    EXPECT_EQ(TraceTagRow({{100, 300}, {150, 300}}), std::nullopt);
+}
+
+class TraceItemTest : public ::testing::Test, public testing::GraphWindowFixture {
+protected:
+    TraceLists lists;
+};
+
+TEST_F(TraceItemTest, ItemsThatCannotShowAreSkippedBeforeAnyRead) {
+    Open(0, testing::RunHeader(10));
+    state.LapBarHeight = 14;
+    ItemDisplay& ne = state.Views[0].Display.Items[0];
+    // Ne at its default scale: 30000 r/min is 60 grid steps of 500, 10 rows each.
+    ne.Bottom = 600 + 580;
+    EXPECT_TRUE(ItemDrawn(state, 0, 0, 600));
+    ne.Bottom = 600 + 581;
+    EXPECT_FALSE(ItemDrawn(state, 0, 0, 600));
+
+    EXPECT_TRUE(ItemDrawn(state, 0, 1, 600));
+    state.Layers.Layer[0].Header.SetWord(logdata::SettingWord::ThOpen, 100);
+    EXPECT_FALSE(ItemDrawn(state, 0, 1, 600));
+
+    state.Views[0].Display.Items[2].View = 0;
+    EXPECT_FALSE(ItemDrawn(state, 0, 2, 600));
+    EXPECT_FALSE(ItemDrawn(state, 1, 2, 600)); // no such layer
+
+    const auto params = TraceParamsFor(state, 0, 0, 100, 500, 0.0);
+    ASSERT_TRUE(params.has_value());
+    EXPECT_EQ(params->Base, ne.Bottom + 14);
+    EXPECT_EQ(params->Sampling, 10);
+    EXPECT_DOUBLE_EQ(params->Unit, 50.0); // 500 r/min a grid step of 10 rows
+    EXPECT_EQ(params->File.filename(), "Ne-010.tmp");
+}
+
+TEST_F(TraceItemTest, TheTraceConvertsARawZeroThroughTheTable) {
+    Open(0, testing::RunHeader(5));
+    logger::LafTable laf;
+    Stream(0, "VB", {0, 0});
+    const auto params = TraceParamsFor(state, 0, 6, 100, 100, 0.0);
+    ASSERT_TRUE(params.has_value());
+    ASSERT_EQ(BuildItemTrace(state, laf, 0, 6, *params, lists), TracePlain);
+    // 0.28 V stands above the base line.
+    EXPECT_LT(lists.Main[1].Y, params->Base);
+}
+
+} // namespace
+} // namespace torvane::graph
