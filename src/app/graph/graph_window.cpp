@@ -212,6 +212,11 @@ void GraphWindow::resizeEvent(QResizeEvent* event) {
     if (graph::ResizeRebuildsStrip(state_)) {
         ApplyScrollStrip();
     }
+    // The picture follows the window's new width at once; a window whose layers changed no
+    // longer rebuilds it on paint.
+    if (state_.SingleFileState == 0 && state_.Layers.Layer[0].MeasureTime > 0.0) {
+        RedrawGraph();
+    }
 }
 
 void GraphWindow::closeEvent(QCloseEvent* event) {
