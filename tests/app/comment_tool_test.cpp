@@ -1,7 +1,7 @@
 // The text tool over a graph window with a generated run: a comment pulled from a trace, typed
 // and entered is drawn in black (leader, head and text) and comes back with the file; blank text
-// removes a comment, Escape leaves nothing, the keys wait while the edit box is open, and a side
-// file that cannot be written is reported while the comment stays.
+// removes a comment, Escape and the loss of focus leave nothing, the keys wait while the edit box
+// is open, and a side file that cannot be written is reported while the comment stays.
 
 #include "graph/comments.h"
 #include "graph/graph_view.h"
@@ -188,6 +188,22 @@ private slots:
         QVERIFY(!std::filesystem::exists(load::CommentFilePath(w.file)));
         QTest::keyClick(w.window, Qt::Key_Right);
         QVERIFY(w.State().Layers.Layer[0].CursorTime > cursor);
+    }
+
+    // The box ends when the focus goes elsewhere in the program, but waits while another
+    // program or a menu has the keyboard.
+    void TheBoxEndsWithItsFocus() {
+        ToolWindow w;
+        PullLeader(w, LeaderOnATrace(w));
+        QTest::keyClicks(EditBox(w), "Half");
+        for (const Qt::FocusReason reason : {Qt::ActiveWindowFocusReason, Qt::PopupFocusReason}) {
+            QFocusEvent away(QEvent::FocusOut, reason);
+            QCoreApplication::sendEvent(EditBox(w), &away);
+            QCOMPARE(EditBox(w)->text(), QString("Half"));
+        }
+        w.window->setFocus(Qt::MouseFocusReason);
+        QVERIFY(!EditBox(w)->isVisible());
+        QVERIFY(Drawn(w).empty());
     }
 
     // Something in the side file's place: the operator is told, the comment stays drawn.

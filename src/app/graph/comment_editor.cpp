@@ -4,6 +4,7 @@
 #include "load/comment_file.h"
 #include "render/graph_renderer.h"
 
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QTimer>
@@ -116,7 +117,11 @@ bool CommentEditor::eventFilter(QObject* watched, QEvent* event) {
         return QObject::eventFilter(watched, event);
     }
     if (event->type() == QEvent::FocusOut) {
-        EndEdit(graph::CommentEditKey::FocusLost);
+        // Another program or a menu holding the keyboard for a while leaves the box as it is.
+        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+        if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) {
+            EndEdit(graph::CommentEditKey::FocusLost);
+        }
     } else if (event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Return || key == Qt::Key_Enter) {
