@@ -1,5 +1,6 @@
 #include "render/graph_renderer.h"
 
+#include "graph/comments.h"
 #include "graph/lap_bar.h"
 #include "graph/picture_geometry.h"
 #include "graph/scale.h"
@@ -298,6 +299,24 @@ void GraphRenderer::DrawTimeBand(QImage& surface) {
         label.Y = height - label.Y;
     }
     DrawText(surface, grid.Labels);
+}
+
+void GraphRenderer::DrawComments(QImage& surface) {
+    const std::vector<graph::CommentPicture> comments =
+        graph::DrawComments(state_, {size_.width(), size_.height()});
+    Raster raster(surface, QRect(QPoint(0, 0), size_));
+    const Pen black = SolidPen(Black);
+    std::vector<graph::TextAt> texts;
+    for (const graph::CommentPicture& comment : comments) {
+        const graph::PixelPoint anchor = comment.Anchor;
+        std::int64_t phase = 0;
+        raster.Line(anchor.X, anchor.Y, comment.TextPoint.X, comment.TextPoint.Y, black, phase);
+        for (const graph::PixelPoint& head : comment.Head) {
+            raster.Line(anchor.X, anchor.Y, head.X, head.Y, black, phase);
+        }
+        texts.push_back({comment.TextOrigin.X, comment.TextOrigin.Y, comment.Text});
+    }
+    DrawText(surface, texts);
 }
 
 void GraphRenderer::DrawLapBar(QImage& surface) {

@@ -1,9 +1,9 @@
 #pragma once
 // The picture of a graph window, drawn from the window model into off-screen images: the scale
 // surface (scale column and horizontal grid, rebuilt only when scales change), the graph surface
-// (time grid, traces, tags, time band, lap bar) and the composed picture (range band, the graph
-// keyed on white, the dotted cursor). The window's widget, the command line and tests all draw
-// through it; nothing here needs a screen.
+// (time grid, traces, tags, time band, comments, lap bar) and the composed picture (range band, the
+// graph keyed on white, the dotted cursor). The window's widget, the command line and tests all
+// draw through it; nothing here needs a screen.
 
 #include "graph/picture_geometry.h"
 #include "graph/trace_builder.h"
@@ -62,10 +62,6 @@ public:
     // The fixed font of the picture, about 12 pixels high.
     static QFont PictureFont();
 
-protected:
-    // Comments go onto the graph surface after the time band; none yet.
-    virtual void DrawComments(QImage& /*surface*/) {}
-
 private:
     struct Tag {
         std::int32_t Row = 0;
@@ -82,6 +78,8 @@ private:
     void DrawTags(QImage& surface, const std::vector<Tag>& tags);
     void DrawTimeGrid(QImage& surface, bool scrolling);
     void DrawTimeBand(QImage& surface);
+    // Comments go onto the graph surface only, so a held scroll shows none until it ends.
+    void DrawComments(QImage& surface);
     void DrawLapBar(QImage& surface);
     QRgb BandPixel() const;
     void Compose();

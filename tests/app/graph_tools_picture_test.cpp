@@ -38,6 +38,7 @@ public:
         return ghostWorks;
     }
     void EndItemDrag() override { ++ghostsDropped; }
+    void ShowOverlayLine(std::optional<QLine>) override {}
     std::uint32_t PixelAt(int, int y) const override {
         return y == 200 ? shell::ColorValue(3) : 0xFFFFFFu;
     }

@@ -8,7 +8,7 @@
 #include "graph/panel_controls.h"
 #include "graph/scroll_strip.h"
 #include "graph/scrolling.h"
-#include "graph_desk.h"
+#include "graph_tools_window.h"
 #include "shell/tool_box.h"
 
 #include <QLabel>
@@ -17,58 +17,7 @@
 #include <QtTest>
 
 using namespace torvane;
-using app::GraphWindow;
-
-namespace {
-
-// A window of 640 x 400 (a graph of 510 x 376, a strip of 462 columns) on a 60 s run.
-struct Window {
-    explicit Window(double durationMs = 60000.0) {
-        window = desk.frame.OpenLoggingWindow(3, desk.Run("RUN.rlg", durationMs));
-        if (window == nullptr || !QTest::qWaitForWindowExposed(&desk.frame)) {
-            qFatal("no window");
-        }
-        window->resize(640, 400);
-        graph = window->findChild<QWidget*>("picGraph");
-        strip = window->findChild<QWidget*>("picScroll");
-        box = window->findChild<QWidget*>("picBox");
-    }
-    const graph::GraphWindowState& State() const { return window->State(); }
-    double Offset(int layer = 0) const {
-        return State().Layers.Layer[std::size_t(layer)].TimeOffset;
-    }
-    QString Title() const { return window->findChild<QLabel*>("lblTm")->text(); }
-    void Tool(int mode) { desk.frame.Tools().ToolMode = mode; }
-    // A point of the graph with (or without) a trace colour within the hit test's reach.
-    QPoint PointNearTrace(bool near) const {
-        auto* picture = dynamic_cast<app::GraphPicture*>(graph);
-        const graph::PixelReader pixels = [picture](int x, int y) {
-            return picture->PixelAt(x, y);
-        };
-        for (int y = 40; y < graph->height() - 40; y += 7) {
-            for (int x = 120; x < graph->width() - 20; x += 7) {
-                const bool found = graph::ColorAtPoint(x, y, pixels, graph::DisplayedColors()) != 0;
-                if (found == near) {
-                    return {x, y};
-                }
-            }
-        }
-        qFatal("no such point");
-    }
-    // A move to where the mouse already is brings no event, so the mouse comes from beside.
-    void MoveTo(QPoint position) const {
-        QTest::mouseMove(graph, position + QPoint(0, 1));
-        QTest::mouseMove(graph, position);
-    }
-
-    testing::Desk desk;
-    GraphWindow* window = nullptr;
-    QWidget* graph = nullptr;
-    QWidget* strip = nullptr;
-    QWidget* box = nullptr;
-};
-
-} // namespace
+using testing::ToolWindow;
 
 class GraphToolsTest : public QObject {
     Q_OBJECT
@@ -76,7 +25,7 @@ class GraphToolsTest : public QObject {
 private slots:
     // The default layout shows 100 ms a column; the mouse's x is read 11 columns further right.
     void TheCursorFollowsTheMouseAndTheReadOutFollowsTheCursor() {
-        Window w;
+        ToolWindow w;
         w.MoveTo({289, 100});
         QCOMPARE(w.State().CursorX, 300);
         QCOMPARE(w.Title(), QString(" Time 00h00m20s000"));
@@ -91,7 +40,7 @@ private slots:
     }
 
     void TimeZoomKeepsTheCursorUnderTheMouseAndIsSaved() {
-        Window w;
+        ToolWindow w;
         w.MoveTo({289, 100}); // 20 s
         w.Tool(3);
         QTest::mouseClick(w.graph, Qt::LeftButton, {}, {289, 100});
@@ -115,7 +64,7 @@ private slots:
     }
 
     void ArrowKeysWalkTheReadOutAndStopAtTheStart() {
-        Window w;
+        ToolWindow w;
         w.MoveTo({289, 100});
         const double step = w.State().Layers.MinSampleTime;
         QVERIFY(step > 0);
@@ -130,7 +79,7 @@ private slots:
     }
 
     void TheRangeToolMarksFromPressToRelease() {
-        Window w;
+        ToolWindow w;
         w.Tool(7);
         w.MoveTo({289, 100});
         QTest::mousePress(w.graph, Qt::LeftButton, {}, {289, 100});
@@ -162,7 +111,7 @@ private slots:
 
     // The strip is cyan on black; the box shows it inverted: red on white.
     void TheStripAndItsBoxAreDrawnFromTheStream() {
-        Window w;
+        ToolWindow w;
         QCOMPARE(w.strip->geometry(), QRect(154, 376, 462, 24));
         QVERIFY(w.box->isVisible());
         // 510 - 100 columns of 100 ms (plus one) of a 60 s run on 462 columns.
@@ -206,7 +155,7 @@ private slots:
     // Dragged by 92 strip columns (12 s of the strip's 60 s), the view follows on its step grid;
     // pulling the right edge in zooms.
     void DraggingTheBoxScrollsAndPullingAnEdgeZooms() {
-        Window w;
+        ToolWindow w;
         QTest::mousePress(w.box, Qt::LeftButton, {}, {100, 10});
         QCOMPARE(w.State().DragState, 1);
         QTest::mouseMove(w.box, {192, 10});
@@ -231,7 +180,7 @@ private slots:
 
     // cmdMove(1) held moves by 5 steps a pass until it is released.
     void AHeldMoveButtonScrollsUntilReleased() {
-        Window w;
+        ToolWindow w;
         auto* button = w.window->findChild<QPushButton*>("cmdMove1");
         QTimer::singleShot(200, button, [&] { QTest::mouseRelease(button, Qt::LeftButton); });
         QTest::mousePress(button, Qt::LeftButton);
@@ -250,7 +199,7 @@ private slots:
     // With linking on, tool 1 asks before a shorter second layer runs into its end, and only
     // Yes lets them drift apart.
     void LinkedLayersAskBeforeTheyDriftApart() {
-        Window w;
+        ToolWindow w;
         w.desk.choices = {w.desk.Run("SHORT.rlg", 12000.0, 2)};
         w.desk.frame.Action("mnuOpenLayer")->trigger();
         QCOMPARE(w.State().LastLayer, 1);

@@ -1,11 +1,14 @@
 #pragma once
 // What the window's tools ask of its picture (picGraph): the two kinds of redraw, the short
-// redraw of held scrolling, the scale column, the ghost of a dragged trace and the colour under
-// the mouse. The tools change the window model and call these; the picture draws the model.
+// redraw of held scrolling, the scale column, the ghost of a dragged trace, a rubber line and the
+// colour under the mouse. The tools change the window model and call these; the picture draws the
+// model.
 
+#include <QLine>
 #include <QPoint>
 
 #include <cstdint>
+#include <optional>
 
 class QWidget;
 
@@ -31,6 +34,10 @@ public:
     virtual bool MoveGhost(QPoint offset) = 0;
     // Drops the ghost and shows the graph as it stands.
     virtual void EndItemDrag() = 0;
+
+    // A rubber line shown over the picture (the leader of a comment being pulled) until replaced
+    // or taken away with nothing; it never reaches the surfaces.
+    virtual void ShowOverlayLine(std::optional<QLine> line) = 0;
 
     // Colour (0xBBGGRR) of the picture the operator sees at (x, y); 0 outside it.
     virtual std::uint32_t PixelAt(int x, int y) const = 0;

@@ -1,6 +1,7 @@
 #include "graph/graph_tools.h"
 
 #include "graph/arrow_keys.h"
+#include "graph/comment_editor.h"
 #include "graph/cursor.h"
 #include "graph/graph_pointers.h"
 #include "graph/range_tool.h"
@@ -61,7 +62,9 @@ GraphTools::GraphTools(graph::GraphWindowState& state, GraphWindowContext& conte
     : QObject(parent)
     , state_(state)
     , context_(context)
-    , controls_(controls) {
+    , controls_(controls)
+    , comments_(new CommentEditor(
+          state, controls.Picture, context.Sink, [this] { return mouse_; }, this)) {
     QWidget* picture = controls_.Picture.Widget();
     picture->setMouseTracking(true);
     picture->installEventFilter(this);
@@ -77,6 +80,7 @@ GraphTools::GraphTools(graph::GraphWindowState& state, GraphWindowContext& conte
     connect(&controls_.Strip, &ScrollStripView::DragStarted, this,
             [this](int dragState) { state_.DragState = dragState; });
     connect(&controls_.Strip, &ScrollStripView::DragEnded, this, &GraphTools::EndBoxDrag);
+    connect(comments_, &CommentEditor::CommentsChanged, this, [this] { Redraw(1); });
 }
 
 const ToolSettings& GraphTools::Tools() const {
@@ -98,7 +102,7 @@ bool GraphTools::eventFilter(QObject* watched, QEvent* event) {
         return PressKey(static_cast<QKeyEvent*>(event)->key());
     }
     if (type != QEvent::MouseMove && type != QEvent::MouseButtonPress &&
-        type != QEvent::MouseButtonRelease) {
+        type != QEvent::MouseButtonRelease && type != QEvent::MouseButtonDblClick) {
         return QObject::eventFilter(watched, event);
     }
     const auto* mouse = static_cast<QMouseEvent*>(event);
@@ -122,8 +126,14 @@ bool GraphTools::eventFilter(QObject* watched, QEvent* event) {
     if (watched != controls_.Picture.Widget()) {
         return QObject::eventFilter(watched, event);
     }
+    if (type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick) {
+        // The picture takes no focus of its own, so a click in it ends the edit box here.
+        comments_->EndEdit(graph::CommentEditKey::FocusLost);
+    }
     if (type == QEvent::MouseMove) {
         MoveMouse(position, mouse->buttons().testFlag(Qt::LeftButton));
+    } else if (type == QEvent::MouseButtonDblClick && mouse->button() == Qt::LeftButton) {
+        DoubleClick(position);
     } else if (type == QEvent::MouseButtonPress && mouse->button() == Qt::LeftButton) {
         PressLeft(position);
     } else if (type == QEvent::MouseButtonPress && mouse->button() == Qt::RightButton) {
@@ -177,6 +187,9 @@ void GraphTools::PressLeft(QPointF position) {
     case ExpandValue:
         ZoomValue(Tools().ToolMode == ExpandValue, position);
         break;
+    case TextTool:
+        BeginComment(position);
+        break;
     case DeltaTool:
         graph::PressRangeTool(state_);
         markingRange_ = true;
@@ -203,6 +216,9 @@ void GraphTools::Release(QPointF position) {
         state_.DragState = 99;
     } else if (state_.DragState == 4) {
         EndTraceDrag(position.toPoint());
+    } else if (state_.DragState == graph::CommentLeaderDrag) {
+        mouse_ = position.toPoint();
+        comments_->EndLeader();
     }
     if (markingRange_ && Tools().ToolMode == DeltaTool && graph::ReleaseRangeTool(state_)) {
         Redraw(1);
@@ -210,7 +226,16 @@ void GraphTools::Release(QPointF position) {
     markingRange_ = false;
 }
 
+void GraphTools::DoubleClick(QPointF position) {
+    if (Tools().ToolMode == TextTool) {
+        comments_->BeginEdit(position.toPoint());
+    }
+}
+
 bool GraphTools::PressKey(int key) {
+    if (comments_->Editing()) {
+        return false;
+    }
     if (key == Qt::Key_Escape) {
         if (state_.DragState != 4) {
             return false;
@@ -268,6 +293,16 @@ void GraphTools::ZoomValue(bool expand, QPointF position) {
     Redraw(1);
     DispValues(0);
     SaveLayout();
+}
+
+void GraphTools::BeginComment(QPointF position) {
+    const std::optional<graph::ItemRef> hit = HitAt(position);
+    if (!hit) {
+        return;
+    }
+    mouse_ = position.toPoint();
+    comments_->BeginLeader(*hit, mouse_);
+    emit ReadOutChanged();
 }
 
 void GraphTools::BeginTraceDrag(QPointF position) {

@@ -1,9 +1,9 @@
 #pragma once
 // The mouse and the keys over a graph window's picture: the cursor that follows the mouse, the
-// left press by the toolbox's tool (trace drag, hold to scroll, time and value zoom, range and
-// Delta reference), the right press's popup, the arrow keys and Escape, the held cmdMove
-// buttons and the drags of the scroll box. Every decision is core's; this applies it and asks
-// the picture to redraw.
+// left press by the toolbox's tool (trace drag, hold to scroll, time and value zoom, comments,
+// range and Delta reference), the text tool's double click, the right press's popup, the arrow keys
+// and Escape, the held cmdMove buttons and the drags of the scroll box. Every decision is core's;
+// this applies it and asks the picture to redraw.
 
 #include "graph/graph_picture.h"
 #include "graph/graph_window_context.h"
@@ -22,6 +22,7 @@ class QWidget;
 
 namespace torvane::app {
 
+class CommentEditor;
 class ScrollStripView;
 struct ToolSettings;
 
@@ -61,11 +62,13 @@ private:
     void PressLeft(QPointF position);
     void PressRight(QPointF position);
     void Release(QPointF position);
+    void DoubleClick(QPointF position);
     bool PressKey(int key);
 
     std::optional<graph::ItemRef> HitAt(QPointF position) const;
     void ZoomTime(bool expand, double mouseX);
     void ZoomValue(bool expand, QPointF position);
+    void BeginComment(QPointF position);
     void BeginTraceDrag(QPointF position);
     void FollowGhost();
     void EndTraceDrag(QPoint release);
@@ -86,6 +89,7 @@ private:
     graph::TraceExtent extent_;
 
     QTimer tmrDrag_;
+    CommentEditor* comments_;
     QPoint mouse_;       // last mouse position over the graph
     QPoint dragStart_;   // where a trace drag began
     QPoint ghostAt_;     // where the ghost was last shown

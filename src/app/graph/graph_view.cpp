@@ -63,6 +63,11 @@ void GraphView::EndItemDrag() {
     update();
 }
 
+void GraphView::ShowOverlayLine(std::optional<QLine> line) {
+    overlay_ = line;
+    update();
+}
+
 std::uint32_t GraphView::PixelAt(int x, int y) const {
     return renderer_.PixelAt(x, y);
 }
@@ -75,6 +80,12 @@ void GraphView::paintEvent(QPaintEvent*) {
     }
     QPainter painter(this);
     painter.drawImage(QPoint(0, 0), renderer_.Picture(), rect());
+    if (overlay_) {
+        // Inverted, so that the line shows on white, black and trace colours alike.
+        painter.setCompositionMode(QPainter::RasterOp_SourceXorDestination);
+        painter.setPen(QPen(Qt::white, 1));
+        painter.drawLine(*overlay_);
+    }
 }
 
 void GraphView::resizeEvent(QResizeEvent* event) {

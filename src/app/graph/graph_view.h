@@ -25,6 +25,7 @@ public:
     bool BeginItemDrag(int layer, int position) override;
     bool MoveGhost(QPoint offset) override;
     void EndItemDrag() override;
+    void ShowOverlayLine(std::optional<QLine> line) override;
     std::uint32_t PixelAt(int x, int y) const override;
     QWidget* Widget() override { return this; }
 
@@ -40,6 +41,7 @@ private:
     graph::GraphWindowState& state_;
     shell::MessageSink& sink_;
     render::GraphRenderer renderer_;
+    std::optional<QLine> overlay_;
 };
 
 } // namespace torvane::app

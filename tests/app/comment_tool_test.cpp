@@ -1,0 +1,223 @@
+// The text tool over a graph window with a generated run: a comment pulled from a trace, typed
+// and entered is drawn in black (leader, head and text) and comes back with the file; blank text
+// removes a comment, Escape and the loss of focus leave nothing, the keys wait while the edit box
+// is open, and a side file that cannot be written is reported while the comment stays.
+
+#include "graph/comments.h"
+#include "graph/graph_view.h"
+#include "graph_tools_window.h"
+#include "load/comment_file.h"
+
+#include <QLineEdit>
+#include <QTimer>
+#include <QtTest>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+
+using namespace torvane;
+using testing::ToolWindow;
+
+namespace {
+
+constexpr int TextTool = 6;
+
+QLineEdit* EditBox(const ToolWindow& w) {
+    return w.window->findChild<QLineEdit*>("txtComment");
+}
+
+const QImage& Picture(const ToolWindow& w) {
+    return static_cast<app::GraphView*>(w.graph)->Renderer().Picture();
+}
+
+std::vector<graph::CommentPicture> Drawn(const ToolWindow& w) {
+    return graph::DrawComments(w.State(), {w.graph->width(), w.graph->height()});
+}
+
+// A leader from a point on a trace to a free place right of it, up or down.
+QLine LeaderOnATrace(const ToolWindow& w) {
+    const QPoint anchor = w.PointNearTrace(true);
+    const int rise = anchor.y() > 120 ? -60 : 60;
+    return {anchor, QPoint(std::min(anchor.x() + 50, 360), anchor.y() + rise)};
+}
+
+// Presses the text tool on the leader's start and moves to its end; released, the box opens.
+void PullLeader(ToolWindow& w, QLine leader, bool release = true) {
+    w.Tool(TextTool);
+    w.MoveTo(leader.p1());
+    QTest::mousePress(w.graph, Qt::LeftButton, {}, leader.p1());
+    QTest::mouseMove(w.graph, leader.p2());
+    if (release) {
+        QTest::mouseRelease(w.graph, Qt::LeftButton, {}, leader.p2());
+    }
+}
+
+void Type(ToolWindow& w, const QString& text, Qt::Key key) {
+    QTest::keyClicks(EditBox(w), text);
+    QTest::keyClick(EditBox(w), key);
+}
+
+// Pixels that turned black from one picture to the next: on the leader (within a pixel), on the
+// arrow head (within its 10 pixels of the anchor), in the text's box, or anywhere else. The
+// columns given (the cursor's, which follows the mouse) are left out.
+struct NewBlack {
+    NewBlack(const QImage& before, const QImage& after, const graph::CommentPicture& c,
+             std::initializer_list<int> skipped) {
+        const QLineF leader(c.Anchor.X, c.Anchor.Y, c.TextPoint.X, c.TextPoint.Y);
+        const QRect text(c.TextOrigin.X, c.TextOrigin.Y - 2, 8 * int(c.Text.size()) + 2, 16);
+        for (int y = 0; y < after.height(); ++y) {
+            for (int x = 0; x < after.width(); ++x) {
+                if (std::ranges::find(skipped, x) != skipped.end() ||
+                    qGray(after.pixel(x, y)) != 0 || qGray(before.pixel(x, y)) == 0) {
+                    continue;
+                }
+                const QPointF along = leader.p2() - leader.p1();
+                const double t =
+                    std::clamp(QPointF::dotProduct(QPointF(x, y) - leader.p1(), along) /
+                                   std::max(1.0, QPointF::dotProduct(along, along)),
+                               0.0, 1.0);
+                if (QLineF(QPointF(x, y), leader.p1() + t * along).length() <= 1.5) {
+                    ++onLeader;
+                } else if (QLineF(QPointF(x, y), leader.p1()).length() <= 11) {
+                    ++onHead;
+                } else if (text.contains(x, y)) {
+                    ++inText;
+                } else {
+                    ++elsewhere;
+                }
+            }
+        }
+    }
+    int onLeader = 0;
+    int onHead = 0;
+    int inText = 0;
+    int elsewhere = 0;
+};
+
+} // namespace
+
+class CommentToolTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void ACommentIsDrawnAndComesBackWithTheFile() {
+        ToolWindow w;
+        const QLine leader = LeaderOnATrace(w);
+        const QImage before = Picture(w).copy();
+        const int cursorBefore = w.State().CursorX;
+
+        PullLeader(w, leader, false);
+        QCOMPARE(w.State().DragState, 5);
+        QTRY_COMPARE(w.State().Leader.End, (graph::PixelPoint{leader.x2(), leader.y2()}));
+        // The rubber line shows on the screen (inverted) and stays off the picture's surfaces.
+        const QPoint middle = leader.center();
+        QVERIFY(w.graph->grab().toImage().pixel(middle) != Picture(w).pixel(middle) ||
+                w.graph->grab().toImage().pixel(middle + QPoint(1, 0)) !=
+                    Picture(w).pixel(middle + QPoint(1, 0)));
+
+        QTest::mouseRelease(w.graph, Qt::LeftButton, {}, leader.p2());
+        QVERIFY(!w.window->findChild<QTimer*>("tmrComment")->isActive());
+        QLineEdit* box = EditBox(w);
+        QVERIFY(box->isVisible());
+        QCOMPARE(box->pos(), QPoint(leader.x2(), leader.y2() - box->height() / 2));
+        QTRY_VERIFY(box->hasFocus());
+        Type(w, "  Brake here ", Qt::Key_Return);
+        QVERIFY(!box->isVisible());
+
+        const auto drawn = Drawn(w);
+        QCOMPARE(drawn.size(), std::size_t{1});
+        QCOMPARE(drawn[0].Text, std::string("Brake here"));
+        const int cursorAfter = w.State().CursorX;
+        const NewBlack black(before, Picture(w), drawn[0], {cursorBefore, cursorAfter});
+        QVERIFY(black.onLeader >= 20);
+        QVERIFY(black.onHead >= 8);
+        QVERIFY(black.inText >= 20);
+        QCOMPARE(black.elsewhere, 0);
+
+        // Kept beside the file, the comment is drawn the same in a new window.
+        w.Reopen();
+        QCOMPARE(Drawn(w).size(), std::size_t{1});
+        const NewBlack again(before, Picture(w), drawn[0], {cursorBefore, cursorAfter});
+        QCOMPARE(again.onLeader, black.onLeader);
+        QCOMPARE(again.inText, black.inText);
+        QCOMPARE(again.elsewhere, 0);
+        QVERIFY(w.desk.sink.messages.empty());
+    }
+
+    void BlankTextOnACommentRemovesIt() {
+        ToolWindow w;
+        PullLeader(w, LeaderOnATrace(w));
+        Type(w, "Apex", Qt::Key_Return);
+        const auto drawn = Drawn(w);
+        QCOMPARE(drawn.size(), std::size_t{1});
+        const QImage withComment = Picture(w).copy();
+
+        // A double click on the text opens it with its text.
+        const QPoint onText(drawn[0].TextOrigin.X + 6, drawn[0].TextOrigin.Y + 6);
+        QTest::mouseDClick(w.graph, Qt::LeftButton, {}, onText);
+        QCOMPARE(EditBox(w)->text(), QString("Apex"));
+        EditBox(w)->selectAll();
+        Type(w, "   ", Qt::Key_Return);
+        QVERIFY(Drawn(w).empty());
+        QVERIFY(!std::filesystem::exists(load::CommentFilePath(w.file)));
+        const NewBlack gone(Picture(w), withComment, drawn[0], {w.State().CursorX});
+        QVERIFY(gone.inText >= 10);
+        w.Reopen();
+        QVERIFY(Drawn(w).empty());
+    }
+
+    // The arrow keys act neither while the leader is pulled nor while the box is open; Escape
+    // in the box then leaves nothing behind.
+    void TheKeysWaitForTheBoxAndEscapeLeavesNothing() {
+        ToolWindow w;
+        const QLine leader = LeaderOnATrace(w);
+        PullLeader(w, leader, false);
+        const double cursor = w.State().Layers.Layer[0].CursorTime;
+        QTest::keyClick(w.window, Qt::Key_Right);
+        QCOMPARE(w.State().Layers.Layer[0].CursorTime, cursor);
+        QTest::mouseRelease(w.graph, Qt::LeftButton, {}, leader.p2());
+        QVERIFY(EditBox(w)->isVisible());
+        QTest::keyClick(w.window, Qt::Key_Right);
+        QTest::keyClick(EditBox(w), Qt::Key_Right);
+        QCOMPARE(w.State().Layers.Layer[0].CursorTime, cursor);
+
+        Type(w, "Gone", Qt::Key_Escape);
+        QVERIFY(!EditBox(w)->isVisible());
+        QVERIFY(Drawn(w).empty());
+        QVERIFY(!std::filesystem::exists(load::CommentFilePath(w.file)));
+        QTest::keyClick(w.window, Qt::Key_Right);
+        QVERIFY(w.State().Layers.Layer[0].CursorTime > cursor);
+    }
+
+    // The box ends when the focus goes elsewhere in the program, but waits while another
+    // program or a menu has the keyboard.
+    void TheBoxEndsWithItsFocus() {
+        ToolWindow w;
+        PullLeader(w, LeaderOnATrace(w));
+        QTest::keyClicks(EditBox(w), "Half");
+        for (const Qt::FocusReason reason : {Qt::ActiveWindowFocusReason, Qt::PopupFocusReason}) {
+            QFocusEvent away(QEvent::FocusOut, reason);
+            QCoreApplication::sendEvent(EditBox(w), &away);
+            QCOMPARE(EditBox(w)->text(), QString("Half"));
+        }
+        w.window->setFocus(Qt::MouseFocusReason);
+        QVERIFY(!EditBox(w)->isVisible());
+        QVERIFY(Drawn(w).empty());
+    }
+
+    // Something in the side file's place: the operator is told, the comment stays drawn.
+    void AnUnwritableSideFileIsReportedAndTheCommentStays() {
+        ToolWindow w;
+        std::filesystem::create_directories(load::CommentFilePath(w.file) / "in-the-way");
+        PullLeader(w, LeaderOnATrace(w));
+        Type(w, "Kept", Qt::Key_Return);
+        QCOMPARE(w.desk.sink.messages.size(), std::size_t{1});
+        QVERIFY(w.desk.sink.messages[0].text.starts_with("The comments of RUN.rlg could not be"));
+        QCOMPARE(w.desk.sink.messages[0].icon, shell::icons::Warning);
+        QCOMPARE(Drawn(w).size(), std::size_t{1});
+    }
+};
+
+QTEST_MAIN(CommentToolTest)
+#include "comment_tool_test.moc"
