@@ -6,6 +6,7 @@
 #include "shell/rounding.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <span>
@@ -212,8 +213,8 @@ public:
             double high = 0.0;
             source_.Extent(pos, count, low, high);
             pos += count;
-            Push(lists_, x, Row(pulses ? 0.0 : convert_(low)));
-            Push(lists_, x, Row(convert_(high)));
+            Push(lists_, x, pulses ? Row(0.0) : RowOfRaw(low));
+            Push(lists_, x, RowOfRaw(high));
             if (pos > source_.Count()) {
                 CutTo(lists_, static_cast<std::size_t>(i + 1));
                 break;
@@ -233,7 +234,7 @@ public:
         while (pos <= source_.Count() && x < capacity) {
             const double raw = source_.Get(pos++);
             x = stepper.Next(x);
-            Push(lists_, x, Row(convert_(raw)));
+            Push(lists_, x, RowOfRaw(raw));
         }
         return TracePlain;
     }
@@ -244,7 +245,7 @@ public:
         std::int64_t i = 0;
         std::int64_t pos = FirstPlainSample(i);
         for (; i < capacity && pos <= source_.Count(); ++i, pos += b_.n) {
-            Push(lists_, i * b_.Block + b_.X0, Row(convert_(source_.Get(pos))));
+            Push(lists_, i * b_.Block + b_.X0, RowOfRaw(source_.Get(pos)));
         }
         return Thinning() ? TraceThinned : TracePlain;
     }
@@ -279,6 +280,18 @@ public:
 
 private:
     std::int32_t Row(double value) const { return RowOfValue(params_, value); }
+
+    // The row of a raw reading. Neighbouring columns mostly repeat a few readings, so rows are
+    // kept by reading and the conversion and rounding run once for each.
+    std::int32_t RowOfRaw(double raw) {
+        RowMemo& memo =
+            rowMemo_[static_cast<std::size_t>(static_cast<std::int64_t>(raw)) % rowMemo_.size()];
+        if (memo.Raw != raw) {
+            memo.Raw = raw;
+            memo.Row = Row(convert_(raw));
+        }
+        return memo.Row;
+    }
 
     std::int64_t FirstSteppingSample() {
         if (b_.A == 0.0) {
@@ -329,15 +342,21 @@ private:
 
     void AddPulse(std::int64_t left, std::int64_t x, std::int64_t right, double raw) {
         Push(lists_, left, params_.Base);
-        Push(lists_, x, Row(convert_(raw)));
+        Push(lists_, x, RowOfRaw(raw));
         Push(lists_, right, params_.Base);
     }
+
+    struct RowMemo {
+        double Raw = std::numeric_limits<double>::quiet_NaN(); // equal to no reading
+        std::int32_t Row = 0;
+    };
 
     const TraceParams& params_;
     const RawConverter& convert_;
     const SampleSource& source_;
     const Blocks& b_;
     TraceLists& lists_;
+    std::array<RowMemo, 1024> rowMemo_{};
 };
 
 int BuildSampledTrace(const TraceParams& params, const TimeScale& scale, int wordBytes, bool pulses,
