@@ -75,15 +75,15 @@ void Fill(QImage& surface, const QRect& rect, QRgb pixel) {
     }
 }
 
-// A 32-bit surface in memory that asks for 2 MiB pages: a trace's columns walk down the rows
-// of a picture 7.5 KB a row apart, and with small pages nearly every pixel would cost a
-// translation miss.
+// A 32-bit surface in memory that asks for 2 MiB pages: a trace's columns walk down rows that
+// stand kilobytes apart, and with small pages nearly every pixel would cost a translation miss.
 QImage LargePageImage(QSize size) {
     constexpr std::size_t LargePage = std::size_t{2} << 20;
     const auto rowBytes = static_cast<std::size_t>(size.width()) * sizeof(QRgb);
-    const std::size_t bytes = (rowBytes * static_cast<std::size_t>(size.height()) + LargePage - 1) /
-                              LargePage * LargePage;
-    void* memory = std::aligned_alloc(LargePage, bytes);
+    const std::size_t used = rowBytes * static_cast<std::size_t>(size.height());
+    const std::size_t bytes = (used + LargePage - 1) / LargePage * LargePage;
+    // A small picture has few rows to walk and would leave most of its large page unused.
+    void* memory = used >= LargePage ? std::aligned_alloc(LargePage, bytes) : nullptr;
     if (memory == nullptr) {
         return QImage(size, QImage::Format_RGB32);
     }
