@@ -57,59 +57,53 @@ void Raster::Line(int x1, int y1, int x2, int y2, const Pen& pen, std::int64_t& 
     const std::int64_t low = yMajor ? clip_.top() : clip_.left();
     const std::int64_t high = yMajor ? clip_.bottom() : clip_.right();
     // Only the steps whose major coordinate lies inside the clip are walked.
-    std::int64_t first = step > 0 ? low - start : start - high;
-    std::int64_t last = step > 0 ? high - start : start - low;
-    first = std::max<std::int64_t>(first, 0);
-    last = std::min(last, n - 1);
-    const QRgb color = pen.Color();
-    if (dx == 0) {
-        // The envelope's columns: one pixel a scanline.
-        if (x1 >= clip_.left() && x1 <= clip_.right()) {
-            for (std::int64_t i = first; i <= last; ++i) {
-                if (pen.Draws(phase + i)) {
-                    Row(static_cast<int>(y1 + step * i))[x1] = color;
-                }
-            }
-        }
-    } else if (dy == 0) {
-        if (y1 >= clip_.top() && y1 <= clip_.bottom()) {
-            QRgb* row = Row(y1);
-            for (std::int64_t i = first; i <= last; ++i) {
-                if (pen.Draws(phase + i)) {
-                    row[x1 + step * i] = color;
-                }
-            }
-        }
-    } else {
+    Walk walk;
+    walk.First = std::max<std::int64_t>(step > 0 ? low - start : start - high, 0);
+    walk.Last = std::min(step > 0 ? high - start : start - low, n - 1);
+    if (walk.First <= walk.Last) {
         // The minor coordinate is round(i * d / n), halves away from the start, kept as a
         // running remainder instead of a division a pixel.
-        const std::int64_t minorStart = yMajor ? x1 : y1;
         const std::int64_t dMinor = yMajor ? dx : dy;
         const std::int64_t minorStep = dMinor > 0 ? 1 : -1;
-        const std::int64_t twiceMinor = 2 * std::abs(dMinor);
-        const std::int64_t twiceN = 2 * n;
-        std::int64_t numerator = twiceMinor * first + n;
-        std::int64_t offset = numerator / twiceN;
-        numerator %= twiceN;
-        for (std::int64_t i = first; i <= last; ++i) {
-            if (pen.Draws(phase + i)) {
-                const std::int64_t major = start + step * i;
-                const std::int64_t minor = minorStart + minorStep * offset;
-                const std::int64_t x = yMajor ? minor : major;
-                const std::int64_t y = yMajor ? major : minor;
-                if (x >= clip_.left() && x <= clip_.right() && y >= clip_.top() &&
-                    y <= clip_.bottom()) {
-                    Row(static_cast<int>(y))[x] = color;
-                }
-            }
-            numerator += twiceMinor;
-            if (numerator >= twiceN) {
-                numerator -= twiceN;
-                ++offset;
-            }
+        walk.TwiceMinor = 2 * std::abs(dMinor);
+        walk.TwiceN = 2 * n;
+        const std::int64_t numerator = walk.TwiceMinor * walk.First + n;
+        walk.Numerator = numerator % walk.TwiceN;
+        walk.Minor = (yMajor ? x1 : y1) + minorStep * (numerator / walk.TwiceN);
+        walk.MinorStep = minorStep;
+        walk.MinorLow = yMajor ? clip_.left() : clip_.top();
+        walk.MinorHigh = yMajor ? clip_.right() : clip_.bottom();
+        const std::int64_t pixel = sizeof(QRgb);
+        walk.MajorBytes = yMajor ? step * stride_ : step * pixel;
+        walk.MinorBytes = yMajor ? minorStep * pixel : minorStep * stride_;
+        const std::int64_t major = start + step * walk.First;
+        walk.At =
+            yMajor ? major * stride_ + walk.Minor * pixel : walk.Minor * stride_ + major * pixel;
+        if (pen.Solid()) {
+            Draw<false>(walk, pen, phase);
+        } else {
+            Draw<true>(walk, pen, phase);
         }
     }
     phase += n;
+}
+
+template <bool Patterned> void Raster::Draw(Walk walk, const Pen& pen, std::int64_t phase) {
+    const QRgb color = pen.Color();
+    bool inside = walk.Minor >= walk.MinorLow && walk.Minor <= walk.MinorHigh;
+    for (std::int64_t i = walk.First; i <= walk.Last; ++i) {
+        if (inside && (!Patterned || pen.Draws(phase + i))) {
+            *reinterpret_cast<QRgb*>(bits_ + walk.At) = color;
+        }
+        walk.At += walk.MajorBytes;
+        walk.Numerator += walk.TwiceMinor;
+        if (walk.Numerator >= walk.TwiceN) {
+            walk.Numerator -= walk.TwiceN;
+            walk.Minor += walk.MinorStep;
+            walk.At += walk.MinorBytes;
+            inside = walk.Minor >= walk.MinorLow && walk.Minor <= walk.MinorHigh;
+        }
+    }
 }
 
 void Raster::Polyline(std::span<const graph::TracePoint> points, const Pen& pen) {

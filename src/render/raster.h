@@ -21,6 +21,7 @@ class Pen {
 public:
     Pen(QRgb color, graph::PenStyle style);
     QRgb Color() const { return color_; }
+    bool Solid() const { return period_ == 0; }
     // Whether the pattern draws pixel `count` of a line, counting along the whole polyline.
     bool Draws(std::int64_t count) const {
         return period_ == 0 || ((mask_ >> (count % period_)) & 1U) != 0;
@@ -47,7 +48,24 @@ public:
     void HorizontalLine(int y, int left, int right, const Pen& pen);
 
 private:
-    QRgb* Row(int y) { return reinterpret_cast<QRgb*>(bits_ + y * stride_); }
+    // One line's walk along its major axis: steps First..Last, the minor coordinate and the
+    // running remainder of its rounding, and the byte offset of the pixel in the image.
+    struct Walk {
+        std::int64_t First = 0;
+        std::int64_t Last = 0;
+        std::int64_t Minor = 0;
+        std::int64_t MinorStep = 0;
+        std::int64_t MinorLow = 0;
+        std::int64_t MinorHigh = 0;
+        std::int64_t Numerator = 0;
+        std::int64_t TwiceMinor = 0;
+        std::int64_t TwiceN = 0;
+        std::int64_t At = 0;
+        std::int64_t MajorBytes = 0;
+        std::int64_t MinorBytes = 0;
+    };
+    // A dash pattern is looked up a pixel only when the pen has one.
+    template <bool Patterned> void Draw(Walk walk, const Pen& pen, std::int64_t phase);
 
     uchar* bits_;
     qsizetype stride_;

@@ -6,6 +6,7 @@
 #include "shell/rounding.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <span>
@@ -15,84 +16,82 @@ namespace {
 
 // Beyond this many steps per column the envelope would read too much: every L-th sample only.
 constexpr std::int64_t MaxStepsPerSample = 60;
-// Samples fetched in one read when the trace reads its stream forward.
-constexpr std::int64_t ReadBlock = 4096;
 // Rows far outside any picture; keeps the rasteriser's arithmetic small.
 constexpr std::int64_t RowLimit = 1 << 20;
 
-// Samples of a stream by number (from 1), fetched a block at a time; numbers outside the stream
-// read as 0.
+// Lowest and highest of a run of words, in one pass the compiler can vectorise.
+template <typename Word> void WidenExtent(std::span<const Word> words, double& low, double& high) {
+    Word lowest = std::numeric_limits<Word>::max();
+    Word highest = std::numeric_limits<Word>::min();
+    for (const Word word : words) {
+        lowest = std::min(lowest, word);
+        highest = std::max(highest, word);
+    }
+    if (!words.empty()) {
+        low = std::min(low, static_cast<double>(lowest));
+        high = std::max(high, static_cast<double>(highest));
+    }
+}
+
+// Samples of a stream by number (from 1), read in place from the mapped stream, so a trace
+// touches only the pages of its visible time; numbers outside the stream read as 0.
 class SampleSource {
 public:
-    SampleSource(const std::filesystem::path& path, int wordBytes, std::int64_t block)
-        : wordBytes_(wordBytes)
-        , block_(std::max<std::int64_t>(block, 1))
-        , first_(-block_) {
-        opened_ = reader_.Open(path);
-        count_ = reader_.ByteLength() / wordBytes_;
-        buffer_.resize(static_cast<std::size_t>(block_));
-        if (wordBytes_ == 2) {
-            words16_.resize(buffer_.size());
+    SampleSource(const std::filesystem::path& path, int wordBytes) {
+        if (!reader_.Open(path)) {
+            return;
         }
+        if (wordBytes == 2) {
+            words16_ = reader_.MappedWords16();
+        } else {
+            words32_ = reader_.MappedWords32();
+        }
+        count_ = static_cast<std::int64_t>(std::max(words16_.size(), words32_.size()));
+        // A stream with a whole word that yields none could not be mapped.
+        opened_ = count_ > 0 || reader_.ByteLength() < wordBytes;
     }
     bool Opened() const { return opened_; }
     std::int64_t Count() const { return count_; }
 
-    double Get(std::int64_t k) {
+    double Get(std::int64_t k) const {
         if (k < 1 || k > count_) {
             return 0.0;
         }
-        if (k < first_ || k >= first_ + block_) {
-            Fill(k);
-        }
-        return static_cast<double>(buffer_[static_cast<std::size_t>(k - first_)]);
+        const auto index = static_cast<std::size_t>(k - 1);
+        return words16_.empty() ? static_cast<double>(words32_[index])
+                                : static_cast<double>(words16_[index]);
     }
 
     // Lowest and highest raw value of `count` samples from number k on.
-    void Extent(std::int64_t k, std::int64_t count, double& low, double& high) {
-        std::int32_t lowest = std::numeric_limits<std::int32_t>::max();
-        std::int32_t highest = std::numeric_limits<std::int32_t>::min();
+    void Extent(std::int64_t k, std::int64_t count, double& low, double& high) const {
+        low = std::numeric_limits<double>::max();
+        high = std::numeric_limits<double>::lowest();
         const std::int64_t end = k + count;
         if (k < 1 || end > count_ + 1) {
             // Numbers outside the stream read as 0.
-            lowest = std::min(lowest, 0);
-            highest = std::max(highest, 0);
-            k = std::max<std::int64_t>(k, 1);
+            low = 0.0;
+            high = 0.0;
         }
-        while (k < std::min(end, count_ + 1)) {
-            if (k < first_ || k >= first_ + block_) {
-                Fill(k);
-            }
-            const std::int64_t stop = std::min({end, first_ + block_, count_ + 1});
-            const auto [least, most] = std::minmax_element(buffer_.begin() + (k - first_),
-                                                           buffer_.begin() + (stop - first_));
-            lowest = std::min(lowest, *least);
-            highest = std::max(highest, *most);
-            k = stop;
+        const std::int64_t first = std::max<std::int64_t>(k, 1);
+        const std::int64_t stop = std::min(end, count_ + 1);
+        if (first >= stop) {
+            return;
         }
-        low = static_cast<double>(lowest);
-        high = static_cast<double>(highest);
+        const auto offset = static_cast<std::size_t>(first - 1);
+        const auto size = static_cast<std::size_t>(stop - first);
+        if (words16_.empty()) {
+            WidenExtent(words32_.subspan(offset, size), low, high);
+        } else {
+            WidenExtent(words16_.subspan(offset, size), low, high);
+        }
     }
 
 private:
-    void Fill(std::int64_t k) {
-        first_ = k;
-        if (wordBytes_ == 2) {
-            reader_.ReadWords16(k, words16_);
-            std::copy(words16_.begin(), words16_.end(), buffer_.begin());
-        } else {
-            reader_.ReadWords32(k, buffer_);
-        }
-    }
-
     logdata::StreamReader reader_;
-    int wordBytes_;
-    std::int64_t block_;
-    std::int64_t first_; // number of the first buffered sample
-    bool opened_ = false;
+    std::span<const std::int16_t> words16_;
+    std::span<const std::int32_t> words32_;
     std::int64_t count_ = 0;
-    std::vector<std::int32_t> buffer_;
-    std::vector<std::int16_t> words16_;
+    bool opened_ = false;
 };
 
 double Real(std::int64_t value) {
@@ -178,7 +177,7 @@ private:
 
 class TraceWriter {
 public:
-    TraceWriter(const TraceParams& params, const RawConverter& convert, SampleSource& source,
+    TraceWriter(const TraceParams& params, const RawConverter& convert, const SampleSource& source,
                 const Blocks& blocks, TraceLists& lists)
         : params_(params)
         , convert_(convert)
@@ -214,8 +213,8 @@ public:
             double high = 0.0;
             source_.Extent(pos, count, low, high);
             pos += count;
-            Push(lists_, x, Row(pulses ? 0.0 : convert_(low)));
-            Push(lists_, x, Row(convert_(high)));
+            Push(lists_, x, pulses ? Row(0.0) : RowOfRaw(low));
+            Push(lists_, x, RowOfRaw(high));
             if (pos > source_.Count()) {
                 CutTo(lists_, static_cast<std::size_t>(i + 1));
                 break;
@@ -235,7 +234,7 @@ public:
         while (pos <= source_.Count() && x < capacity) {
             const double raw = source_.Get(pos++);
             x = stepper.Next(x);
-            Push(lists_, x, Row(convert_(raw)));
+            Push(lists_, x, RowOfRaw(raw));
         }
         return TracePlain;
     }
@@ -246,7 +245,7 @@ public:
         std::int64_t i = 0;
         std::int64_t pos = FirstPlainSample(i);
         for (; i < capacity && pos <= source_.Count(); ++i, pos += b_.n) {
-            Push(lists_, i * b_.Block + b_.X0, Row(convert_(source_.Get(pos))));
+            Push(lists_, i * b_.Block + b_.X0, RowOfRaw(source_.Get(pos)));
         }
         return Thinning() ? TraceThinned : TracePlain;
     }
@@ -281,6 +280,18 @@ public:
 
 private:
     std::int32_t Row(double value) const { return RowOfValue(params_, value); }
+
+    // The row of a raw reading. Neighbouring columns mostly repeat a few readings, so rows are
+    // kept by reading and the conversion and rounding run once for each.
+    std::int32_t RowOfRaw(double raw) {
+        RowMemo& memo =
+            rowMemo_[static_cast<std::size_t>(static_cast<std::int64_t>(raw)) % rowMemo_.size()];
+        if (memo.Raw != raw) {
+            memo.Raw = raw;
+            memo.Row = Row(convert_(raw));
+        }
+        return memo.Row;
+    }
 
     std::int64_t FirstSteppingSample() {
         if (b_.A == 0.0) {
@@ -331,15 +342,21 @@ private:
 
     void AddPulse(std::int64_t left, std::int64_t x, std::int64_t right, double raw) {
         Push(lists_, left, params_.Base);
-        Push(lists_, x, Row(convert_(raw)));
+        Push(lists_, x, RowOfRaw(raw));
         Push(lists_, right, params_.Base);
     }
 
+    struct RowMemo {
+        double Raw = std::numeric_limits<double>::quiet_NaN(); // equal to no reading
+        std::int32_t Row = 0;
+    };
+
     const TraceParams& params_;
     const RawConverter& convert_;
-    SampleSource& source_;
+    const SampleSource& source_;
     const Blocks& b_;
     TraceLists& lists_;
+    std::array<RowMemo, 1024> rowMemo_{};
 };
 
 int BuildSampledTrace(const TraceParams& params, const TimeScale& scale, int wordBytes, bool pulses,
@@ -350,9 +367,7 @@ int BuildSampledTrace(const TraceParams& params, const TimeScale& scale, int wor
     }
     const Blocks blocks = BlocksOf(params, scale);
     const bool envelope = blocks.s < blocks.S && !(blocks.S > MaxStepsPerSample * blocks.s);
-    // Forward reads take blocks of the stream; a thinned trace reads single samples far apart.
-    const bool sparse = !envelope && blocks.n > 64;
-    SampleSource source(params.File, wordBytes, sparse ? 1 : ReadBlock);
+    const SampleSource source(params.File, wordBytes);
     if (!source.Opened()) {
         return TraceFailed;
     }
