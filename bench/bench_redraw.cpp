@@ -4,6 +4,7 @@
 // the window, not the length of the run); and the rasteriser against QPainter::drawPolyline for
 // one dense envelope.
 
+#include "bench_runs.h"
 #include "binding/tlm_decompressor.h"
 #include "graph/read_out.h"
 #include "graph/time_axis.h"
@@ -35,21 +36,10 @@ namespace {
 namespace fs = std::filesystem;
 using namespace torvane;
 
-// Nine analogue channels at 5 ms fill the logger's 28 MiB in about 4.5 hours (see
-// bench_deploy).
-constexpr double LargestRunMinutes = 29360128.0 * 300.0 / 540.0 / 60000.0;
-const QSize Picture(1920, 1080);
+using bench::LargestRunMinutes;
+using bench::LargestRunSetting;
 
-logdata::LogHeader FiveMsSetting() {
-    logdata::LogHeader setting = sim::DemoSetting();
-    for (int entry : {0, 1, 2, 3, 6, 7, 8, 9, 10}) {
-        setting.SetSampleTime(entry, 5);
-    }
-    setting.SetSampleTime(4, 300);
-    setting.SetSampleTime(5, 300);
-    setting.SetWord(logdata::SettingWord::LapOn, 1);
-    return setting;
-}
+const QSize Picture(1920, 1080);
 
 // Every channel shown in a band of its own down the picture.
 graph::DisplaySet AllItemsShown() {
@@ -74,7 +64,8 @@ public:
         folder_ = fs::temp_directory_path() / ("torvane-bench-" + std::to_string(entropy()));
         fs::create_directories(folder_);
         const fs::path file = folder_ / "RUN.rlg";
-        rlg::WriteFileAtomically(file, sim::GenerateRunFile(FiveMsSetting(), minutes * 60000.0, 5));
+        rlg::WriteFileAtomically(file,
+                                 sim::GenerateRunFile(LargestRunSetting(), minutes * 60000.0, 5));
         state_.Layers.TempDir = folder_;
         binding::TlmDecompressor decompressor;
         load::NoWindowView view;
