@@ -88,23 +88,23 @@ TEST_F(DeployTest, GoodFileFillsTheLayerUnderItsFileNumber) {
     EXPECT_TRUE(std::filesystem::exists(folder / "Ne-121.tmp"));
 }
 
-TEST_F(DeployTest, FirstExistingSlotOrLapWordsDecideTheMeasureTime) {
+TEST_F(DeployTest, FirstExistingSlotOrLapWordsDecideTheMeasureTimeAndTHNeedsASpan) {
     driver.header.SetSampleTime(0, 0);
     ASSERT_TRUE(Deploy());
     EXPECT_EQ(layers.Layer[0].MeasureTime, 2500); // TH: 100 samples at 25 ms
+
+    // A throttle without span is no item.
+    driver.header.SetSampleTime(0, 10);
+    driver.header.SetWord(SettingWord::ThOpen, 102);
+    ASSERT_TRUE(Deploy(2));
+    EXPECT_FALSE(layers.Layer[2].ItemExists[TH]);
+    EXPECT_TRUE(layers.Layer[2].ItemExists[Ne]);
 
     driver.header = LogHeader{};
     driver.header.SetWord(SettingWord::LapOn, 1);
     driver.streams = {{"LAP", std::vector<std::int16_t>(20, 0)}};
     ASSERT_TRUE(Deploy(1));
     EXPECT_EQ(layers.Layer[1].MeasureTime, 6000);
-}
-
-TEST_F(DeployTest, ThrottleWithoutSpanIsNoItem) {
-    driver.header.SetWord(SettingWord::ThOpen, 102);
-    ASSERT_TRUE(Deploy());
-    EXPECT_FALSE(layers.Layer[0].ItemExists[TH]);
-    EXPECT_TRUE(layers.Layer[0].ItemExists[Ne]);
 }
 
 TEST_F(DeployTest, DriverResultsShowTheirMessagesWithStopIcon) {

@@ -156,7 +156,7 @@ TEST(LoggerDevice, ARecordedFileDeploysIntoTheStreamsOfItsSetting) {
     EXPECT_EQ(words("VB"), 0u);
 }
 
-TEST(LoggerDevice, TransfersAFileInBlocksAndMarksItDone) {
+TEST(LoggerDevice, TransfersAFileInBlocksMarksItDoneAndAnAbandonedOneLeavesItNew) {
     DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0, .blockSize = 4096});
     ASSERT_EQ(logger.device.AddRecordedRuns(2, 0.5, 7), 2);
     logger.Run(2);
@@ -191,17 +191,9 @@ TEST(LoggerDevice, TransfersAFileInBlocksAndMarksItDone) {
     EXPECT_EQ(entries[0].intDone, 0);
     EXPECT_NE(entries[1].intDone, 0);
     EXPECT_EQ(status.bytFlags & TLM_FLAG_DOWNLOAD, TLM_FLAG_DOWNLOAD) << "file 1 is still new";
-}
 
-TEST(LoggerDevice, AnAbandonedTransferLeavesTheFileNewAndAMissingFileIsNotFound) {
-    DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0, .blockSize = 1024});
-    logger.device.AddRecordedRuns(1, 0.5, 3);
-    logger.Run(2);
-    logger.Stop();
-    TlmStatus status{};
-    TlmTransferBlock block{};
+    // A transfer abandoned by a closed link leaves the file new.
     logger.device.StartTransfer(status, TlmDownloadEntry{1, 0, 0, 0}, block);
-    std::vector<std::uint8_t> bytes;
     logger.device.ReadTransfer(status, block, bytes);
     logger.device.Closed();
 
@@ -219,7 +211,7 @@ TEST(LoggerDevice, AnAbandonedTransferLeavesTheFileNewAndAMissingFileIsNotFound)
     EXPECT_EQ(logger.device.State(), TLM_STATE_IDLE);
 }
 
-TEST(LoggerDevice, KeepsTheTransferToTheLinkRateOfTheClock) {
+TEST(LoggerDevice, KeepsTheTransferToTheLinkRateOfTheClockInSmallBlocksWhenSlow) {
     DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 100'000, .blockSize = 32 * 1024});
     logger.device.AddRecordedRuns(1, 1.0, 5);
     logger.Run(2);
@@ -229,9 +221,7 @@ TEST(LoggerDevice, KeepsTheTransferToTheLinkRateOfTheClock) {
     const auto size = static_cast<std::int64_t>(logger.Download(1, status).size());
     // The fake clock moves only when the device waits for the link: exactly the file's time.
     EXPECT_EQ((logger.clock.Now() - before).count(), size * 1'000'000'000 / 100'000);
-}
-
-TEST(PacedTransfer, MakesBlocksSmallAtASlowRateSoNoAnswerWaitsLong) {
+    // Blocks are small at a slow rate, so that no answer waits long.
     EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 0), 32768u);
     EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 1000), 250u);
     EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 1), 1u);
