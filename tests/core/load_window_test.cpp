@@ -6,13 +6,13 @@
 #include "load/load_logging_file.h"
 #include "load/window_close.h"
 #include "recording_view.h"
+#include "scripted_decompressor.h"
 #include "shell/temp_files.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <map>
 
 namespace torvane::load {
 namespace {
@@ -26,15 +26,12 @@ std::array<bool, 3> LayerMenus(const graph::GraphWindowState& window) {
 namespace fs = std::filesystem;
 using logdata::LogHeader;
 using logdata::SettingWord;
+using logdata::testing::ScriptedDecompressor;
+using logdata::testing::ScriptedRun;
 using shell::RecordingSink;
 using torvane::load::testing::RecordingView;
 using torvane::testing::TempFolder;
 using torvane::testing::WriteWords16;
-
-struct ScriptedRun {
-    LogHeader header;
-    std::map<std::string, std::vector<std::int16_t>> streams;
-};
 
 // Ne (and TH) at 10 ms for the given length; with lapMarks a mark at 300 ms and one at 1200 ms.
 ScriptedRun MakeRun(int lengthMs, bool lapMarks = false) {
@@ -55,32 +52,6 @@ ScriptedRun MakeRun(int lengthMs, bool lapMarks = false) {
     run.streams["LAP"] = lap;
     return run;
 }
-
-// Stands in for the driver: deploys the run scripted for a path, or fails with a code.
-class ScriptedDecompressor : public logdata::LogFileDecompressor {
-public:
-    int Decompress(const fs::path& logFile, const fs::path& tempDir, int fileNumber,
-                   LogHeader::Bytes& header, std::int32_t& deployCount) override {
-        fileNumbers.push_back(fileNumber);
-        if (result != 0) {
-            return result;
-        }
-        const auto run = runs.find(logFile.string());
-        if (run == runs.end()) {
-            return -1;
-        }
-        for (const auto& [name, words] : run->second.streams) {
-            WriteWords16(tempDir / shell::StreamFileName(name, fileNumber), words);
-        }
-        header = run->second.header.ToBytes();
-        deployCount = 1;
-        return 0;
-    }
-
-    int result = 0;
-    std::map<std::string, ScriptedRun> runs;
-    std::vector<int> fileNumbers;
-};
 
 class LoadTest : public ::testing::Test {
 protected:
