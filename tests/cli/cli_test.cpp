@@ -262,7 +262,7 @@ std::pair<std::uint32_t, std::uint32_t> PngSize(const std::filesystem::path& fil
     return {word(16), word(20)};
 }
 
-TEST_F(CliTest, RenderDrawsTheGraphOfARunAtTheGivenSizeAndTime) {
+TEST_F(CliTest, RenderDrawsTheGraphOfARunAtTheGivenSizeAndTimeAndRefusesBadInput) {
     const std::string run = (folder / "run.rlg").string();
     ASSERT_EQ(Cli({"generate", run, "--minutes", "1", "--seed", "3"}).status, 0);
     const auto first = folder / "first.png";
@@ -284,16 +284,12 @@ TEST_F(CliTest, RenderDrawsTheGraphOfARunAtTheGivenSizeAndTime) {
                   (folder / "LAYOUT.DAT").string()});
     ASSERT_EQ(result.status, 0) << result.err;
     EXPECT_EQ(torvane::testing::ReadText(first), torvane::testing::ReadText(laidOut));
-}
 
-TEST_F(CliTest, RenderRefusesBadInputAndWritesNothing) {
-    const std::string run = (folder / "run.rlg").string();
-    ASSERT_EQ(Cli({"generate", run, "--minutes", "1"}).status, 0);
+    // Bad input is refused and nothing is written.
     const std::string whole = torvane::testing::ReadText(run);
     WriteText(folder / "cut.rlg", whole.substr(0, whole.size() / 2));
     const auto out = folder / "out.png";
-
-    auto result = Cli({"render", (folder / "cut.rlg").string(), out.string()});
+    result = Cli({"render", (folder / "cut.rlg").string(), out.string()});
     EXPECT_EQ(result.status, 1);
     EXPECT_FALSE(result.err.empty());
     EXPECT_NE(Cli({"render", run, out.string(), "--size", "90x400"}).status, 0);
