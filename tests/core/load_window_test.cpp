@@ -84,7 +84,7 @@ protected:
     RecordingView view;
 };
 
-TEST_F(LoadTest, MainFileIsReadyToShow) {
+TEST_F(LoadTest, MainFileIsReadyToShowWithTheScrollItemItHas) {
     ASSERT_TRUE(Load(MakeRun(6000, true)));
     EXPECT_TRUE(sink.messages.empty());
     EXPECT_EQ(files.SingleFileState, 1);
@@ -98,6 +98,18 @@ TEST_F(LoadTest, MainFileIsReadyToShow) {
     EXPECT_EQ(LayerMenus(files), (std::array{true, false, false}));
     EXPECT_EQ(view.steps, (std::vector<std::string>{"panel 0", "scales", "select 0",
                                                     "values, cursor found again"}));
+
+    // The scroll item falls back from the throttle to engine speed to the front wheel.
+    ScriptedRun uncalibrated = MakeRun(6000);
+    uncalibrated.header.SetWord(SettingWord::ThOpen, 100);
+    ASSERT_TRUE(Load(uncalibrated, "/runs/UNCALIBRATED.rlg"));
+    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, logdata::Ne);
+
+    ScriptedRun rearWheelOnly;
+    rearWheelOnly.header.SetSampleTime(logdata::VRW, 10);
+    rearWheelOnly.streams = {{"VRW", std::vector<std::int16_t>(700, 50)}, {"LAP", {}}};
+    ASSERT_TRUE(Load(rearWheelOnly, "/runs/REAR.rlg"));
+    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, -1);
 }
 
 TEST_F(LoadTest, RunOrLayerOfThreeSecondsOrLessIsRefusedAndItsNumberUsedAgain) {
@@ -154,19 +166,6 @@ TEST_F(LoadTest, FailedDeploymentShowsTheDriversMessageAndAFailedWindowStepFails
     view.panelFails = true;
     EXPECT_FALSE(Load(MakeRun(6000)));
     EXPECT_EQ(view.steps, std::vector<std::string>{"panel 0"});
-}
-
-TEST_F(LoadTest, ScrollItemFallsBackFromThrottleToEngineSpeedToFrontWheel) {
-    ScriptedRun uncalibrated = MakeRun(6000);
-    uncalibrated.header.SetWord(SettingWord::ThOpen, 100);
-    ASSERT_TRUE(Load(uncalibrated));
-    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, logdata::Ne);
-
-    ScriptedRun rearWheelOnly;
-    rearWheelOnly.header.SetSampleTime(logdata::VRW, 10);
-    rearWheelOnly.streams = {{"VRW", std::vector<std::int16_t>(700, 50)}, {"LAP", {}}};
-    ASSERT_TRUE(Load(rearWheelOnly, "/runs/REAR.rlg"));
-    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, -1);
 }
 
 TEST_F(LoadTest, SecondAndThirdLayersOpenAndAFourthIsRefused) {
@@ -291,16 +290,16 @@ protected:
     int dialogs = 0;
 };
 
-TEST_F(QueryUnloadTest, NothingIsAskedForAFileFromTheDiskOrOneAlreadyGone) {
+TEST_F(QueryUnloadTest, NothingIsAskedForAFileFromTheDiskOrGoneCancelKeepsItAndNoDeletesIt) {
     registry.SetLogger(files.Layers.WindowNumber, 0);
     EXPECT_TRUE(Query(shell::answers::Cancel));
     registry.SetLogger(files.Layers.WindowNumber, 1);
     fs::remove(downloaded);
     EXPECT_TRUE(Query(shell::answers::Cancel));
     EXPECT_TRUE(sink.messages.empty());
-}
 
-TEST_F(QueryUnloadTest, CancelKeepsTheWindowAndNoDeletesTheFile) {
+    // For a downloaded file Cancel keeps the window and No deletes the file.
+    torvane::testing::WriteText(downloaded, "logging file");
     EXPECT_FALSE(Query(shell::answers::Cancel));
     ASSERT_EQ(sink.messages.size(), 1U);
     EXPECT_EQ(sink.messages[0].text, "This file is not saved.\r\nDoes it save?");
