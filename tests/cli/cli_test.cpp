@@ -68,7 +68,7 @@ protected:
     TempFolder folder;
 };
 
-TEST_F(CliTest, ValuesConvertWithTheTableOfTheHomeFolder) {
+TEST_F(CliTest, ValuesInfoLapsAndUnpackOfAPackedRun) {
     const std::string run = PackSmallRun();
     auto values = Cli({"values", run, "--at", "0,10,15,1000", "--json"});
     ASSERT_EQ(values.status, 0) << values.err;
@@ -86,10 +86,8 @@ TEST_F(CliTest, ValuesConvertWithTheTableOfTheHomeFolder) {
     values = Cli({"values", run, "--at", "1000", "--json"});
     rows = json::parse(values.out);
     EXPECT_NEAR(rows[0]["values"]["LAF1"].get<double>(), 512.0 / 1023 * 50, 1e-9);
-}
 
-TEST_F(CliTest, InfoLapsAndUnpackOfAPackedRun) {
-    const std::string run = PackSmallRun();
+    // Info, laps and unpack of the same run.
     const auto info = Cli({"info", run, "--json"});
     ASSERT_EQ(info.status, 0) << info.err;
     const json result = json::parse(info.out);
@@ -145,7 +143,7 @@ TEST_F(CliTest, RefusedFilesGiveTheMessageAndStatusOne) {
     EXPECT_EQ(result.err, "A file format is not correct.\n");
 }
 
-TEST_F(CliTest, ExportWritesTheDefaultDisplaysItemsOrAllOverARange) {
+TEST_F(CliTest, ExportWritesTheDefaultDisplaysItemsOrAllOverARangeAndRefusesBadInput) {
     const std::string run = PackSmallRun();
     const std::string csv = (folder / "run.csv").string();
     auto result = Cli({"export", run, csv});
@@ -178,11 +176,10 @@ TEST_F(CliTest, ExportWritesTheDefaultDisplaysItemsOrAllOverARange) {
                              "3.000,7980.00,50.00,13.50,1.00\r\n"
                              "3.005,7990.00,50.00,13.50,1.00\r\n"
                              "3.010,8000.00,50.00,13.50,1.00\r\n");
-}
 
-TEST_F(CliTest, ExportRefusesBadRangesAndReportsAnUnwritableTarget) {
-    const std::string run = PackSmallRun();
-    auto result = Cli({"export", run, (folder / "missing" / "run.csv").string()});
+    // Bad ranges, an unwritable target and a damaged file are refused.
+    std::filesystem::remove(csv);
+    result = Cli({"export", run, (folder / "missing" / "run.csv").string()});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err,
               "Error(76)\nPath not found: " + (folder / "missing" / "run.csv").string() + "\n");

@@ -136,7 +136,7 @@ TEST_F(GraphWindowTest, FirstPressOnARowOfTheActiveLayerOnlyMarksIt) {
     EXPECT_FALSE(MenuStateOf(state).GridEnabled);
 }
 
-TEST_F(GraphWindowTest, PressesOnOtherLayersSelectThem) {
+TEST_F(GraphWindowTest, PressesOnOtherLayersOrTheirTracesSelectThem) {
     Open(0, RunHeader());
     EXPECT_FALSE(SelectLayer(state, 1)); // not open
     Open(1, RunHeader());
@@ -160,11 +160,8 @@ TEST_F(GraphWindowTest, PressesOnOtherLayersSelectThem) {
     EXPECT_FALSE(MenuStateOf(state).GridEnabled);
     EXPECT_FALSE(PressPanelControl(state, {PanelControl::Kind::Row, 999}, MouseButton::Right)
                      .Popup.has_value());
-}
 
-TEST_F(GraphWindowTest, RightPressInTheGraphTakesTheHitOrTheMarkedRow) {
-    Open(0, RunHeader());
-    Open(1, RunHeader());
+    // A right press in the graph takes the hit or the marked row.
     state.Panel.ClearSelection();
     EXPECT_FALSE(PressGraphRight(state, std::nullopt).has_value());
 
