@@ -27,7 +27,7 @@ void Configure(DeviceOnManualClock& logger, const logdata::LogHeader& setting) {
     ASSERT_EQ(status.bytState, TLM_STATE_ACQUIRING);
 }
 
-TEST(LoggerDevice, PowersOnIntoAcquisitionAndPassingStatesEndByThemselves) {
+TEST(LoggerDevice, PowersOnIntoAcquisitionPassingStatesEndAndOthersRefuseWithASense) {
     DeviceOnManualClock idle(LoggerConfig{.startAcquiring = false});
     EXPECT_EQ(idle.StateAfter(InitialisingTime), TLM_STATE_IDLE);
     DeviceOnManualClock logger;
@@ -61,27 +61,25 @@ TEST(LoggerDevice, PowersOnIntoAcquisitionAndPassingStatesEndByThemselves) {
     // while it runs, which a busy logger would refuse.
     logger.device.ServiceMode(status, TLM_SERVICE_HEAT_RUN2);
     EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING);
-}
 
-TEST(LoggerDevice, RefusesWithASenseCodeWhatItsStateDoesNotTake) {
-    DeviceOnManualClock logger;
-    TlmStatus status{};
-    EXPECT_EQ(logger.device.FileCount(status), 0);
+    // What a state does not take is refused with a sense code.
+    DeviceOnManualClock fresh;
+    EXPECT_EQ(fresh.device.FileCount(status), 0);
     EXPECT_EQ(status.bytSense, SenseNotInThisState) << "still initialising";
 
-    logger.Run(2);
-    EXPECT_EQ(logger.device.ClearFiles(status), TLM_OK);
+    fresh.Run(2);
+    EXPECT_EQ(fresh.device.ClearFiles(status), TLM_OK);
     EXPECT_EQ(status.bytSense, SenseNotInThisState) << "acquiring";
     EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING);
-    EXPECT_EQ(logger.Send(StartAtOnce(logdata::FreshSetting())).bytSense, SenseNotInThisState);
+    EXPECT_EQ(fresh.Send(StartAtOnce(logdata::FreshSetting())).bytSense, SenseNotInThisState);
 
-    logger.Stop();
-    logger.device.ServiceMode(status, 99);
+    fresh.Stop();
+    fresh.device.ServiceMode(status, 99);
     EXPECT_EQ(status.bytSense, SenseBadArgument);
     TlmInitData points{};
-    logger.device.InitData(status, 1, points);
+    fresh.device.InitData(status, 1, points);
     EXPECT_EQ(status.bytSense, SenseBadArgument);
-    logger.device.GetStatus(status);
+    fresh.device.GetStatus(status);
     EXPECT_EQ(status.bytSense, 0) << "a refusal leaves nothing behind";
 }
 
@@ -314,7 +312,7 @@ TEST(LoggerDevice, DetonationMapFollowsTheRunAndTheSetting) {
     EXPECT_EQ(map.lngRunTime, 0) << "cleared with the files";
 }
 
-TEST(DetonationCounter, CellsByEngineSpeedRowAndThrottleColumn) {
+TEST(LoggerTables, DetonationCellsByEngineSpeedAndThrottleAndMemoryByChannelAndPeriod) {
     EXPECT_EQ(DetonationCounter::CellOf(4999.0, 50), -1);
     EXPECT_EQ(DetonationCounter::CellOf(15001.0, 50), -1);
     EXPECT_EQ(DetonationCounter::CellOf(5499.0, 4), 0);
@@ -332,9 +330,8 @@ TEST(DetonationCounter, CellsByEngineSpeedRowAndThrottleColumn) {
     const int cell = 14 * 20 + 12;
     EXPECT_EQ(map.bytMap1[cell], 255) << "saturates";
     EXPECT_EQ(map.bytMap2[cell], 2);
-}
 
-TEST(MemoryTable, BudgetsBytesPer300MsByChannelAndPeriod) {
+    // The memory table budgets bytes per 300 ms by channel and period.
     // The fresh setting: Ne, TH, VFW, VB at 25 ms and DETO1 on (free by default table) is 48.
     auto setting = logdata::FreshSetting();
     MemoryTable table = DefaultMemoryTable();
