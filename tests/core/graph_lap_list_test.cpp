@@ -12,13 +12,11 @@ logdata::LapInfo LapsOf(std::vector<double> marks, double best) {
     return lap;
 }
 
-TEST(LapList, LapTextHasNoHourPartAndRoundsBeforeDividing) {
+TEST(LapList, LapTextHasNoHourPartTheBestLapsAreRedAndTheListStopsAtLap254) {
     EXPECT_EQ(LapText(3725500.0), "62m05s500");
     EXPECT_EQ(LapText(59999.5), "01m00s000"); // half to even carries into the minutes
     EXPECT_EQ(LapText(1234.5), "00m01s234");
-}
 
-TEST(LapList, TheBestLapsAreRedAndTheListStopsAtLap254) {
     // Laps 1 and 3 are 90 s exactly, lap 2 a millisecond longer.
     const LapList list = LapListOf(LapsOf({5000.0, 95000.0, 185001.0, 275001.0}, 90000.0), "RUN");
     EXPECT_EQ(list.BestText, "01m30s000");

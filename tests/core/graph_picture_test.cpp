@@ -38,7 +38,7 @@ protected:
     }
 };
 
-TEST_F(PictureTest, RangeBandFollowsTheMarkedRange) {
+TEST_F(PictureTest, RangeBandFollowsTheMarkedRangeAndTheDeltaLineItsMode) {
     EXPECT_EQ(RangeBandOf(state, 600, 400), std::nullopt);
     state.RangeState = 1;
     state.RangeStart = 0.0; // at the left edge: from the axis to the cursor
@@ -58,9 +58,9 @@ TEST_F(PictureTest, RangeBandFollowsTheMarkedRange) {
     EXPECT_EQ(RangeBandOf(state, 600, 400), std::nullopt);
     state.RangeEnd = 200000.0; // covering it
     EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{100, 14, 500, 366}));
-}
 
-TEST_F(PictureTest, DeltaLineOnlyInDeltaModeInsideTheWindow) {
+    // The Delta line stands only in Delta mode, inside the window.
+    state.Layers.Layer[0].TimeOffset = 0.0;
     state.DeltaMark = 1000.0;
     EXPECT_EQ(DeltaMarkColumn(state, 600), std::nullopt);
     state.DeltaMode = true;
@@ -69,9 +69,12 @@ TEST_F(PictureTest, DeltaLineOnlyInDeltaModeInsideTheWindow) {
     EXPECT_EQ(DeltaMarkColumn(state, 600), std::nullopt);
 }
 
-TEST(BandColor, ThreeQuartersOfEveryMask) {
+TEST(BandColor, ThreeQuartersOfEveryMaskAndLapBarHoursFromAnHourOn) {
     EXPECT_EQ(BandColorOf(0xFF0000, 0x00FF00, 0x0000FF), 0xBFFFFFU);
     EXPECT_EQ(BandColorOf(0xF800, 0x07E0, 0x001F), 0xBFFFU); // 16-bit 5-6-5
+    // The lap bar shows hours only from an hour on.
+    EXPECT_EQ(LapBarText(125500.0), "02m05s500");
+    EXPECT_EQ(LapBarText(3725500.0), "01h02m05s500");
 }
 
 TEST_F(PictureTest, ScaleColumnDrawsTheBandOfEachItemWithItsGrid) {
@@ -97,11 +100,6 @@ TEST_F(PictureTest, ScaleColumnDrawsTheBandOfEachItemWithItsGrid) {
     column = ScaleColumnOf(state);
     EXPECT_EQ(column.Lines.front(), (ScaleLine{170, true}));
     EXPECT_EQ(column.Lines.size(), 8U);
-}
-
-TEST(LapBarText, HoursOnlyFromAnHourOn) {
-    EXPECT_EQ(LapBarText(125500.0), "02m05s500");
-    EXPECT_EQ(LapBarText(3725500.0), "01h02m05s500");
 }
 
 TEST_F(PictureTest, LapBarCellsFillOddLapsAndNameThemByWidth) {

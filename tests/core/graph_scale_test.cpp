@@ -13,7 +13,7 @@ ScaleRecord Scale(int channel, int zoom) {
     return scale;
 }
 
-TEST(ScaleFor, EndsOfTheTableAndRowsWithTheirOwnPitchAndDivisor) {
+TEST(ScaleFor, EndsOfTheTableRowsWithTheirOwnPitchAndNumbersOutsideIt) {
     //                              Pitch Divisor AxisMax Min Label  Grid  FullScale
     EXPECT_EQ(Scale(0, 0), (ScaleRecord{10, 1, 40000, 0, 40000, 40000, 30000}));
     EXPECT_EQ(Scale(0, 9), (ScaleRecord{10, 1, 20000, 0, 500, 100, 30000}));
@@ -25,6 +25,15 @@ TEST(ScaleFor, EndsOfTheTableAndRowsWithTheirOwnPitchAndDivisor) {
     EXPECT_EQ(Scale(10, 0), (ScaleRecord{10, 100, 1000, 0, 1000, 1000, 5}));
     EXPECT_EQ(Scale(12, 4), (ScaleRecord{15, 1, 200, 0, 50, 25, 200}));
     EXPECT_EQ(Scale(3, 5), (ScaleRecord{5, 1, 300, 0, 50, 10, 400}));
+
+    // Numbers outside the table leave the record alone.
+    const ScaleRecord before{1, 2, 3, 4, 5, 6, 7};
+    for (const auto& [channel, zoom] :
+         std::array<std::array<int, 2>, 5>{{{0, 10}, {15, 10}, {0, -1}, {16, 0}, {-1, 3}}}) {
+        ScaleRecord scale = before;
+        EXPECT_FALSE(ScaleFor(channel, zoom, scale));
+        EXPECT_EQ(scale, before);
+    }
 }
 
 TEST(ScaleFor, ChannelsOfOneKindShareTheirScales) {
@@ -34,16 +43,6 @@ TEST(ScaleFor, ChannelsOfOneKindShareTheirScales) {
         for (int zoom = 0; zoom <= MaxScaleNumber; ++zoom) {
             EXPECT_EQ(Scale(first, zoom), Scale(second, zoom)) << first << "/" << second;
         }
-    }
-}
-
-TEST(ScaleFor, NumbersOutsideTheTableLeaveTheRecordAlone) {
-    const ScaleRecord before{1, 2, 3, 4, 5, 6, 7};
-    for (const auto& [channel, zoom] :
-         std::array<std::array<int, 2>, 5>{{{0, 10}, {15, 10}, {0, -1}, {16, 0}, {-1, 3}}}) {
-        ScaleRecord scale = before;
-        EXPECT_FALSE(ScaleFor(channel, zoom, scale));
-        EXPECT_EQ(scale, before);
     }
 }
 
@@ -99,7 +98,7 @@ TEST(FormulaScale, BaseAndDivisorFollowTheMaximum) {
     }
 }
 
-TEST(FormulaScale, StepsByScaleNumberRoundHalfToEven) {
+TEST(FormulaScale, StepsByScaleNumberRoundHalfToEvenFromThreeByDefaultUpToNine) {
     EXPECT_EQ(Formula(1000, 0), (ScaleRecord{10, 1, 1000, 0, 1000, 1000, 1000}));
     EXPECT_EQ(Formula(50, 4), (ScaleRecord{15, 10, 1000, 0, 500, 100, 50}));
     EXPECT_EQ(Formula(50, 8), (ScaleRecord{15, 10, 1000, 0, 100, 20, 50}));
@@ -108,9 +107,8 @@ TEST(FormulaScale, StepsByScaleNumberRoundHalfToEven) {
     EXPECT_EQ(Formula(250, 9).GridStep, 2);  // 2.5
     EXPECT_EQ(Formula(330, 6).LabelStep, 66);
     EXPECT_EQ(Formula(330, 6).GridStep, 13); // 13.2
-}
 
-TEST(FormulaScale, DefaultIsScaleNumberThreeAndTenIsRefused) {
+    // The default is scale number 3; 10 is refused.
     ScaleRecord scale;
     ASSERT_TRUE(DefaultFormulaScale(400, scale));
     EXPECT_EQ(scale, Formula(400, 3));

@@ -22,7 +22,7 @@ std::vector<std::int32_t> ColumnsOf(const std::vector<StripSample>& samples) {
     return columns;
 }
 
-TEST(ScrollStrip, SamplesStandThreeColumnsApartOrSpreadOverTheWidth) {
+TEST(ScrollStrip, SamplesStandThreeColumnsApartOrSpreadAndTheStreamGivesRowsAndSpan) {
     // 30 columns take 10 samples: of 25, every second one; of 10, each.
     const auto thinned = StripSamples(25, 30);
     ASSERT_EQ(thinned.size(), 10u);
@@ -36,9 +36,8 @@ TEST(ScrollStrip, SamplesStandThreeColumnsApartOrSpreadOverTheWidth) {
     EXPECT_EQ(spread[3].Sample, 4);
     EXPECT_TRUE(StripSamples(0, 30).empty());
     EXPECT_TRUE(StripSamples(5, 2).empty());
-}
 
-TEST(ScrollStrip, TheFollowedStreamGivesTheRowsAndTheSpan) {
+    // The followed stream gives the rows and the span.
     GraphWindowFixture window;
     window.Open(0, RunHeader(10));
     GraphWindowState& state = window.state;
@@ -55,7 +54,7 @@ TEST(ScrollStrip, TheFollowedStreamGivesTheRowsAndTheSpan) {
     EXPECT_EQ(state.ScrollSpan, 0);
 }
 
-TEST(ScrollBox, ItStandsForTheVisibleTimeAndIsNeverNarrowerThanTen) {
+TEST(ScrollBox, ItStandsForTheVisibleTimeIsNeverNarrowerThanTenAndItsEdgesPull) {
     GraphWindowFixture window;
     window.Open(0, RunHeader());
     GraphWindowState& state = window.state;
@@ -71,10 +70,9 @@ TEST(ScrollBox, ItStandsForTheVisibleTimeAndIsNeverNarrowerThanTen) {
 
     EXPECT_EQ(MoveScrollBox({200, 50}, 153, 0), (ScrollBox{200, 50}));
     EXPECT_EQ(MoveScrollBox({200, 50}, 154, 3), (ScrollBox{154, 10}));
-}
 
-TEST(ScrollBox, APressNearAnEdgePullsThatEdge) {
-    // Width 9: edges of 3; width 30: a third would be 10, held at 6.
+    // A press near an edge pulls it. Width 9: edges of 3; width 30: a third would be 10, held
+    // at 6.
     EXPECT_EQ(BoxPressState(9, 2), 2);
     EXPECT_EQ(BoxPressState(9, 3), 1);
     EXPECT_EQ(BoxPressState(9, 5), 1);

@@ -5,7 +5,7 @@
 namespace torvane::graph {
 namespace {
 
-TEST(TimeAxis, ColumnsFallOnTheStepGridAndTheRightEdgeOnAWholeStep) {
+TEST(TimeAxis, ColumnsFallOnTheStepGridTheRightEdgeOnAWholeStepAndGridLinesEvery100) {
     const TimeScale fine{25, 20, 5};
     EXPECT_EQ(ColumnOfTime(1000.0, 1000.0, fine), 100);
     EXPECT_EQ(ColumnOfTime(1009.0, 1000.0, fine), 100 + 25); // 9 ms is one whole step
@@ -16,9 +16,8 @@ TEST(TimeAxis, ColumnsFallOnTheStepGridAndTheRightEdgeOnAWholeStep) {
     EXPECT_DOUBLE_EQ(RightEdgeTime(300.0, 1000, fine), 300.0 + 36 * 5);
     const TimeScale coarse{1, 30000, 300};
     EXPECT_DOUBLE_EQ(RightEdgeTime(0.0, 1100, coarse), 1000 * 300.0);
-}
 
-TEST(TimeAxis, ZoomLevelsGiveAGridLineEveryHundredColumns) {
+    // The zoom levels give a grid line every hundred columns.
     const int levels[] = {1, 2, 3, 4, 5, 0, 9};
     const TimeScale expected[] = {{1, 500, 5}, {5, 100, 5}, {10, 50, 5}, {25, 20, 5},
                                   {50, 10, 5}, {1, 500, 5}, {1, 500, 5}};

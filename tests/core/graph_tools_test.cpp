@@ -21,7 +21,7 @@ namespace {
 using testing::GraphWindowFixture;
 using testing::RunHeader;
 
-TEST(Cursor, TheHotSpotAndTheRightEdgeDecideTheColumn) {
+TEST(Cursor, TheHotSpotAndTheRightEdgeDecideTheColumnAndAMoveRedrawsOnANewOne) {
     const TimeScale fine{25, 20, 5};
     // X 89 reads as 100: the press is accepted and the cursor stands on the axis line.
     EXPECT_EQ(CursorColumn(89.0, 1000, fine), 100);
@@ -35,18 +35,17 @@ TEST(Cursor, TheHotSpotAndTheRightEdgeDecideTheColumn) {
 
     GraphWindowFixture window;
     window.Open(0, RunHeader());
-    EXPECT_TRUE(GraphTakesPress(window.state, 89.0, 0.0));
-    EXPECT_FALSE(GraphTakesPress(window.state, 88.9, 0.0));
-    window.state.LapBarHeight = 14;
-    EXPECT_FALSE(GraphTakesPress(window.state, 200.0, 13.0));
-    window.state.DragState = 1;
-    EXPECT_FALSE(GraphTakesPress(window.state, 200.0, 20.0));
-}
-
-TEST(Cursor, AMoveRedrawsOnlyWhenTheColumnChangesAndNoLoopDraws) {
-    GraphWindowFixture window;
-    window.Open(0, RunHeader());
     GraphWindowState& state = window.state;
+    EXPECT_TRUE(GraphTakesPress(state, 89.0, 0.0));
+    EXPECT_FALSE(GraphTakesPress(state, 88.9, 0.0));
+    state.LapBarHeight = 14;
+    EXPECT_FALSE(GraphTakesPress(state, 200.0, 13.0));
+    state.DragState = 1;
+    EXPECT_FALSE(GraphTakesPress(state, 200.0, 20.0));
+
+    // A move redraws only when the column changes, and never while a loop draws.
+    state.DragState = 0;
+    state.LapBarHeight = 0;
     const CursorMove first = MoveCursor(state, 289.0, 40.0, 800);
     EXPECT_TRUE(first.Moved && first.Redraw);
     EXPECT_EQ(state.CursorX, 300);
@@ -64,7 +63,7 @@ TEST(Cursor, AMoveRedrawsOnlyWhenTheColumnChangesAndNoLoopDraws) {
     EXPECT_TRUE(MoveCursor(state, 500.0, 40.0, 800).Redraw);
 }
 
-TEST(TimeZoom, ExpansionClimbsToFiftyColumnsPerStepAndStops) {
+TEST(TimeZoom, ExpansionStopsAtFiftyColumnsPerStepAndReductionPastAMillionMs) {
     const std::map<std::int32_t, TimeScale> expanded{
         {5, {5, 100, 5}},       {10, {1, 500, 5}},      {11, {1, 1000, 10}},
         {25, {1, 1000, 10}},    {26, {1, 2500, 25}},    {100, {1, 5000, 50}},
@@ -75,16 +74,13 @@ TEST(TimeZoom, ExpansionClimbsToFiftyColumnsPerStepAndStops) {
         ExpandTimeScale(scale);
         EXPECT_EQ(scale, expected) << "S " << step;
     }
-    TimeScale scale{1, 500, 5};
+    TimeScale finest{1, 500, 5};
     for (const int pixels : {5, 10, 25, 50, 50}) {
-        ExpandTimeScale(scale);
-        EXPECT_EQ(scale.PixelsPerStep, pixels);
-        EXPECT_EQ(scale.MsPerStep, 5);
-        EXPECT_EQ(scale.MsPerGrid, 100 / pixels * 5);
+        ExpandTimeScale(finest);
+        EXPECT_EQ(finest.PixelsPerStep, pixels);
     }
-}
+    EXPECT_EQ(finest, (TimeScale{50, 10, 5}));
 
-TEST(TimeZoom, ReductionClimbsPastAMillionMillisecondsAndStops) {
     const std::map<std::int32_t, TimeScale> reduced{
         {5, {1, 1000, 10}},     {10, {1, 2500, 25}},
         {24, {1, 2500, 25}},    {25, {1, 5000, 50}},
@@ -171,7 +167,7 @@ TEST(ValueZoom, TheValueUnderTheMouseKeepsItsRowAndTheEndsChangeNothing) {
     EXPECT_FALSE(ZoomItemValue(state, {0, logdata::SlotCount + 1}, false, 200.0));
 }
 
-TEST(RangeTool, PressAndReleaseMarkARangeInOrderOrClearIt) {
+TEST(RangeTool, PressAndReleaseMarkARangeInOrderOrClearItAndTheEdgesScrollMeanwhile) {
     GraphWindowFixture window;
     window.Open(0, RunHeader());
     GraphWindowState& state = window.state;
@@ -200,12 +196,9 @@ TEST(RangeTool, PressAndReleaseMarkARangeInOrderOrClearIt) {
     EXPECT_DOUBLE_EQ(state.DeltaMark, 7000.0);
     EXPECT_EQ(state.RangeState, 0);
     EXPECT_FALSE(ReleaseRangeTool(state));
-}
 
-TEST(RangeTool, TheEdgesScrollOnlyWhileARangeIsMarked) {
-    GraphWindowFixture window;
-    window.Open(0, RunHeader());
-    GraphWindowState& state = window.state;
+    // The edges scroll only while a range is marked.
+    state.DeltaMode = false;
     state.Time = {25, 20, 5};
     state.CursorX = 119;
     EXPECT_FALSE(RangeEdgeScrolls(state, 1010));
@@ -241,7 +234,7 @@ protected:
     GraphWindowState& state = window.state;
 };
 
-TEST_F(ArrowKeys, TheReadOutWalksByTheFinestTimeAndThePictureJumpsByL) {
+TEST_F(ArrowKeys, TheReadOutWalksByTheFinestTimeThePictureJumpsByLAndTheEndsHold) {
     EXPECT_EQ(PressArrowRight(state, false, 1000), ArrowResult::ReadOut);
     EXPECT_DOUBLE_EQ(Layer(0).CursorTime, 1510.0);
     EXPECT_EQ(PressArrowRight(state, false, 1000), ArrowResult::ReadOut);
@@ -257,10 +250,11 @@ TEST_F(ArrowKeys, TheReadOutWalksByTheFinestTimeAndThePictureJumpsByL) {
     EXPECT_EQ(PressArrowLeft(state, true), ArrowResult::Shifted);
     EXPECT_DOUBLE_EQ(Layer(0).TimeOffset, 1000.0);
     EXPECT_DOUBLE_EQ(Layer(1).TimeOffset, 970.0);
-}
 
-TEST_F(ArrowKeys, AtTheEndsNothingMovesAtAll) {
-    // 900 columns of 15 ms: a 10000 ms file is shorter than the window.
+    // At the ends nothing moves at all: 900 columns of 15 ms outlast a 10000 ms file.
+    Layer(0).TimeOffset = Layer(1).TimeOffset = 1000.0;
+    Layer(0).CursorTime = Layer(1).CursorTime = 1500.0;
+    state.CursorAxisTime = 1500;
     Layer(1).MeasureTime = 10'000.0;
     EXPECT_EQ(PressArrowRight(state, true, 1000), ArrowResult::Nothing);
     EXPECT_DOUBLE_EQ(Layer(0).CursorTime, 1500.0);
@@ -297,7 +291,7 @@ protected:
     GraphWindowState& state = window.state;
 };
 
-TEST_F(HitTest, TheColourNearTheMouseNamesItsRow) {
+TEST_F(HitTest, TheColourNearTheMouseNamesItsRowAndTracesTellRowsOfOneColourApart) {
     const auto none = [](int, int, std::int32_t, std::int32_t, double) {
         return std::optional<TraceRows>();
     };
@@ -308,13 +302,12 @@ TEST_F(HitTest, TheColourNearTheMouseNamesItsRow) {
     const PixelReader vfw = [](int, int) {
         return shell::ColorValue(3);
     };
-    const auto hit = HitTestItem(state, 250, 250, vfw, DisplayedColors(), none);
-    ASSERT_TRUE(hit);
-    EXPECT_EQ(hit->Position, 2);
+    const auto vfwHit = HitTestItem(state, 250, 250, vfw, DisplayedColors(), none);
+    ASSERT_TRUE(vfwHit);
+    EXPECT_EQ(vfwHit->Position, 2);
     EXPECT_FALSE(HitTestItem(state, 250, 250, Picture(), DisplayedColors(), none));
-}
 
-TEST_F(HitTest, SeveralRowsOfOneColourAreToldApartByTheirTraces) {
+    // Several rows of one colour are told apart by their traces.
     state.Time = {1, 1000, 10};
     state.Layers.Layer[0].TimeOffset = 5000.0;
     std::vector<std::tuple<int, std::int32_t, std::int32_t, double>> asked;

@@ -100,18 +100,15 @@ TEST_F(TraceTest, SixtyStepsPerSampleIsTheLastEnvelope) {
     EXPECT_EQ(lists.Main[2].X - lists.Main[1].X, 1);
 }
 
-TEST_F(TraceTest, PlainTraceAtTwentyFiveColumnsPerStep) {
+TEST_F(TraceTest, PlainTraceAtTwentyFiveColumnsPerStepAndAStartInsideABlock) {
     Write(Counting(40));
     EXPECT_EQ(BuildTrace(Params(0, 5), {25, 20, 5}, Identity, lists), TracePlain);
     EXPECT_THAT(Columns(lists.Main), ElementsAre(100, 125, 150, 175, 200, 225, 250, 275, 300, 325,
                                                  350, 375, 400, 425, 450, 475, 500, 525));
     EXPECT_EQ(lists.Main[1].Y, Base - 1);
-}
 
-TEST_F(TraceTest, StartInsideABlockReadsFromItsBoundary) {
-    Write(Counting(100));
-    // 137 ms into a 25 ms stream at 5 columns per 5 ms: the block boundary 125 ms, sample 5,
-    // stands 12 columns left of 100.
+    // A start inside a block reads from its boundary: 137 ms into a 25 ms stream at 5 columns per 5
+    // ms: the block boundary 125 ms, sample 5, stands 12 columns left of 100.
     ASSERT_EQ(BuildTrace(Params(0, 25, 137.0), {5, 100, 5}, Identity, lists), TracePlain);
     EXPECT_EQ(lists.Main[0], (TracePoint{88, Base - 5}));
     EXPECT_EQ(lists.Main[1], (TracePoint{113, Base - 6}));
@@ -174,7 +171,7 @@ protected:
     TraceLists lists;
 };
 
-TEST_F(TraceItemTest, ItemsThatCannotShowAreSkippedBeforeAnyRead) {
+TEST_F(TraceItemTest, ItemsThatCannotShowAreSkippedBeforeAnyReadAndRawZeroIsConverted) {
     Open(0, testing::RunHeader(10));
     state.LapBarHeight = 14;
     ItemDisplay& ne = state.Views[0].Display.Items[0];
@@ -198,17 +195,14 @@ TEST_F(TraceItemTest, ItemsThatCannotShowAreSkippedBeforeAnyRead) {
     EXPECT_EQ(params->Sampling, 10);
     EXPECT_DOUBLE_EQ(params->Unit, 50.0); // 500 r/min a grid step of 10 rows
     EXPECT_EQ(params->File.filename(), "Ne-010.tmp");
-}
 
-TEST_F(TraceItemTest, TheTraceConvertsARawZeroThroughTheTable) {
-    Open(0, testing::RunHeader(5));
+    // The trace converts a raw zero through the table: 0.28 V stands above the base line.
     logger::LafTable laf;
     Stream(0, "VB", {0, 0});
-    const auto params = TraceParamsFor(state, 0, 6, 100, 100, 0.0);
-    ASSERT_TRUE(params.has_value());
-    ASSERT_EQ(BuildItemTrace(state, laf, 0, 6, *params, lists), TracePlain);
-    // 0.28 V stands above the base line.
-    EXPECT_LT(lists.Main[1].Y, params->Base);
+    const auto vb = TraceParamsFor(state, 0, 6, 100, 100, 0.0);
+    ASSERT_TRUE(vb.has_value());
+    ASSERT_EQ(BuildItemTrace(state, laf, 0, 6, *vb, lists), TracePlain);
+    EXPECT_LT(lists.Main[1].Y, vb->Base);
 }
 
 } // namespace

@@ -115,25 +115,6 @@ TEST_F(GraphWindowTest, StripHistogramAndDetonationMapNeedTheirChannels) {
     EXPECT_TRUE(MenuStateOf(state).HistoEnabled); // TH alone is enough
 }
 
-TEST_F(GraphWindowTest, LayerCommandsFollowTheNumberOfLayers) {
-    Open(0, RunHeader());
-    WindowMenuState menus = MenuStateOf(state);
-    EXPECT_FALSE(menus.CloseLayerEnabled);
-    EXPECT_FALSE(menus.AlignEnabled);
-    EXPECT_FALSE(SelectLayer(state, 1));
-
-    Open(1, RunHeader());
-    menus = MenuStateOf(state);
-    EXPECT_TRUE(menus.CloseLayerEnabled);
-    EXPECT_TRUE(menus.AlignEnabled);
-
-    Open(2, RunHeader());
-    EXPECT_FALSE(MenuStateOf(state).OpenLayerEnabled);
-    EXPECT_FALSE(SelectLayer(state, 3));
-    EXPECT_TRUE(SelectLayer(state, 2));
-    EXPECT_EQ(state.ActiveLayer, 2);
-}
-
 TEST_F(GraphWindowTest, FirstPressOnARowOfTheActiveLayerOnlyMarksIt) {
     Open(0, RunHeader());
     const int throttle = SlotRowIndex(0, logdata::TH);
@@ -155,8 +136,9 @@ TEST_F(GraphWindowTest, FirstPressOnARowOfTheActiveLayerOnlyMarksIt) {
     EXPECT_FALSE(MenuStateOf(state).GridEnabled);
 }
 
-TEST_F(GraphWindowTest, PressesOnOtherLayersSelectThem) {
+TEST_F(GraphWindowTest, PressesOnOtherLayersOrTheirTracesSelectThem) {
     Open(0, RunHeader());
+    EXPECT_FALSE(SelectLayer(state, 1)); // not open
     Open(1, RunHeader());
 
     // An unmarked row of another layer selects that layer at once.
@@ -178,11 +160,8 @@ TEST_F(GraphWindowTest, PressesOnOtherLayersSelectThem) {
     EXPECT_FALSE(MenuStateOf(state).GridEnabled);
     EXPECT_FALSE(PressPanelControl(state, {PanelControl::Kind::Row, 999}, MouseButton::Right)
                      .Popup.has_value());
-}
 
-TEST_F(GraphWindowTest, RightPressInTheGraphTakesTheHitOrTheMarkedRow) {
-    Open(0, RunHeader());
-    Open(1, RunHeader());
+    // A right press in the graph takes the hit or the marked row.
     state.Panel.ClearSelection();
     EXPECT_FALSE(PressGraphRight(state, std::nullopt).has_value());
 
@@ -199,23 +178,19 @@ TEST_F(GraphWindowTest, RightPressInTheGraphTakesTheHitOrTheMarkedRow) {
     EXPECT_EQ((*popup)[5], (MenuEntryState{"mnuGrid", true, true}));
 }
 
-TEST(GraphWindowModel, LayoutMenuShowsNamedRecordsOnly) {
+TEST(GraphWindowModel, LayoutMenuGeometryAndCaption) {
     const auto entries = RefreshLayoutMenu({"INITIALIZE", "Wet", "", "Qualifying"});
     ASSERT_EQ(entries.size(), 10u);
     EXPECT_EQ(entries[0], (LayoutMenuEntry{1, "Wet", true}));
     EXPECT_EQ(entries[2], (LayoutMenuEntry{3, "Qualifying", true}));
     EXPECT_EQ(entries[9], (LayoutMenuEntry{10, "", false}));
-}
 
-TEST(GraphWindowModel, GeometryAndItsFloor) {
+    // The geometry and its floor; the caption is the bare file name.
     const WindowGeometry g = GeometryFor(800, 600);
     EXPECT_EQ(g.Graph, (PixelRect{130, 0, 670, 576}));
     EXPECT_EQ(g.Strip, (PixelRect{154, 576, 622, 24}));
     EXPECT_EQ(GeometryFor(150, 40), GeometryFor(200, 100));
     EXPECT_EQ(GeometryFor(150, 40).Graph, (PixelRect{130, 0, 70, 76}));
-}
-
-TEST(GraphWindowModel, CaptionIsTheBareFileName) {
     EXPECT_EQ(BareFileName("/data/runs/LGGR0001.rlg"), "LGGR0001");
     EXPECT_EQ(BareFileName("/data/v1.2/race.day.rlg"), "race");
 }

@@ -10,13 +10,9 @@ using torvane::testing::ReadText;
 using torvane::testing::TempFolder;
 using torvane::testing::WriteText;
 
-TEST(LafTable, WithoutATableVoltagesPassThrough) {
-    const LafTable table;
-    EXPECT_EQ(table.ConvertLaf(2.5), 2.5);
-}
-
-TEST(LafTable, DefaultTableConversions) {
+TEST(LafTable, WithoutATableVoltagesPassThroughAndTheDefaultTableConverts) {
     LafTable table;
+    EXPECT_EQ(table.ConvertLaf(2.5), 2.5);
     table.SetPoints(DefaultLafPoints());
     EXPECT_DOUBLE_EQ(table.ConvertLaf(0.28), 9.5);
     EXPECT_DOUBLE_EQ(table.ConvertLaf(4.17), 16.5);
@@ -29,7 +25,7 @@ TEST(LafTable, DefaultTableConversions) {
     EXPECT_NEAR(table.ConvertLaf(2.5), 13.5, 0.02);
 }
 
-TEST(LafTable, MissingFileIsWrittenWithTheDefaultLines) {
+TEST(LafTable, MissingFileIsWrittenWithTheDefaultLinesOrConversionStaysOff) {
     TempFolder folder;
     shell::RecordingSink sink;
     LafTable table;
@@ -40,6 +36,13 @@ TEST(LafTable, MissingFileIsWrittenWithTheDefaultLines) {
     EXPECT_EQ(text.substr(0, 22), "9,0\r\n9.5,0.28\r\n10,0.56");
     EXPECT_NE(text.find("\r\n16.5,4.17\r\n"), std::string::npos);
     EXPECT_EQ(table.Points().size(), 16u);
+
+    // A folder where the file cannot be written leaves conversion off.
+    LafTable unwritten;
+    unwritten.SetPoints(DefaultLafPoints());
+    LoadLafTable(unwritten, folder / "missing" / "INT", sink);
+    EXPECT_FALSE(unwritten.Loaded());
+    EXPECT_EQ(unwritten.ConvertLaf(2.5), 2.5);
 }
 
 TEST(LafTable, NonNumericFieldsReadAsZero) {
@@ -56,16 +59,6 @@ TEST(LafTable, NonNumericFieldsReadAsZero) {
     EXPECT_EQ(table.Points()[3].Volt, 2.78);
     EXPECT_EQ(table.Points()[4].Volt, 0.0); // a third field spoils the second
     EXPECT_TRUE(sink.messages.empty());
-}
-
-TEST(LafTable, UnwritableFolderLeavesConversionOff) {
-    TempFolder folder;
-    shell::RecordingSink sink;
-    LafTable table;
-    table.SetPoints(DefaultLafPoints());
-    LoadLafTable(table, folder / "missing" / "INT", sink);
-    EXPECT_FALSE(table.Loaded());
-    EXPECT_EQ(table.ConvertLaf(2.5), 2.5);
 }
 
 } // namespace

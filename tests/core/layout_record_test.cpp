@@ -23,7 +23,7 @@ std::vector<std::uint8_t> Encode(const DisplaySet& record) {
     return bytes;
 }
 
-TEST(LayoutFile, RecordFieldsAreLittleEndianWithoutPadding) {
+TEST(LayoutFile, RecordAndHeadFieldsAreLittleEndianWithoutPaddingAndOnlyOneShowsTheToolbox) {
     std::array<StoredItem, 16> items = testing::FactoryItems;
     items[0] = {1, 2, 3, 1, 0, 9, -2, 0x1234, 0x12345678, -1};
     items[15] = {0, 14, 2, 3, 1, 0, 32767, -32768, -2147483647 - 1, 2147483647};
@@ -35,14 +35,13 @@ TEST(LayoutFile, RecordFieldsAreLittleEndianWithoutPadding) {
     EXPECT_EQ(record.Time, (graph::TimeScale{-3, 0x01020304, 70000}));
     EXPECT_EQ(record.Name, "Wet race");
     EXPECT_EQ(Encode(record), bytes);
-}
 
-TEST(LayoutFile, HeadShowsTheToolboxOnlyForOne) {
+    // The head shows the toolbox only for 1.
     for (const auto& [shown, expected] :
          std::array<std::pair<std::int32_t, bool>, 3>{{{1, true}, {0, false}, {-1, false}}}) {
-        const auto bytes = testing::HeadBytes(shown, -5, 70000);
+        const auto head = testing::HeadBytes(shown, -5, 70000);
         const ToolBoxPlace place =
-            DecodeLayoutHead(std::span<const std::uint8_t, LayoutHeadSize>(bytes.data(), 12));
+            DecodeLayoutHead(std::span<const std::uint8_t, LayoutHeadSize>(head.data(), 12));
         EXPECT_EQ(place, (ToolBoxPlace{expected, -5, 70000})) << shown;
     }
     std::array<std::uint8_t, LayoutHeadSize> out{};
@@ -86,7 +85,7 @@ DisplaySet Repaired(int channel, ItemDisplay item) {
     return record;
 }
 
-TEST(RepairLayout, StylesOutOfRangeBecomeTheFirst) {
+TEST(RepairLayout, StylesOutOfRangeBecomeTheFirstAndBandsWithoutBottomAreRebuilt) {
     // View Color Line Point Grid Zoom Top Bottom Max Min
     EXPECT_EQ(Repaired(1, {2, 0, 0, 0, 1, 10, 5, 9, 7, 8}).Items[1],
               (ItemDisplay{1, 1, 1, 1, 1, 3, 5, 9, 7, 8}));
@@ -94,9 +93,8 @@ TEST(RepairLayout, StylesOutOfRangeBecomeTheFirst) {
               (ItemDisplay{0, 1, 1, 1, 0, 9, 5, 9, 0, 0}));
     EXPECT_EQ(Repaired(1, {1, 16, 3, 3, 7, 0, 5, 9, 0, 0}).Items[1],
               (ItemDisplay{1, 16, 3, 3, 7, 0, 5, 9, 0, 0}));
-}
 
-TEST(RepairLayout, BandWithoutBottomIsRebuiltByChannel) {
+    // A band without a bottom is rebuilt by channel.
     struct Case {
         int Channel;
         std::int16_t OldBottom;

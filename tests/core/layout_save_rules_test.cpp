@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
 namespace torvane::layout {
 namespace {
 
@@ -38,10 +35,7 @@ protected:
     }
     NameList Names() const { return store_.GetLayoutNames(); }
     fs::path File() const { return paths_.InitDir() / "LAYOUT.DAT"; }
-    std::string FileBytes() const {
-        std::ifstream in(File(), std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
+    std::string FileBytes() const { return torvane::testing::ReadText(File()); }
     void ExpectMessage(const char* text, int buttons, int icon) {
         ASSERT_EQ(sink_.messages.size(), 1u);
         EXPECT_EQ(sink_.messages[0].text, text);

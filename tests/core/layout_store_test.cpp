@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <iterator>
 
 namespace torvane::layout {
 namespace {
@@ -19,17 +18,8 @@ using testing::FactoryFileBytes;
 using testing::HeadBytes;
 using testing::RecordBytes;
 using NameList = std::vector<std::string>;
-
-std::vector<std::uint8_t> ReadBytes(const fs::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void WriteBytes(const fs::path& file, const std::vector<std::uint8_t>& bytes) {
-    std::ofstream out(file, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(bytes.data()),
-              static_cast<std::streamsize>(bytes.size()));
-}
+using torvane::testing::ReadBytes;
+using torvane::testing::WriteBytes;
 
 // Records that need no repair, told apart by their names and the top of their Ne bands (the
 // record's index).

@@ -43,11 +43,7 @@ protected:
         UnloadWindow(files, registry, store, layout::FactoryToolBox);
     }
     std::vector<std::string> TempFileNames() const {
-        std::vector<std::string> names;
-        for (const auto& entry : fs::directory_iterator(paths.TempDir())) {
-            names.push_back(entry.path().filename().string());
-        }
-        return names;
+        return TempFolder::FileNamesIn(paths.TempDir());
     }
 
     TempFolder home;

@@ -6,13 +6,13 @@
 #include "load/load_logging_file.h"
 #include "load/window_close.h"
 #include "recording_view.h"
+#include "scripted_decompressor.h"
 #include "shell/temp_files.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <map>
 
 namespace torvane::load {
 namespace {
@@ -26,15 +26,12 @@ std::array<bool, 3> LayerMenus(const graph::GraphWindowState& window) {
 namespace fs = std::filesystem;
 using logdata::LogHeader;
 using logdata::SettingWord;
+using logdata::testing::ScriptedDecompressor;
+using logdata::testing::ScriptedRun;
 using shell::RecordingSink;
 using torvane::load::testing::RecordingView;
 using torvane::testing::TempFolder;
 using torvane::testing::WriteWords16;
-
-struct ScriptedRun {
-    LogHeader header;
-    std::map<std::string, std::vector<std::int16_t>> streams;
-};
 
 // Ne (and TH) at 10 ms for the given length; with lapMarks a mark at 300 ms and one at 1200 ms.
 ScriptedRun MakeRun(int lengthMs, bool lapMarks = false) {
@@ -55,32 +52,6 @@ ScriptedRun MakeRun(int lengthMs, bool lapMarks = false) {
     run.streams["LAP"] = lap;
     return run;
 }
-
-// Stands in for the driver: deploys the run scripted for a path, or fails with a code.
-class ScriptedDecompressor : public logdata::LogFileDecompressor {
-public:
-    int Decompress(const fs::path& logFile, const fs::path& tempDir, int fileNumber,
-                   LogHeader::Bytes& header, std::int32_t& deployCount) override {
-        fileNumbers.push_back(fileNumber);
-        if (result != 0) {
-            return result;
-        }
-        const auto run = runs.find(logFile.string());
-        if (run == runs.end()) {
-            return -1;
-        }
-        for (const auto& [name, words] : run->second.streams) {
-            WriteWords16(tempDir / shell::StreamFileName(name, fileNumber), words);
-        }
-        header = run->second.header.ToBytes();
-        deployCount = 1;
-        return 0;
-    }
-
-    int result = 0;
-    std::map<std::string, ScriptedRun> runs;
-    std::vector<int> fileNumbers;
-};
 
 class LoadTest : public ::testing::Test {
 protected:
@@ -113,7 +84,7 @@ protected:
     RecordingView view;
 };
 
-TEST_F(LoadTest, MainFileIsReadyToShow) {
+TEST_F(LoadTest, MainFileIsReadyToShowWithTheScrollItemItHas) {
     ASSERT_TRUE(Load(MakeRun(6000, true)));
     EXPECT_TRUE(sink.messages.empty());
     EXPECT_EQ(files.SingleFileState, 1);
@@ -127,6 +98,18 @@ TEST_F(LoadTest, MainFileIsReadyToShow) {
     EXPECT_EQ(LayerMenus(files), (std::array{true, false, false}));
     EXPECT_EQ(view.steps, (std::vector<std::string>{"panel 0", "scales", "select 0",
                                                     "values, cursor found again"}));
+
+    // The scroll item falls back from the throttle to engine speed to the front wheel.
+    ScriptedRun uncalibrated = MakeRun(6000);
+    uncalibrated.header.SetWord(SettingWord::ThOpen, 100);
+    ASSERT_TRUE(Load(uncalibrated, "/runs/UNCALIBRATED.rlg"));
+    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, logdata::Ne);
+
+    ScriptedRun rearWheelOnly;
+    rearWheelOnly.header.SetSampleTime(logdata::VRW, 10);
+    rearWheelOnly.streams = {{"VRW", std::vector<std::int16_t>(700, 50)}, {"LAP", {}}};
+    ASSERT_TRUE(Load(rearWheelOnly, "/runs/REAR.rlg"));
+    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, -1);
 }
 
 TEST_F(LoadTest, RunOrLayerOfThreeSecondsOrLessIsRefusedAndItsNumberUsedAgain) {
@@ -183,19 +166,6 @@ TEST_F(LoadTest, FailedDeploymentShowsTheDriversMessageAndAFailedWindowStepFails
     view.panelFails = true;
     EXPECT_FALSE(Load(MakeRun(6000)));
     EXPECT_EQ(view.steps, std::vector<std::string>{"panel 0"});
-}
-
-TEST_F(LoadTest, ScrollItemFallsBackFromThrottleToEngineSpeedToFrontWheel) {
-    ScriptedRun uncalibrated = MakeRun(6000);
-    uncalibrated.header.SetWord(SettingWord::ThOpen, 100);
-    ASSERT_TRUE(Load(uncalibrated));
-    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, logdata::Ne);
-
-    ScriptedRun rearWheelOnly;
-    rearWheelOnly.header.SetSampleTime(logdata::VRW, 10);
-    rearWheelOnly.streams = {{"VRW", std::vector<std::int16_t>(700, 50)}, {"LAP", {}}};
-    ASSERT_TRUE(Load(rearWheelOnly, "/runs/REAR.rlg"));
-    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, -1);
 }
 
 TEST_F(LoadTest, SecondAndThirdLayersOpenAndAFourthIsRefused) {
@@ -320,16 +290,16 @@ protected:
     int dialogs = 0;
 };
 
-TEST_F(QueryUnloadTest, NothingIsAskedForAFileFromTheDiskOrOneAlreadyGone) {
+TEST_F(QueryUnloadTest, NothingIsAskedForAFileFromTheDiskOrGoneCancelKeepsItAndNoDeletesIt) {
     registry.SetLogger(files.Layers.WindowNumber, 0);
     EXPECT_TRUE(Query(shell::answers::Cancel));
     registry.SetLogger(files.Layers.WindowNumber, 1);
     fs::remove(downloaded);
     EXPECT_TRUE(Query(shell::answers::Cancel));
     EXPECT_TRUE(sink.messages.empty());
-}
 
-TEST_F(QueryUnloadTest, CancelKeepsTheWindowAndNoDeletesTheFile) {
+    // For a downloaded file Cancel keeps the window and No deletes the file.
+    torvane::testing::WriteText(downloaded, "logging file");
     EXPECT_FALSE(Query(shell::answers::Cancel));
     ASSERT_EQ(sink.messages.size(), 1U);
     EXPECT_EQ(sink.messages[0].text, "This file is not saved.\r\nDoes it save?");

@@ -5,7 +5,6 @@
 #include "logger/clear_logger.h"
 #include "logger/download.h"
 #include "logger/file_list.h"
-#include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
 
@@ -17,8 +16,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::ScriptedLink;
-using torvane::testing::TempFolder;
-using torvane::testing::WriteText;
 
 // Records progress; asks to stop on the given pass of the read loop (counting from 1).
 class ProbeObserver : public DownloadObserver {
@@ -112,23 +109,21 @@ TEST_F(DownloadTest, RefusedStartsAndFailedEndsAreToldByTheirCode) {
     EXPECT_THAT(sink.Texts(), IsEmpty());
 }
 
-TEST_F(DownloadTest, ASenseAtTheStartEndsTheTransferAsASuccess) {
+// A sense at the start ends the transfer as a success; file-not-found while reading fails.
+TEST_F(DownloadTest, ASenseAtTheStartSucceedsAndFileNotFoundWhileReadingFails) {
     driver.Script(Call::GetTheLogFile_start, {{.sense = 18}});
-    const DownloadOutcome outcome = Download();
-    EXPECT_TRUE(outcome.ok);
+    EXPECT_TRUE(Download().ok);
     EXPECT_THAT(sink.Texts(), ElementsAre("Sence code error. Error code = 018"));
     EXPECT_EQ(driver.CountOf(Call::GetTheLogFile_reading), 0);
     EXPECT_EQ(driver.CountOf(Call::GetTheLogFile_end), 1);
-}
 
-TEST_F(DownloadTest, FileNotFoundWhileReadingIsAFailure) {
-    driver.Script(Call::GetTheLogFile_reading,
-                  {{.blockSize = 100}, {.sense = TLM_SENSE_FILE_NOT_FOUND}});
-    const DownloadOutcome outcome = Download();
-    EXPECT_FALSE(outcome.ok);
+    ScriptedLink lost;
+    lost.driver.Script(Call::GetTheLogFile_reading,
+                       {{.blockSize = 100}, {.sense = TLM_SENSE_FILE_NOT_FOUND}});
+    EXPECT_FALSE(DownloadFile(lost.link, entry, "x.rlg", observer).ok);
     EXPECT_THAT(observer.progress, ElementsAre(100));
-    EXPECT_THAT(sink.Texts(), ElementsAre("File not found."));
-    EXPECT_EQ(driver.CountOf(Call::GetTheLogFile_end), 1);
+    EXPECT_THAT(lost.sink.Texts(), ElementsAre("File not found."));
+    EXPECT_EQ(lost.driver.CountOf(Call::GetTheLogFile_end), 1);
 }
 
 TEST_F(DownloadTest, ALinkLostWhileReadingIsReportedAndTheLinkStaysOpenForTheEnd) {
@@ -141,7 +136,7 @@ TEST_F(DownloadTest, ALinkLostWhileReadingIsReportedAndTheLinkStaysOpenForTheEnd
     EXPECT_EQ(driver.Sequence().back(), Call::Close);
 }
 
-TEST_F(DownloadTest, StopAnsweredNoGoesOnAndYesEndsWithoutFailure) {
+TEST_F(DownloadTest, StopAnsweredNoGoesOnYesEndsWithoutFailureAndEarlyGivesUp) {
     ScriptThreeBlocks();
     observer.stopOnPass = 2;
     sink.answers = {shell::answers::No};
@@ -200,7 +195,7 @@ TEST_F(DownloadTest, AFailedWaitAfterTheTransferEndsTheLinkAsAFailure) {
 
 // The file list
 
-TEST(FileListTexts, ColumnsAsTheDialogShowsThemWithoutFilesOfThreeSecondsOrLess) {
+TEST(FileListTexts, ColumnsAndChoicesWithoutFilesOfThreeSecondsOrLess) {
     EXPECT_EQ(MeasurementTimeText(360000 + 59), "100H00M59S");
     EXPECT_EQ(DataSizeText(1024), "2");
     EXPECT_EQ(DataSizeText(1023), "1");
@@ -216,12 +211,10 @@ TEST(FileListTexts, ColumnsAsTheDialogShowsThemWithoutFilesOfThreeSecondsOrLess)
     EXPECT_EQ(rows[0].download, "Done");
     EXPECT_EQ(rows[1].download, "None");
     EXPECT_EQ(rows[1].entryIndex, 3u);
-}
 
-TEST(FileListTexts, OnlyFilesOfFourSecondsOrMoreCanBeChosen) {
-    const std::vector<TlmDownloadEntry> entries{{1, 0, 3, 100}, {2, 0, 4, 100}, {2, 1, 9, 1}};
+    // Only files of four seconds or more can be chosen; an unknown number is no choice.
     testing::AnsweringSink sink;
-    EXPECT_EQ(ChooseDownloadEntry(entries, 2, sink), &entries[1]);
+    EXPECT_EQ(ChooseDownloadEntry(entries, 12, sink), &entries[3]);
     EXPECT_EQ(ChooseDownloadEntry(entries, 9, sink), nullptr);
     EXPECT_THAT(sink.Texts(), IsEmpty());
     EXPECT_EQ(ChooseDownloadEntry(entries, 1, sink), nullptr);
@@ -254,34 +247,22 @@ TEST_F(FileListTest, ReadsEveryEntryInOneLinkAndLetsAcquisitionRunAndAnOldProgra
     EXPECT_FALSE(ReadLoggerFileList(link)->clearAllowed) << "an old program cannot clear";
 }
 
-TEST_F(FileListTest, AnEmptyLoggerIsToldAndGivesAnEmptyList) {
+TEST_F(FileListTest, AnEmptyLoggerIsToldAndABusyOneOrAFailedCallGivesNoList) {
     const auto list = ReadLoggerFileList(link);
     ASSERT_TRUE(list);
     EXPECT_TRUE(list->entries.empty());
     EXPECT_THAT(sink.Texts(), ElementsAre("There is no file in Logger."));
-    EXPECT_EQ(driver.Sequence().back(), Call::Close);
-}
 
-TEST_F(FileListTest, ABusyLoggerOrAFailedCallGivesNoList) {
     driver.state = TLM_STATE_SERVICE;
     EXPECT_FALSE(ReadLoggerFileList(link));
-    EXPECT_THAT(sink.Texts(), ElementsAre("Now service mode is running."));
+    EXPECT_EQ(sink.Texts().back(), "Now service mode is running.");
 
     driver.state = TLM_STATE_IDLE;
     driver.files = {{1, 0, 30, 100}};
     driver.Script(Call::GetTheSpecialData, {{.result = TLM_ERR_SEQUENCE}});
     EXPECT_FALSE(ReadLoggerFileList(link));
     EXPECT_EQ(sink.Texts().back(), "USB device error. Error code =  1017");
-    EXPECT_EQ(driver.CountOf(Call::Close), 2);
-}
-
-TEST(NextLoggerFileName, OneAboveTheHighestFourDigitNumber) {
-    TempFolder folder;
-    EXPECT_EQ(NextLoggerFileName(folder.Path()), folder / "LGGR0001.rlg");
-    for (const char* name : {"LGGR0007.rlg", "LGGRabcd.rlg", "LGGR00123.rlg", "LGGR0002.rlg"}) {
-        WriteText(folder / name, "");
-    }
-    EXPECT_EQ(NextLoggerFileName(folder.Path()), folder / "LGGR0008.rlg");
+    EXPECT_EQ(driver.CountOf(Call::Close), 3);
 }
 
 // Clearing
@@ -303,7 +284,7 @@ TEST_F(ClearTest, CancelOrNoToTheAcquisitionQuestionDoesNotClear) {
     EXPECT_EQ(driver.CountOf(Call::LoggingControl), 0);
 }
 
-TEST_F(ClearTest, ClearsAStoppedLoggerAndGivesItBack) {
+TEST_F(ClearTest, ClearsAStoppedLoggerAndGivesItBackOrReportsAFailedClear) {
     driver.files = {{1, 0, 30, 100}};
     sink.answers = {shell::answers::Ok, shell::answers::Cancel};
     EXPECT_EQ(ClearLogger(link), ClearOutcome::Cleared);
@@ -314,9 +295,9 @@ TEST_F(ClearTest, ClearsAStoppedLoggerAndGivesItBack) {
                                                Call::GetStatus, Call::InitializeLogFile,
                                                Call::GetStatus, Call::LoggingControl, Call::Close));
     EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
-}
 
-TEST_F(ClearTest, AFailedClearIsReportedAndNotCompleted) {
+    // A failed clear is reported and not completed.
+    sink.messages.clear();
     sink.answers = {shell::answers::Ok};
     driver.Script(Call::InitializeLogFile, {{.result = TLM_ERR_PROTOCOL}});
     EXPECT_EQ(ClearLogger(link), ClearOutcome::NotCleared);

@@ -31,7 +31,7 @@ TEST_F(LinkTest, TimeOutsAndSensesAreRetriedAndACleanTryWipesThemOut) {
     EXPECT_THAT(sink.Texts(), IsEmpty());
 }
 
-TEST_F(LinkTest, FiveFailedTriesShowTheFirstSenseOnce) {
+TEST_F(LinkTest, FiveFailedTriesShowTheFirstSenseOnceAndOtherCodesEndAtOnceUnreported) {
     driver.ScriptRepeated(Call::GetStatus, {.sense = 5}, 6);
     EXPECT_EQ(GetLoggerStatus(link), results::SenseShown);
     EXPECT_EQ(driver.CountOf(Call::GetStatus), 5);
@@ -42,9 +42,9 @@ TEST_F(LinkTest, FiveFailedTriesShowTheFirstSenseOnce) {
     EXPECT_THAT(sink.Texts(), ElementsAre("Sence code error. Error code = 005",
                                           "Sence code error. Error code = 009"));
     EXPECT_EQ(sink.messages[0].buttons, shell::buttons::Ok);
-}
 
-TEST_F(LinkTest, OtherDriverCodesEndAtOnceUnreported) {
+    // Other driver codes end at once, unreported.
+    sink.messages.clear();
     driver.Script(Call::InitializeLogFile, {{.result = TLM_ERR_PROTOCOL}});
     EXPECT_EQ(ClearLogFiles(link), TLM_ERR_PROTOCOL);
     driver.Script(Call::InitializeLogFile, {{.sense = 4}, {.result = TLM_ERR_SENSE}});
@@ -167,13 +167,28 @@ struct ActionProbe {
     }
 };
 
-TEST_F(LinkTest, AnIdleLoggerIsWaitedForActedOnAndClosed) {
+TEST_F(LinkTest, AnIdleLoggerIsActedOnAndABusyOrMissingOneToldAndClosed) {
     ActionProbe probe;
     EXPECT_TRUE(RunLoggerAction(link, {}, probe.Action()).done);
     EXPECT_EQ(probe.runs, 1);
     EXPECT_THAT(driver.Sequence(),
                 ElementsAre(Call::Open, Call::GetStatus, Call::GetStatus, Call::Close));
     EXPECT_THAT(sink.Texts(), IsEmpty());
+
+    // A busy or missing logger is told and closed.
+    driver.calls.clear();
+    driver.state = TLM_STATE_THROTTLE_INIT;
+    EXPECT_FALSE(RunLoggerAction(link, {}, probe.Action()).done);
+    EXPECT_EQ(driver.Sequence().back(), Call::Close);
+
+    driver.calls.clear();
+    driver.Script(Call::Open, {{.result = TLM_ERR_NOT_CONNECTED}});
+    EXPECT_EQ(RunLoggerAction(link, {}, probe.Action()).result, TLM_ERR_NOT_CONNECTED);
+    EXPECT_EQ(probe.runs, 1);
+    EXPECT_THAT(sink.Texts(),
+                ElementsAre("Now throttle initializing.", "TorvaneDataLogger is not connected.",
+                            "USB device error. Error code =  1001"));
+    EXPECT_THAT(driver.Sequence(), ElementsAre(Call::Open, Call::Close));
 }
 
 TEST_F(LinkTest, AnAcquiringLoggerIsStoppedOnlyIfTheOperatorSaysYes) {
@@ -203,22 +218,6 @@ TEST_F(LinkTest, AnAcquiringLoggerIsStoppedOnlyIfTheOperatorSaysYes) {
     EXPECT_FALSE(probe.sawStoppedAcquisition);
     EXPECT_THAT(sink.Texts(), IsEmpty());
     EXPECT_EQ(driver.CountOf(Call::LoggingControl), 0);
-}
-
-TEST_F(LinkTest, ABusyOrMissingLoggerIsToldAndClosed) {
-    driver.state = TLM_STATE_THROTTLE_INIT;
-    ActionProbe probe;
-    EXPECT_FALSE(RunLoggerAction(link, {}, probe.Action()).done);
-    EXPECT_EQ(driver.Sequence().back(), Call::Close);
-
-    driver.calls.clear();
-    driver.Script(Call::Open, {{.result = TLM_ERR_NOT_CONNECTED}});
-    EXPECT_EQ(RunLoggerAction(link, {}, probe.Action()).result, TLM_ERR_NOT_CONNECTED);
-    EXPECT_EQ(probe.runs, 0);
-    EXPECT_THAT(sink.Texts(),
-                ElementsAre("Now throttle initializing.", "TorvaneDataLogger is not connected.",
-                            "USB device error. Error code =  1001"));
-    EXPECT_THAT(driver.Sequence(), ElementsAre(Call::Open, Call::Close));
 }
 
 TEST_F(LinkTest, AFailedActionIsReportedOnceAndClosesTheLinkWithoutGivingBack) {

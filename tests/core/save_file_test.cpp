@@ -41,15 +41,14 @@ protected:
     shell::RecordingSink sink;
 };
 
-TEST_F(SaveFileTest, ExportTakesTheShownItemsThatHoldDataOrEveryItem) {
+TEST_F(SaveFileTest, ExportTakesTheShownItemsThatHoldDataOrEveryItemOverTheMarkedRange) {
     const logdata::LayerRecord& record = state.Layers.Layer[0];
     EXPECT_EQ(CsvItems(record, state.Views[0], false),
               (std::vector<int>{0, 2, 4, 5, 6, 7, 8, 9, 10, 11, 13}));
     EXPECT_EQ(CsvItems(record, state.Views[0], true),
               (std::vector<int>{0, 1, 2, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}));
-}
 
-TEST_F(SaveFileTest, OtherNamesExportTheShownItemsOverTheMarkedRange) {
+    // Names other than a logging file's export the shown items over the marked range.
     Stream(0, "Ne", {100, 200, 300, 400});
     Stream(0, "TH", {125, 125, 125, 125});
     state.Views[0].Display.Items.fill({});
@@ -63,15 +62,15 @@ TEST_F(SaveFileTest, OtherNamesExportTheShownItemsOverTheMarkedRange) {
     EXPECT_TRUE(sink.messages.empty());
 }
 
-TEST_F(SaveFileTest, SavingOverItsOwnPathDoesNothing) {
+TEST_F(SaveFileTest, SavingOverItsOwnPathDoesNothingAndElsewhereTheLayerFollowsTheCopy) {
     registry.SetLogger(state.Layers.WindowNumber, 1);
     EXPECT_TRUE(Save(main));
     EXPECT_EQ(ReadText(main), "logging file");
     EXPECT_EQ(Logger(), 1);
     EXPECT_TRUE(sink.messages.empty());
-}
 
-TEST_F(SaveFileTest, AFileFromTheDiskIsCopiedAndTheLayerFollowsTheCopy) {
+    // A file from the disk is copied and the layer follows the copy.
+    registry.SetLogger(state.Layers.WindowNumber, 0);
     EXPECT_TRUE(Save(data / "COPY.Rlg"));
     EXPECT_EQ(ReadText(data / "COPY.Rlg"), "logging file");
     EXPECT_TRUE(fs::exists(main));

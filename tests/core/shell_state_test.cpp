@@ -12,62 +12,46 @@ namespace {
 using torvane::testing::TempFolder;
 using torvane::testing::WriteText;
 
-TEST(WindowRegistry, NumbersStartAtOneAndReuseTheLowest) {
+TEST(WindowRegistry, NumbersReuseTheLowestAndTheLoggerMarkGoesWithTheNumber) {
     WindowRegistry registry;
     EXPECT_FALSE(registry.AnyFroms()); // number 0 never counts
     EXPECT_EQ(registry.Claim(), 1);
     EXPECT_EQ(registry.Claim(), 2);
     EXPECT_EQ(registry.Claim(), 3);
+    EXPECT_TRUE(registry.SetLogger(2, 1));
+    EXPECT_EQ(registry.GetLogger(2), 1);
     EXPECT_TRUE(registry.DeleteFrom(2));
+    EXPECT_EQ(registry.GetLogger(2), 0);
     EXPECT_EQ(registry.Claim(), 2);
     EXPECT_EQ(registry.Claim(), 4);
+    EXPECT_FALSE(registry.SetLogger(99, 1));
+    EXPECT_FALSE(registry.DeleteFrom(-1));
+
+    // A downloaded file that fails to load gives its number up before the frame marks it as
+    // coming from the logger; the mark must not pass to the next window that takes the number.
+    registry.DeleteFrom(4);
+    registry.SetLogger(4, 1);
+    EXPECT_EQ(registry.Claim(), 4);
+    EXPECT_EQ(registry.GetLogger(4), 0);
     for (int number : {1, 2, 3, 4}) {
         registry.DeleteFrom(number);
     }
     EXPECT_FALSE(registry.AnyFroms());
 }
 
-TEST(WindowRegistry, LoggerMarkIsClearedWithTheNumber) {
-    WindowRegistry registry;
-    const int number = registry.Claim();
-    EXPECT_EQ(registry.GetLogger(number), 0);
-    EXPECT_TRUE(registry.SetLogger(number, 1));
-    EXPECT_EQ(registry.GetLogger(number), 1);
-    registry.DeleteFrom(number);
-    EXPECT_EQ(registry.GetLogger(number), 0);
-    EXPECT_FALSE(registry.SetLogger(99, 1));
-    EXPECT_FALSE(registry.DeleteFrom(-1));
-    EXPECT_EQ(registry.GetLogger(99), 0);
-}
-
-// A downloaded file that fails to load gives its number up before the frame marks it as coming
-// from the logger; the mark must not pass to the next window that takes the number.
-TEST(WindowRegistry, MarkSetOnAFreeNumberGoesWhenTheNumberIsTakenAgain) {
-    WindowRegistry registry;
-    const int number = registry.Claim();
-    registry.DeleteFrom(number);
-    registry.SetLogger(number, 1);
-    EXPECT_EQ(registry.GetLogger(number), 1);
-    EXPECT_EQ(registry.Claim(), number);
-    EXPECT_EQ(registry.GetLogger(number), 0);
-}
-
-TEST(ShowMessage, PassesTextButtonsAndIcon) {
+TEST(ShowMessage, PassesTheMessageAndEmptyTextReportsThePendingErrorWithStopIcon) {
     RecordingSink sink(answers::Yes);
-    EXPECT_EQ(ShowMessage(sink, "This file is not saved.", buttons::YesNoCancel, icons::Information),
-              answers::Yes);
+    EXPECT_EQ(
+        ShowMessage(sink, "This file is not saved.", buttons::YesNoCancel, icons::Information),
+        answers::Yes);
     ASSERT_EQ(sink.messages.size(), 1u);
     EXPECT_EQ(sink.messages[0].text, "This file is not saved.");
-    EXPECT_EQ(sink.messages[0].buttons, 3);
-    EXPECT_EQ(sink.messages[0].icon, 64);
-}
+    EXPECT_EQ(sink.messages[0].buttons, buttons::YesNoCancel);
+    EXPECT_EQ(sink.messages[0].icon, icons::Information);
 
-TEST(ShowMessage, EmptyTextReportsThePendingErrorWithStopIcon) {
-    RecordingSink sink;
     ShowMessage(sink, "", buttons::Ok, icons::None);
     EXPECT_EQ(sink.messages.back().text, "Error(0)\r");
     EXPECT_EQ(sink.messages.back().icon, icons::Stop);
-
     ShowRunTimeError(sink, {53, "File not found"});
     EXPECT_EQ(sink.messages.back().text, "Error(53)\rFile not found");
     EXPECT_EQ(sink.messages.back().icon, icons::Stop);
@@ -83,7 +67,7 @@ TEST(AppPaths, HomeVariableWinsThenProgramFolderThenUserFolder) {
     EXPECT_EQ(AppPaths::Resolve(inputs).AppPath(), folder / "user");
 }
 
-TEST(AppPaths, MakesTheThreeFoldersAndReplacesAFileInTheWay) {
+TEST(AppPaths, MakesTheThreeFoldersReplacingAFileInTheWayOrStopsAtOneItCannotMake) {
     TempFolder folder;
     WriteText(folder / "TMP", "in the way");
     std::filesystem::permissions(folder / "TMP", std::filesystem::perms::owner_read);
@@ -94,31 +78,24 @@ TEST(AppPaths, MakesTheThreeFoldersAndReplacesAFileInTheWay) {
     EXPECT_TRUE(std::filesystem::is_directory(paths.TempDir()));
     EXPECT_EQ(paths.TempDir(), folder / "TMP");
     EXPECT_TRUE(paths.MakeFolders()); // existing folders are fine
-}
 
-TEST(AppPaths, AFolderThatCannotBeMadeStopsTheOnesAfterIt) {
-    TempFolder folder;
     WriteText(folder / "app", "a file, so nothing can be made below it");
-    const AppPaths paths(folder / "app");
-    EXPECT_FALSE(paths.MakeFolders());
+    const AppPaths blocked(folder / "app");
+    EXPECT_FALSE(blocked.MakeFolders());
     EXPECT_FALSE(std::filesystem::exists(folder / "app" / "TMP"));
 }
 
-TEST(TempFiles, StreamNamesCarryWindowAndLayer) {
-    EXPECT_EQ(StreamFileNumber(1, 0), 10);
+TEST(TempFiles, StreamNamesCarryWindowAndLayerAndAreDeletedByWindow) {
     EXPECT_EQ(StreamFileName("Ne", StreamFileNumber(1, 0)), "Ne-010.tmp");
     EXPECT_EQ(StreamFileName("LAP", StreamFileNumber(12, 1)), "LAP-121.tmp");
-}
-
-TEST(TempFiles, DeleteTempFilesOfOneWindowLeavesTheOthers) {
     TempFolder folder;
     for (const char* name : {"Ne-010.tmp", "TH-011.tmp", "LAP-012.tmp", "Ne-020.tmp",
                              "MyItem-010.tmp", "LGGR0001.rlg", "Ne-010.dat"}) {
         WriteText(folder / name, "x");
     }
     EXPECT_EQ(DeleteTempFiles(folder.Path(), 1), 4);
-    EXPECT_EQ(folder.FileNames(), (std::vector<std::string>{"LGGR0001.rlg", "Ne-010.dat",
-                                                            "Ne-020.tmp"}));
+    EXPECT_EQ(folder.FileNames(),
+              (std::vector<std::string>{"LGGR0001.rlg", "Ne-010.dat", "Ne-020.tmp"}));
     EXPECT_EQ(DeleteTempFiles(folder.Path(), 0), 3);
     EXPECT_TRUE(folder.FileNames().empty());
     EXPECT_EQ(DeleteTempFiles(folder / "missing", 0), 0);
@@ -127,10 +104,10 @@ TEST(TempFiles, DeleteTempFilesOfOneWindowLeavesTheOthers) {
 TEST(TempFiles, NextNumberedFileTakesOneAboveTheHighest) {
     TempFolder folder;
     EXPECT_EQ(NextNumberedFile(folder.Path(), "LGGR", ".rlg").filename(), "LGGR0001.rlg");
-    WriteText(folder / "LGGR0002.rlg", "");
-    WriteText(folder / "LGGR0007.rlg", "");
-    WriteText(folder / "LGGRabcd.rlg", "");
-    WriteText(folder / "DETO0009.dto", "");
+    for (const char* name :
+         {"LGGR0002.rlg", "LGGR0007.rlg", "LGGRabcd.rlg", "LGGR00123.rlg", "DETO0009.dto"}) {
+        WriteText(folder / name, "");
+    }
     EXPECT_EQ(NextNumberedFile(folder.Path(), "LGGR", ".rlg").filename(), "LGGR0008.rlg");
 }
 

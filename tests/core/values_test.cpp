@@ -41,7 +41,7 @@ protected:
     logger::LafTable laf;
 };
 
-TEST_F(ValueAtTest, OrdinaryChannelRampsInterpolatesAndEnds) {
+TEST_F(ValueAtTest, OrdinaryChannelRampsInterpolatesAndEndsAndMissingOnesReadZero) {
     Stream(Ne, 10, {100, 200, 300});
     EXPECT_EQ(At(Ne, 0), 0.0);
     EXPECT_DOUBLE_EQ(At(Ne, 5), 100 * 20 * 0.5); // half of sample 1 before it
@@ -54,16 +54,15 @@ TEST_F(ValueAtTest, OrdinaryChannelRampsInterpolatesAndEnds) {
     // ... up to T times the length in bytes, and nothing beyond.
     EXPECT_EQ(At(Ne, 60), 0.0);
     EXPECT_EQ(At(Ne, 61), 0.0);
-}
 
-TEST_F(ValueAtTest, MissingStreamOrChannelGivesZero) {
+    // A missing stream, an interval of 0 or no such item reads 0.
     EXPECT_EQ(At(VFW, 100), 0.0);
     Stream(VRW, 0, {50, 50});
     EXPECT_EQ(At(VRW, 10), 0.0);
     EXPECT_EQ(At(40, 10), 0.0); // no such item
 }
 
-TEST_F(ValueAtTest, RawToValueGuardsAndConversions) {
+TEST_F(ValueAtTest, RawToValueGuardsAndConversionsAlsoOnTheSpareInputs) {
     const LogHeader& header = layers.Layer[0].Header;
     EXPECT_EQ(RawToValue(header, VB, 0, laf), 0.0);
     EXPECT_DOUBLE_EQ(RawToValue(header, VB, 1, laf), 25.0 / 255 + 0.28);
@@ -76,9 +75,8 @@ TEST_F(ValueAtTest, RawToValueGuardsAndConversions) {
     EXPECT_DOUBLE_EQ(RawToValue(header, RRSUS, 300, laf), 500.0 / 1023 * 125);
     EXPECT_DOUBLE_EQ(RawToValue(header, LAF1, 1023, laf), 5.0); // no table: volts
     EXPECT_EQ(RawToValue(header, Ne, -4, laf), -4.0);           // not converted
-}
 
-TEST_F(ValueAtTest, SharedStreamsReadTheSpareInput) {
+    // Items on shared streams read the spare input.
     Stream(VM1, 10, {400, 400});
     Stream(VM3, 10, {1023, 1023});
     EXPECT_DOUBLE_EQ(At(7, 10), 500.0 / 1023 * 187.5); // slot 7 holds FRSUS on VM1

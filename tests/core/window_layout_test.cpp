@@ -99,7 +99,9 @@ TEST_F(WindowLayoutTest, AStoredLayoutIsShownInEveryLayerAndBecomesTheLastDispla
     EXPECT_TRUE(sink_.messages.empty());
 }
 
-TEST_F(WindowLayoutTest, ARecordTheStoreDoesNotHoldLeavesTheWindowAsItWas) {
+// A record the store does not hold leaves the window as it was; mnuLayoutDef shows the factory
+// display, which record 0 then holds as well.
+TEST_F(WindowLayoutTest, AMissingRecordChangesNothingAndTheDefaultLayoutIsTheFactoryDisplay) {
     const DisplaySet last = Record(0);
     const graph::TimeScale time = State().Time;
     const std::size_t rows = State().Panel.Rows().size();
@@ -108,10 +110,7 @@ TEST_F(WindowLayoutTest, ARecordTheStoreDoesNotHoldLeavesTheWindowAsItWas) {
     EXPECT_EQ(State().Panel.Rows().size(), rows);
     EXPECT_TRUE(view_.steps.empty());
     EXPECT_EQ(Record(0), last);
-}
 
-// mnuLayoutDef: the factory display, which record 0 then holds as well.
-TEST_F(WindowLayoutTest, TheDefaultLayoutIsTheFactoryDisplay) {
     ApplyStoredLayout(State(), store_, 1, view_);
     ApplyDefaultLayout(State(), store_, view_);
     const DisplaySet factory = layout::DefaultLayout();

@@ -52,7 +52,7 @@ TEST(DecompLogfile, NullArgumentsGiveResultCodes) {
               TLM_DECOMP_ACCESS_ERROR);
     EXPECT_EQ(decomp_logfile(logPath.c_str(), nullptr, 1, header.data(), nullptr, nullptr),
               TLM_DECOMP_WRITE_FAILED);
-    EXPECT_EQ(FolderEntries(folder.Path()), std::vector<std::string>{"run.rlg"});
+    EXPECT_EQ(TempFolder::FileNamesIn(folder.Path()), std::vector<std::string>{"run.rlg"});
 }
 
 } // namespace

@@ -75,7 +75,7 @@ TEST_F(LinkEntryPoints, OpenAndRecordsFromTheDeviceArriveFieldForField) {
     ExpectHandleKept();
 }
 
-TEST_F(LinkEntryPoints, ArgumentsReachTheDeviceFieldForField) {
+TEST_F(LinkEntryPoints, ArgumentsReachTheDeviceAndTheFileListComesBackFieldForField) {
     const TlmSettingData setting = OddRecord<TlmSettingData>(30);
     EXPECT_EQ(SendTheSettingData(&status, &setting), TLM_OK);
     EXPECT_TRUE(SameBytes(device.settingSent, setting));
@@ -92,9 +92,8 @@ TEST_F(LinkEntryPoints, ArgumentsReachTheDeviceFieldForField) {
               (std::vector<std::string>{"Open", "SendSetting", "InitializeSensor", "LoggingControl",
                                         "ServiceMode", "Reset", "ClearFiles", "GetStatus"}));
     ExpectHandleKept();
-}
 
-TEST_F(LinkEntryPoints, FileCountAndDownloadList) {
+    // The file count and the download list.
     device.fileCount = 3;
     for (unsigned i = 0; i < 3; ++i) {
         device.entries.push_back(OddRecord<TlmDownloadEntry>(40 + i));
@@ -156,7 +155,7 @@ TEST_F(LinkEntryPoints, TransferWritesExactlyTheDevicesBytes) {
     EXPECT_EQ(ReadText(path), expected);
 }
 
-TEST_F(LinkEntryPoints, TransferStartAndEndFailures) {
+TEST_F(LinkEntryPoints, TransferStartAndEndFailuresAFullDiskIncluded) {
     TlmDownloadEntry entry{};
     TlmTransferBlock block{};
     const auto path = logger.Folder() / "LGGR0002.rlg";
@@ -190,15 +189,13 @@ TEST_F(LinkEntryPoints, TransferStartAndEndFailures) {
     EXPECT_EQ(GetTheLogFile_reading(&status, &block), TLM_ERR_SEQUENCE);
     EXPECT_EQ(GetTheLogFile_end(&status, &block), -2);
     EXPECT_EQ(GetTheLogFile_end(&status, &block), TLM_ERR_SEQUENCE);
-}
 
-TEST_F(LinkEntryPoints, TransferToAFullDiskFailsTheEnd) {
+    // A transfer to a full disk fails the end.
     if (!std::filesystem::exists("/dev/full")) {
         GTEST_SKIP() << "no /dev/full here";
     }
+    device.endResult = TLM_OK;
     device.blocks = {std::vector<std::uint8_t>(100000, 1)};
-    TlmDownloadEntry entry{};
-    TlmTransferBlock block{};
     ASSERT_EQ(GetTheLogFile_start(&status, &entry, "/dev/full", &block), TLM_OK);
     EXPECT_EQ(GetTheLogFile_reading(&status, &block), 1);
     EXPECT_EQ(GetTheLogFile_end(&status, &block), -1);

@@ -18,7 +18,7 @@
 namespace torvane::link::test {
 namespace {
 
-TEST(LinkEndpoint, ParsesAndPrintsBothKinds) {
+TEST(LinkEndpoint, ParsesAndPrintsBothKindsDefaultsPerUserAndTakesTheTimeOut) {
     std::string error;
     const auto unixEndpoint = ParseEndpoint("unix:/run/user/7/torvane-logger.sock", error);
     ASSERT_TRUE(unixEndpoint);
@@ -36,9 +36,8 @@ TEST(LinkEndpoint, ParsesAndPrintsBothKinds) {
         EXPECT_FALSE(ParseEndpoint(bad, error)) << bad;
         EXPECT_FALSE(error.empty()) << bad;
     }
-}
 
-TEST(LinkEndpoint, DefaultIsPerUserAndTimeoutComesFromTheEnvironment) {
+    // The default is per user; the time-out comes from the environment.
     {
         const ScopedEnvironment runtime("XDG_RUNTIME_DIR", "/run/user/1234");
         EXPECT_EQ(DefaultEndpoint().path, "/run/user/1234/torvane-logger.sock");

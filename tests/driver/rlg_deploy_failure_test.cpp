@@ -50,7 +50,7 @@ protected:
     int DeployFile() { return DeployFile(deployDir_); }
 
     void ExpectNothingDeployed() {
-        EXPECT_EQ(FolderEntries(deployDir_), std::vector<std::string>{"TH-003.tmp"});
+        EXPECT_EQ(TempFolder::FileNamesIn(deployDir_), std::vector<std::string>{"TH-003.tmp"});
         EXPECT_EQ(ReadBytes(deployDir_ / "TH-003.tmp"), older_);
     }
 

@@ -30,7 +30,7 @@ TEST(RlgRoundTrip, DeploysEveryStreamWordForWordUnderItsNumberedName) {
 
     EXPECT_EQ(deployedHeader, header);
     EXPECT_EQ(
-        FolderEntries(deployDir),
+        TempFolder::FileNamesIn(deployDir),
         (std::vector<std::string>{"DETO1-010.tmp", "DETO2-010.tmp", "LAP-010.tmp", "Ne-010.tmp",
                                   "TH-010.tmp", "VB-010.tmp", "VFW-010.tmp", "VM1-010.tmp",
                                   "VM2-010.tmp", "VM3-010.tmp", "VM4-010.tmp", "VRW-010.tmp"}));
@@ -116,7 +116,8 @@ TEST(WriteFileAtomically, ReplacesTheTargetOrLeavesNothing) {
     EXPECT_FALSE(WriteFileAtomically(folder.Path() / "absent" / "run.rlg", first));
     fs::create_directory(folder.Path() / "folder.rlg");
     EXPECT_FALSE(WriteFileAtomically(folder.Path() / "folder.rlg", first));
-    EXPECT_EQ(FolderEntries(folder.Path()), (std::vector<std::string>{"folder.rlg", "run.rlg"}));
+    EXPECT_EQ(TempFolder::FileNamesIn(folder.Path()),
+              (std::vector<std::string>{"folder.rlg", "run.rlg"}));
 }
 
 } // namespace

@@ -2,11 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <random>
-
-#include <gtest/gtest.h>
 
 #include "byte_order.h"
 #include "rlg_format.h"
@@ -14,29 +10,6 @@
 namespace torvane::rlg::test {
 
 namespace fs = std::filesystem;
-
-TempFolder::TempFolder() {
-    const auto* info = ::testing::UnitTest::GetInstance()->current_test_info();
-    std::string name = "rlg-";
-    name += info != nullptr ? info->name() : "test";
-    std::replace(name.begin(), name.end(), '/', '_');
-    path_ = fs::path(::testing::TempDir()) / name;
-    fs::remove_all(path_);
-    fs::create_directories(path_);
-}
-
-TempFolder::~TempFolder() {
-    std::error_code ignored;
-    // Tests leave read-only folders behind; everything must be removable again first.
-    fs::permissions(path_, fs::perms::owner_all, fs::perm_options::add, ignored);
-    for (fs::recursive_directory_iterator it(path_, ignored), end; it != end;
-         it.increment(ignored)) {
-        if (it->is_directory(ignored)) {
-            fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
-        }
-    }
-    fs::remove_all(path_, ignored);
-}
 
 HeaderBytes MakeHeader(unsigned seed) {
     std::mt19937 engine(seed);
@@ -90,17 +63,6 @@ std::vector<std::uint8_t> BuildContainer(const HeaderBytes& header,
     return writer.Finish();
 }
 
-void WriteBytes(const fs::path& path, const std::vector<std::uint8_t>& bytes) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(bytes.data()),
-              static_cast<std::streamsize>(bytes.size()));
-}
-
-std::vector<std::uint8_t> ReadBytes(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 std::vector<std::int16_t> ReadWords(const fs::path& path) {
     const auto bytes = ReadBytes(path);
     std::vector<std::int16_t> words(bytes.size() / 2);
@@ -108,15 +70,6 @@ std::vector<std::int16_t> ReadWords(const fs::path& path) {
         words[i] = static_cast<std::int16_t>(GetLittleEndian<std::uint16_t>(bytes, 2 * i));
     }
     return words;
-}
-
-std::vector<std::string> FolderEntries(const fs::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        names.push_back(entry.path().filename().string());
-    }
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 void ResealHead(std::vector<std::uint8_t>& file) {

@@ -7,22 +7,13 @@
 #include <vector>
 
 #include "rlg_container.h"
+#include "support/temp_folder.h"
 
 namespace torvane::rlg::test {
 
-// A fresh empty folder, removed with everything in it at the end of the test.
-class TempFolder {
-public:
-    TempFolder();
-    ~TempFolder();
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
-
-    const std::filesystem::path& Path() const { return path_; }
-
-private:
-    std::filesystem::path path_;
-};
+using torvane::testing::ReadBytes;
+using torvane::testing::TempFolder;
+using torvane::testing::WriteBytes;
 
 struct StreamData {
     std::string name;
@@ -40,11 +31,7 @@ std::vector<StreamData> RunStreams(unsigned seed);
 std::vector<std::uint8_t> BuildContainer(const HeaderBytes& header,
                                          const std::vector<StreamData>& streams);
 
-void WriteBytes(const std::filesystem::path& path, const std::vector<std::uint8_t>& bytes);
-std::vector<std::uint8_t> ReadBytes(const std::filesystem::path& path);
 std::vector<std::int16_t> ReadWords(const std::filesystem::path& path);
-// Names of everything in folder, hidden files included, sorted.
-std::vector<std::string> FolderEntries(const std::filesystem::path& folder);
 
 // Recomputes the head CRC after a test has changed a field of the head, where the stream count
 // still leaves room for one.

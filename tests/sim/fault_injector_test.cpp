@@ -9,7 +9,7 @@ namespace {
 
 using Kind = FaultRule::Kind;
 
-TEST(FaultInjector, SenseAndResultForTheNextNCallsThenClean) {
+TEST(FaultInjector, SenseAndResultForTheNextNCallsThenCleanOnEntriesNamedAsTheDriver) {
     DeviceOnManualClock logger;
     logger.Run(2);
     FaultPlan plan;
@@ -30,6 +30,11 @@ TEST(FaultInjector, SenseAndResultForTheNextNCallsThenClean) {
     EXPECT_EQ(faulty.LoggingControl(status, 1), TLM_ERR_BUSY);
     EXPECT_EQ(logger.device.State(), TLM_STATE_ACQUIRING) << "a faulty call never reaches it";
     EXPECT_EQ(faulty.LoggingControl(status, 1), TLM_OK);
+
+    // Entry points are known by their driver names; a close cannot fail.
+    EXPECT_EQ(EntryNamed("GetTheLogFile_reading"), Entry::ReadTransfer);
+    EXPECT_EQ(EntryNamed("getstatus"), std::nullopt);
+    EXPECT_EQ(EntryNamed("TLM_Close"), std::nullopt);
 }
 
 TEST(FaultInjector, DropsTheLinkOnceAfterNBlocks) {
@@ -57,12 +62,6 @@ TEST(FaultInjector, DropsTheLinkOnceAfterNBlocks) {
         EXPECT_FALSE(faulty.DropLinkNow()) << "only once";
     }
     EXPECT_TRUE(logger.device.Memory().Files()[0].done);
-}
-
-TEST(FaultInjector, KnowsTheEntryPointsByTheirDriverNames) {
-    EXPECT_EQ(EntryNamed("GetTheLogFile_reading"), Entry::ReadTransfer);
-    EXPECT_EQ(EntryNamed("getstatus"), std::nullopt);
-    EXPECT_EQ(EntryNamed("TLM_Close"), std::nullopt) << "a close cannot fail";
 }
 
 } // namespace

@@ -27,7 +27,7 @@ void Configure(DeviceOnManualClock& logger, const logdata::LogHeader& setting) {
     ASSERT_EQ(status.bytState, TLM_STATE_ACQUIRING);
 }
 
-TEST(LoggerDevice, PowersOnIntoAcquisitionAndPassingStatesEndByThemselves) {
+TEST(LoggerDevice, PowersOnIntoAcquisitionPassingStatesEndAndOthersRefuseWithASense) {
     DeviceOnManualClock idle(LoggerConfig{.startAcquiring = false});
     EXPECT_EQ(idle.StateAfter(InitialisingTime), TLM_STATE_IDLE);
     DeviceOnManualClock logger;
@@ -61,27 +61,25 @@ TEST(LoggerDevice, PowersOnIntoAcquisitionAndPassingStatesEndByThemselves) {
     // while it runs, which a busy logger would refuse.
     logger.device.ServiceMode(status, TLM_SERVICE_HEAT_RUN2);
     EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING);
-}
 
-TEST(LoggerDevice, RefusesWithASenseCodeWhatItsStateDoesNotTake) {
-    DeviceOnManualClock logger;
-    TlmStatus status{};
-    EXPECT_EQ(logger.device.FileCount(status), 0);
+    // What a state does not take is refused with a sense code.
+    DeviceOnManualClock fresh;
+    EXPECT_EQ(fresh.device.FileCount(status), 0);
     EXPECT_EQ(status.bytSense, SenseNotInThisState) << "still initialising";
 
-    logger.Run(2);
-    EXPECT_EQ(logger.device.ClearFiles(status), TLM_OK);
+    fresh.Run(2);
+    EXPECT_EQ(fresh.device.ClearFiles(status), TLM_OK);
     EXPECT_EQ(status.bytSense, SenseNotInThisState) << "acquiring";
     EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING);
-    EXPECT_EQ(logger.Send(StartAtOnce(logdata::FreshSetting())).bytSense, SenseNotInThisState);
+    EXPECT_EQ(fresh.Send(StartAtOnce(logdata::FreshSetting())).bytSense, SenseNotInThisState);
 
-    logger.Stop();
-    logger.device.ServiceMode(status, 99);
+    fresh.Stop();
+    fresh.device.ServiceMode(status, 99);
     EXPECT_EQ(status.bytSense, SenseBadArgument);
     TlmInitData points{};
-    logger.device.InitData(status, 1, points);
+    fresh.device.InitData(status, 1, points);
     EXPECT_EQ(status.bytSense, SenseBadArgument);
-    logger.device.GetStatus(status);
+    fresh.device.GetStatus(status);
     EXPECT_EQ(status.bytSense, 0) << "a refusal leaves nothing behind";
 }
 
@@ -156,7 +154,7 @@ TEST(LoggerDevice, ARecordedFileDeploysIntoTheStreamsOfItsSetting) {
     EXPECT_EQ(words("VB"), 0u);
 }
 
-TEST(LoggerDevice, TransfersAFileInBlocksAndMarksItDone) {
+TEST(LoggerDevice, TransfersAFileInBlocksMarksItDoneAndAnAbandonedOneLeavesItNew) {
     DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0, .blockSize = 4096});
     ASSERT_EQ(logger.device.AddRecordedRuns(2, 0.5, 7), 2);
     logger.Run(2);
@@ -191,17 +189,9 @@ TEST(LoggerDevice, TransfersAFileInBlocksAndMarksItDone) {
     EXPECT_EQ(entries[0].intDone, 0);
     EXPECT_NE(entries[1].intDone, 0);
     EXPECT_EQ(status.bytFlags & TLM_FLAG_DOWNLOAD, TLM_FLAG_DOWNLOAD) << "file 1 is still new";
-}
 
-TEST(LoggerDevice, AnAbandonedTransferLeavesTheFileNewAndAMissingFileIsNotFound) {
-    DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0, .blockSize = 1024});
-    logger.device.AddRecordedRuns(1, 0.5, 3);
-    logger.Run(2);
-    logger.Stop();
-    TlmStatus status{};
-    TlmTransferBlock block{};
+    // A transfer abandoned by a closed link leaves the file new.
     logger.device.StartTransfer(status, TlmDownloadEntry{1, 0, 0, 0}, block);
-    std::vector<std::uint8_t> bytes;
     logger.device.ReadTransfer(status, block, bytes);
     logger.device.Closed();
 
@@ -219,7 +209,7 @@ TEST(LoggerDevice, AnAbandonedTransferLeavesTheFileNewAndAMissingFileIsNotFound)
     EXPECT_EQ(logger.device.State(), TLM_STATE_IDLE);
 }
 
-TEST(LoggerDevice, KeepsTheTransferToTheLinkRateOfTheClock) {
+TEST(LoggerDevice, KeepsTheTransferToTheLinkRateOfTheClockInSmallBlocksWhenSlow) {
     DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 100'000, .blockSize = 32 * 1024});
     logger.device.AddRecordedRuns(1, 1.0, 5);
     logger.Run(2);
@@ -229,9 +219,7 @@ TEST(LoggerDevice, KeepsTheTransferToTheLinkRateOfTheClock) {
     const auto size = static_cast<std::int64_t>(logger.Download(1, status).size());
     // The fake clock moves only when the device waits for the link: exactly the file's time.
     EXPECT_EQ((logger.clock.Now() - before).count(), size * 1'000'000'000 / 100'000);
-}
-
-TEST(PacedTransfer, MakesBlocksSmallAtASlowRateSoNoAnswerWaitsLong) {
+    // Blocks are small at a slow rate, so that no answer waits long.
     EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 0), 32768u);
     EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 1000), 250u);
     EXPECT_EQ(PacedTransfer::BlockSizeAt(32768, 1), 1u);
@@ -324,7 +312,7 @@ TEST(LoggerDevice, DetonationMapFollowsTheRunAndTheSetting) {
     EXPECT_EQ(map.lngRunTime, 0) << "cleared with the files";
 }
 
-TEST(DetonationCounter, CellsByEngineSpeedRowAndThrottleColumn) {
+TEST(LoggerTables, DetonationCellsByEngineSpeedAndThrottleAndMemoryByChannelAndPeriod) {
     EXPECT_EQ(DetonationCounter::CellOf(4999.0, 50), -1);
     EXPECT_EQ(DetonationCounter::CellOf(15001.0, 50), -1);
     EXPECT_EQ(DetonationCounter::CellOf(5499.0, 4), 0);
@@ -342,9 +330,8 @@ TEST(DetonationCounter, CellsByEngineSpeedRowAndThrottleColumn) {
     const int cell = 14 * 20 + 12;
     EXPECT_EQ(map.bytMap1[cell], 255) << "saturates";
     EXPECT_EQ(map.bytMap2[cell], 2);
-}
 
-TEST(MemoryTable, BudgetsBytesPer300MsByChannelAndPeriod) {
+    // The memory table budgets bytes per 300 ms by channel and period.
     // The fresh setting: Ne, TH, VFW, VB at 25 ms and DETO1 on (free by default table) is 48.
     auto setting = logdata::FreshSetting();
     MemoryTable table = DefaultMemoryTable();

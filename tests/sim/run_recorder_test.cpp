@@ -53,7 +53,7 @@ LogHeader SettingWithIntervals(std::initializer_list<int> intervals, int lapWord
     return setting;
 }
 
-TEST(RunRecorder, SampleKIsTheStateAtKTimesTheInterval) {
+TEST(RunRecorder, SampleKIsTheStateAtKTimesTheIntervalWhateverTheChunkSize) {
     const LogHeader setting = SettingWithIntervals({25, 300, 5}, 0);
     // Ne reads rpm / 20: an engine speed of 4 × time makes Ne read the step number.
     const RecordedRun run = RecordSteps(setting, 120, [](VehicleState& state) {
@@ -63,6 +63,17 @@ TEST(RunRecorder, SampleKIsTheStateAtKTimesTheInterval) {
     for (std::size_t k = 1; k <= run.Streams[0].size(); ++k) {
         EXPECT_EQ(run.Streams[0][k - 1], static_cast<std::int16_t>(5 * k)) << "sample " << k;
     }
+
+    // The chunk size changes only how the words arrive.
+    const LogHeader demo = DemoSetting();
+    const auto shape = [](VehicleState& state) {
+        state.EngineRpm = static_cast<double>(state.TimeMs % 9000);
+        state.CrossedLine = state.TimeMs % 1000 == 0;
+    };
+    std::size_t largest = 0;
+    const RecordedRun chunked = RecordSteps(demo, 2000, shape, 7, &largest);
+    EXPECT_EQ(largest, 7u);
+    EXPECT_EQ(chunked.Streams, RecordSteps(demo, 2000, shape).Streams);
 }
 
 TEST(RunRecorder, StreamLengthsFollowTheIntervalsAndTheDuration) {
@@ -119,18 +130,6 @@ TEST(RunRecorder, LapWordsResolveCrossingsToTheTick) {
         EXPECT_EQ(logdata::LapMarkTime(marked - lap.begin() + 1, *marked),
                   static_cast<double>(crossing));
     }
-}
-
-TEST(RunRecorder, ChunkSizeChangesOnlyHowTheWordsArrive) {
-    const LogHeader setting = DemoSetting();
-    const auto shape = [](VehicleState& state) {
-        state.EngineRpm = static_cast<double>(state.TimeMs % 9000);
-        state.CrossedLine = state.TimeMs % 1000 == 0;
-    };
-    std::size_t largest = 0;
-    const RecordedRun chunked = RecordSteps(setting, 2000, shape, 7, &largest);
-    EXPECT_EQ(largest, 7u);
-    EXPECT_EQ(chunked.Streams, RecordSteps(setting, 2000, shape).Streams);
 }
 
 } // namespace

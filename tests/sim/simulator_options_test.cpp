@@ -8,7 +8,7 @@
 namespace torvane::sim {
 namespace {
 
-TEST(SimulatorOptions, TakesEveryOption) {
+TEST(SimulatorOptions, TakesEveryOptionAndRefusesMistakesWithAReason) {
     testing::TempFolder folder;
     testing::WriteText(folder / "MT.DAT", std::string(56, '\x02'));
     // clang-format off
@@ -43,10 +43,8 @@ TEST(SimulatorOptions, TakesEveryOption) {
     EXPECT_EQ(options.errorCode, 17);
     EXPECT_TRUE(options.broken);
     EXPECT_FALSE(options.logger.startAcquiring);
-}
 
-TEST(SimulatorOptions, RefusesMistakesWithAReason) {
-    testing::TempFolder folder;
+    // Mistakes are refused with a reason.
     testing::WriteText(folder / "short.dat", "12345");
     const std::vector<std::vector<std::string>> mistakes{
         {"--time-scale", "0"},
@@ -65,10 +63,10 @@ TEST(SimulatorOptions, RefusesMistakesWithAReason) {
         {"--frobnicate"},
     };
     for (const auto& args : mistakes) {
-        const auto parsed = ParseSimulatorOptions(args);
-        EXPECT_FALSE(parsed.options) << args[0];
-        EXPECT_EQ(parsed.exitCode, 2) << args[0];
-        EXPECT_FALSE(parsed.message.empty()) << args[0];
+        const auto refused = ParseSimulatorOptions(args);
+        EXPECT_FALSE(refused.options) << args[0];
+        EXPECT_EQ(refused.exitCode, 2) << args[0];
+        EXPECT_FALSE(refused.message.empty()) << args[0];
     }
     const auto help = ParseSimulatorOptions({"--help"});
     EXPECT_FALSE(help.options);

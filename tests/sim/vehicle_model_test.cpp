@@ -137,7 +137,7 @@ TEST(VehicleModel, ShiftWordSetsWhereTheRiderChangesUp) {
 
 // The rear spins a little under power and the front runs slow in the hardest stops; neither by
 // more than a racing tyre's slip.
-TEST(VehicleModel, WheelsSlipALittleAtTheLimits) {
+TEST(VehicleModel, WheelsSlipPitchAndMixtureFollowTheRider) {
     double rearSpin = 0.0;
     double frontLock = 0.0;
     for (const VehicleState& state : EightMinutes().States) {
@@ -150,11 +150,9 @@ TEST(VehicleModel, WheelsSlipALittleAtTheLimits) {
     EXPECT_LT(rearSpin, 0.12);
     EXPECT_LT(frontLock, -0.03);
     EXPECT_GT(frontLock, -0.12);
-}
 
-// The front dives under braking and the rear squats under power; the mixture runs rich at full
-// load and lean on the overrun.
-TEST(VehicleModel, PitchAndMixtureFollowTheRider) {
+    // The front dives under braking and the rear squats under power; the mixture runs rich at
+    // full load and lean on the overrun.
     using S = const VehicleState&;
     const auto braking = [](S s) {
         return s.LongitudinalAccel < -7.0;

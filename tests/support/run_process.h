@@ -2,11 +2,11 @@
 // Runs a real program, without a shell in between, and captures its exit status, stdout and
 // stderr. Output goes through temporary files so that a chatty child can never block on a pipe.
 
-#include <filesystem>
+#include "support/temp_folder.h"
+
 #include <cerrno>
 #include <fcntl.h>
-#include <fstream>
-#include <iterator>
+#include <filesystem>
 #include <spawn.h>
 #include <string>
 #include <sys/wait.h>
@@ -23,14 +23,15 @@ struct ProcessResult {
     std::string err;
 };
 
-namespace detail {
-
-inline std::string ReadWholeFile(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
+// The pointers that exec wants for texts, ending in a null pointer; they point into texts.
+inline std::vector<char*> NullTerminated(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (auto& text : texts) {
+        pointers.push_back(text.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
 }
-
-} // namespace detail
 
 // Runs program with args; environment entries are "NAME=value" and are added to (or override)
 // this process's own environment. Standard input is /dev/null.
@@ -57,16 +58,8 @@ inline ProcessResult RunProcess(const std::string& program, const std::vector<st
 
     std::vector<std::string> argStrings{program};
     argStrings.insert(argStrings.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    for (auto& arg : argStrings) {
-        argv.push_back(arg.data());
-    }
-    argv.push_back(nullptr);
-    std::vector<char*> envp;
-    for (auto& entry : environmentEntries) {
-        envp.push_back(entry.data());
-    }
-    envp.push_back(nullptr);
+    std::vector<char*> argv = NullTerminated(argStrings);
+    std::vector<char*> envp = NullTerminated(environmentEntries);
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -86,8 +79,8 @@ inline ProcessResult RunProcess(const std::string& program, const std::vector<st
         }
         result.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
     }
-    result.out = detail::ReadWholeFile(outFile);
-    result.err = detail::ReadWholeFile(errFile);
+    result.out = ReadText(outFile);
+    result.err = ReadText(errFile);
     std::error_code ignored;
     std::filesystem::remove(outFile, ignored);
     std::filesystem::remove(errFile, ignored);

@@ -3,6 +3,8 @@
 // libtlm (or the CLI) to the device. It is started with the given options, is waited for until
 // it says it listens, and is stopped (or killed) when the object goes away.
 
+#include "support/run_process.h"
+
 #include <chrono>
 #include <csignal>
 #include <filesystem>
@@ -29,11 +31,7 @@ public:
         }
         std::vector<std::string> args{program, "--socket", endpoint_};
         args.insert(args.end(), options.begin(), options.end());
-        std::vector<char*> argv;
-        for (auto& arg : args) {
-            argv.push_back(arg.data());
-        }
-        argv.push_back(nullptr);
+        std::vector<char*> argv = NullTerminated(args);
 
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);

@@ -1,6 +1,6 @@
 #pragma once
 // A private folder for one test, removed with everything in it when the test ends, and small
-// writers for stream files.
+// readers and writers for the files in it.
 
 #include <algorithm>
 #include <cstdint>
@@ -23,10 +23,17 @@ public:
         std::filesystem::create_directories(path_);
     }
     ~TempFolder() {
+        // Tests leave read-only folders behind; each must be writable again to be emptied.
+        namespace fs = std::filesystem;
         std::error_code error;
-        std::filesystem::permissions(path_, std::filesystem::perms::owner_all,
-                                     std::filesystem::perm_options::add, error);
-        std::filesystem::remove_all(path_, error);
+        fs::permissions(path_, fs::perms::owner_all, fs::perm_options::add, error);
+        for (fs::recursive_directory_iterator it(path_, error), end; it != end;
+             it.increment(error)) {
+            if (it->is_directory(error)) {
+                fs::permissions(it->path(), fs::perms::owner_all, fs::perm_options::add, error);
+            }
+        }
+        fs::remove_all(path_, error);
     }
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
@@ -34,9 +41,12 @@ public:
     const std::filesystem::path& Path() const { return path_; }
     std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
-    std::vector<std::string> FileNames() const {
+    std::vector<std::string> FileNames() const { return FileNamesIn(path_); }
+
+    // Names of everything in folder, hidden files included, sorted.
+    static std::vector<std::string> FileNamesIn(const std::filesystem::path& folder) {
         std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
             names.push_back(entry.path().filename().string());
         }
         std::sort(names.begin(), names.end());
@@ -59,11 +69,13 @@ inline void WriteWords(const std::filesystem::path& file, std::span<const Word> 
     }
 }
 
-inline void WriteWords16(const std::filesystem::path& file, const std::vector<std::int16_t>& words) {
+inline void WriteWords16(const std::filesystem::path& file,
+                         const std::vector<std::int16_t>& words) {
     WriteWords<std::int16_t>(file, words);
 }
 
-inline void WriteWords32(const std::filesystem::path& file, const std::vector<std::int32_t>& words) {
+inline void WriteWords32(const std::filesystem::path& file,
+                         const std::vector<std::int32_t>& words) {
     WriteWords<std::int32_t>(file, words);
 }
 
@@ -75,6 +87,15 @@ inline void WriteText(const std::filesystem::path& file, const std::string& text
 inline std::string ReadText(const std::filesystem::path& file) {
     std::ifstream in(file, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+inline void WriteBytes(const std::filesystem::path& file, const std::vector<std::uint8_t>& bytes) {
+    WriteText(file, std::string(bytes.begin(), bytes.end()));
+}
+
+inline std::vector<std::uint8_t> ReadBytes(const std::filesystem::path& file) {
+    const std::string text = ReadText(file);
+    return {text.begin(), text.end()};
 }
 
 } // namespace torvane::testing
