@@ -171,24 +171,6 @@ private slots:
         QVERIFY(sink_.messages.empty());
     }
 
-    // The next opening starts where the last one ended, with the last logging file's name;
-    // Cancel answers Cancel.
-    void NextOpeningStartsInTheLastFolder() {
-        TempFolder elsewhere;
-        memory_ = {.LastFolder = elsewhere.Path(), .LastFileName = "run.rlg"};
-        WriteText(elsewhere / "run.rlg", "x");
-        auto dialog = Open(FileDialogMode::SaveLoggingFile);
-        QCOMPARE(dialog->Folder(), elsewhere.Path());
-        QCOMPARE(Find<QLineEdit>(dialog.get(), "txtFileName")->text(), QString("run.rlg"));
-        QTest::mouseClick(Find<QPushButton>(dialog.get(), "cmdCancel"), Qt::LeftButton);
-        QVERIFY(dialog->Result().Cancel);
-
-        memory_.LastFolder = elsewhere / "gone";
-        dialog = Open(FileDialogMode::LoadLoggingFile);
-        QCOMPARE(dialog->Folder(), data_->Path());
-        QCOMPARE(Find<QLineEdit>(dialog.get(), "txtFileName")->text(), QString());
-    }
-
     // A place that cannot be opened leaves the old one and says why: the missing Desktop, a
     // folder removed after it was listed.
     void MissingFolderLeavesTheOldPlaceWithAMessage() {
@@ -216,15 +198,6 @@ private slots:
 
         emit folders->itemActivated(folders->item(0)); // ".."
         QCOMPARE(dialog->Folder(), runs_->Path().parent_path());
-    }
-
-    // F1 opens the manual in the help window.
-    void F1OpensTheHelp() {
-        auto dialog = Open(FileDialogMode::LoadLoggingFile);
-        dialog->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
-        QTest::keyClick(dialog.get(), Qt::Key_F1);
-        QVERIFY(dialog->findChild<torvane::app::HelpWindow*>() != nullptr);
     }
 
     // The graph windows' save question runs the modal dialog and passes its CSV options on.

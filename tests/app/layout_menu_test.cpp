@@ -172,46 +172,6 @@ private slots:
                  (std::vector<std::string>{"INITIALIZE", "Mugello", "Jerez wet", "Assen"}));
     }
 
-    // With ten layouts Save is off until one is deleted; a delete fills the list again and the
-    // last one turns Delete off. A layout file that can no longer be read is reported, the
-    // dialog stays open and the store keeps what it held.
-    void TenLayoutsMustBeThinnedBeforeSaving() {
-        Desk desk;
-        SaveLayouts(desk.layouts, {"L1", "L2", "L3", "L4", "L5", "L6", "L7", "L8", "L9", "L10"});
-        LayoutSaveDialog dialog(desk.layouts, desk.sink, &desk.frame);
-        dialog.show();
-        const SaveDialogControls controls(dialog);
-        QVERIFY(!controls.save->isEnabled());
-        QTest::keyClick(controls.name, Qt::Key_Return);
-        QVERIFY(dialog.isVisible());
-
-        controls.Choose(2);
-        controls.erase->click();
-        QCOMPARE(desk.sink.messages.at(0).text, std::string(layout::DeleteLayoutMessage));
-        QCOMPARE(controls.list->count(), 9);
-        QVERIFY(!Entries(*controls.list).contains("L3"));
-        QVERIFY(controls.save->isEnabled());
-        QCOMPARE(controls.name->text(), QString("L1"));
-        while (controls.list->count() > 1) {
-            controls.erase->click();
-        }
-        controls.erase->click();
-        QVERIFY(!controls.erase->isEnabled());
-
-        SaveLayouts(desk.layouts, {"Mugello"});
-        desk.sink.messages.clear();
-        const fs::path file = desk.paths.InitDir() / "LAYOUT.DAT";
-        fs::remove(file);
-        fs::create_directory(file);
-        controls.name->setText("Jerez");
-        controls.save->click();
-        QCOMPARE(desk.sink.messages.size(), std::size_t{1});
-        QVERIFY(desk.sink.messages[0].text.starts_with("Error("));
-        QVERIFY(dialog.isVisible());
-        QCOMPARE(desk.layouts.GetLayoutNames(),
-                 (std::vector<std::string>{"INITIALIZE", "Mugello"}));
-    }
-
     // The layouts stand under LayoutReappearance once a window is active; choosing one shows it
     // in the window (rows, time scale), Default brings the factory display back, and
     // LayoutSave adds an entry. A delete before Cancel leaves the menu in step as well.

@@ -84,25 +84,6 @@ private slots:
         QVERIFY(!frame.isVisible());
     }
 
-    void InformationShowsTheAboutBoxUntilOk() {
-        MainFrame frame;
-        frame.show();
-        bool seen = false;
-        WhenModalOpens([&](QWidget* about) {
-            QCOMPARE(about->objectName(), QString("frmTLM0017"));
-            QCOMPARE(about->findChild<QLabel*>("lblTitle")->text(), QString("Torvane Studio"));
-            QCOMPARE(about->findChild<QLabel*>("lblVersion")->text(), QString("2.00.00"));
-            QVERIFY(MarkedPixels(about->grab().toImage()) > 200);
-            auto* ok = about->findChild<QPushButton*>("cmdOK");
-            QCOMPARE(ok->text(), QString("OK(&O)"));
-            seen = true;
-            ok->click();
-        });
-        frame.Action("mnuInfo")->trigger();
-        QVERIFY(seen);
-        QVERIFY(QApplication::activeModalWidget() == nullptr);
-    }
-
     // F1 opens the manual in the frame; a missing manual is said so.
     void HelpShowsTheManualOrItsAbsence() {
         MainFrame frame;

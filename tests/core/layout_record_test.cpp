@@ -122,19 +122,5 @@ TEST(RepairLayout, StylesOutOfRangeBecomeTheFirstAndBandsWithoutBottomAreRebuilt
     }
 }
 
-TEST(RepairLayout, IncompleteTimeScaleBecomesFiveAndFiveHundred) {
-    for (const graph::TimeScale time : {graph::TimeScale{0, 10000, 100},
-                                        graph::TimeScale{1, 0, 100}, graph::TimeScale{1, 10, 0}}) {
-        DisplaySet record = DefaultLayout();
-        record.Time = time;
-        RepairLayout(record);
-        EXPECT_EQ(record.Time, (graph::TimeScale{1, 5, 500}));
-    }
-    DisplaySet record = DefaultLayout();
-    record.Time = {-1, 7, -9};
-    RepairLayout(record);
-    EXPECT_EQ(record.Time, (graph::TimeScale{-1, 7, -9}));
-}
-
 } // namespace
 } // namespace torvane::layout

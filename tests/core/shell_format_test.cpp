@@ -74,15 +74,6 @@ TEST(ShortestText, RoundTripsWithoutNoise) {
     EXPECT_EQ(ShortestText(0.1 + 0.2), "0.30000000000000004");
 }
 
-TEST(ColorValue, TableAndRedForAnythingElse) {
-    EXPECT_EQ(ColorValue(1), 0x0000FFu);
-    EXPECT_EQ(ColorValue(6), 0xFF0000u);
-    EXPECT_EQ(ColorValue(14), 0x0F0F0Fu);
-    EXPECT_EQ(ColorValue(0), 0x0000FFu);
-    EXPECT_EQ(ColorValue(15), 0x0000FFu);
-    EXPECT_EQ(ColorValue(-3), 0x0000FFu);
-}
-
 TEST(CommonHelpers, LeastCommonMultipleAlignsIntervalsAndDigitKeyFilters) {
     EXPECT_EQ(LeastCommonMultiple(25, 10), 50);
     EXPECT_EQ(LeastCommonMultiple(300, 25), 300);
