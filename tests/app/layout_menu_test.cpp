@@ -123,10 +123,6 @@ private slots:
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
         const SaveDialogControls controls(dialog);
-        QCOMPARE(dialog.objectName(), QString("frmTLM0011"));
-        QCOMPARE(dialog.windowTitle(), QString("Save of layout"));
-        QCOMPARE(controls.save->text(), QString("Save(&S)"));
-        QCOMPARE(controls.erase->text(), QString("Delete(&D)"));
         QCOMPARE(Entries(*controls.list), (QStringList{"Mugello", "Jerez wet"}));
         QCOMPARE(controls.list->item(1)->data(Qt::UserRole).toInt(), 2);
         QCOMPARE(controls.name->maxLength(), 20);
