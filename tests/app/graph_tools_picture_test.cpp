@@ -1,5 +1,5 @@
-// The tools over a picture that shows one trace colour and records what it is asked: Escape in
-// a trace drag, a ghost that cannot be shown, and a failed redraw.
+// The tools over a picture that shows one trace colour and can be told to fail: Escape in a trace
+// drag, a ghost that cannot be shown, and a failed redraw.
 
 #include "core/graph_window_fixture.h"
 #include "graph/graph_picture.h"
@@ -17,25 +17,16 @@ using namespace torvane;
 namespace {
 
 // White, except for a trace of VFW's colour (index 3, which no other item has) along row 200.
-class RecordingPicture : public QWidget, public app::GraphPicture {
+class OneTracePicture : public QWidget, public app::GraphPicture {
 public:
-    explicit RecordingPicture(QWidget* parent)
+    explicit OneTracePicture(QWidget* parent)
         : QWidget(parent) {}
 
-    bool RedrawGraph(int mode) override {
-        redraws.push_back(mode);
-        return redrawWorks;
-    }
+    bool RedrawGraph(int) override { return redrawWorks; }
     bool RedrawRect() override { return redrawWorks; }
-    void DrawScaleColumn() override { ++scaleColumns; }
-    bool BeginItemDrag(int layer, int position) override {
-        dragged = {layer, position};
-        return true;
-    }
-    bool MoveGhost(QPoint offset) override {
-        ghost.push_back(offset);
-        return ghostWorks;
-    }
+    void DrawScaleColumn() override {}
+    bool BeginItemDrag(int, int) override { return true; }
+    bool MoveGhost(QPoint) override { return ghostWorks; }
     void EndItemDrag() override { ++ghostsDropped; }
     void ShowOverlayLine(std::optional<QLine>) override {}
     std::uint32_t PixelAt(int, int y) const override {
@@ -43,10 +34,6 @@ public:
     }
     QWidget* Widget() override { return this; }
 
-    std::vector<int> redraws;
-    int scaleColumns = 0;
-    std::optional<graph::ItemRef> dragged;
-    std::vector<QPoint> ghost;
     int ghostsDropped = 0;
     bool redrawWorks = true;
     bool ghostWorks = true;
@@ -82,7 +69,7 @@ struct Bench {
     graph::testing::GraphWindowFixture fixture;
     app::ToolSettings tools;
     QWidget window;
-    RecordingPicture* picture = new RecordingPicture(&window);
+    OneTracePicture* picture = new OneTracePicture(&window);
     app::ScrollStripView* strip = new app::ScrollStripView(&window);
     QPushButton* left = new QPushButton(&window);
     QPushButton* right = new QPushButton(&window);
