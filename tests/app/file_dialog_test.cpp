@@ -11,7 +11,6 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QHeaderView>
-#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -46,18 +45,6 @@ QStringList Column(QTreeWidget* list, int column) {
         texts << list->topLevelItem(row)->text(column);
     }
     return texts;
-}
-
-// How many pixels differ between two pictures, over the area they share.
-int DifferentPixels(const QImage& a, const QImage& b) {
-    const QSize shared = a.size().boundedTo(b.size());
-    int count = 0;
-    for (int y = 0; y < shared.height(); ++y) {
-        for (int x = 0; x < shared.width(); ++x) {
-            count += a.pixel(x, y) != b.pixel(x, y) ? 1 : 0;
-        }
-    }
-    return count;
 }
 
 } // namespace
@@ -213,20 +200,6 @@ private slots:
         QCOMPARE(choice->Filepath, *runs_ / "lap.csv");
         QVERIFY(!choice->CsvAllItem);
         QVERIFY(!choice->CsvRange);
-    }
-
-    // The dialog draws its controls and list; the pictures are kept for a look.
-    void DialogRendersItsList() {
-        WriteText(*runs_ / "run 1.rlg", std::string(5000, 'x'));
-        WriteText(*runs_ / "run 2.rlg", std::string(300000, 'x'));
-        auto dialog = Open(FileDialogMode::SaveLoggingFile, true);
-        dialog->grab().save(QDir::temp().filePath("frmCom0010-rlg.png"));
-        auto* list = Find<QTreeWidget>(dialog.get(), "lvwFile");
-        const QImage rows = list->viewport()->grab().toImage();
-        ChooseCsvType(*dialog); // no CSV files: the list is empty, and shorter
-        const QImage empty = list->viewport()->grab().toImage();
-        QVERIFY(DifferentPixels(rows, empty) > 200);
-        dialog->grab().save(QDir::temp().filePath("frmCom0010-csv.png"));
     }
 };
 
