@@ -1,31 +1,26 @@
-// The download dialog driven as a real widget: over a scripted driver for the list, the
-// transfer, a failed try and clearing; and once over libtlm against a real virtual logger.
+// The download dialog driven as a real widget over a scripted driver: the list, the transfer, a
+// failed try and clearing. The real link to a virtual logger is the logger suite's.
 
-#include "binding/tlm_driver.h"
 #include "core/logger_test_support.h"
 #include "logger/download_dialog.h"
 #include "logger/scripted_driver.h"
-#include "support/simulator_process.h"
 #include "support/temp_folder.h"
 
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QTimer>
 #include <QTreeWidget>
 #include <QtTest>
 
 #include <cstring>
 #include <functional>
 #include <optional>
-#include <thread>
 
 using torvane::app::DownloadDialog;
 using torvane::logger::Call;
 using torvane::logger::Reply;
 using torvane::testing::TempFolder;
 namespace shell = torvane::shell;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -209,47 +204,6 @@ private slots:
         QVERIFY(!dialog.isVisible());
         QVERIFY(!dialog.Result().cancelled);
         QCOMPARE(dialog.Result().file, desk.temp / "LGGR0001.rlg");
-    }
-
-    void DownloadsFromTheVirtualLogger() {
-        TempFolder temp;
-        torvane::testing::SimulatorProcess simulator(
-            TORVANE_LOGGER_SIM, temp / "logger.sock",
-            {"--idle", "--files", "2", "--minutes", "1", "--seed", "7", "--rate", "0"});
-        QVERIFY2(simulator.Listening(), simulator.Output().c_str());
-        qputenv("TORVANE_LOGGER", QByteArray::fromStdString(simulator.Endpoint()));
-        torvane::binding::TlmDriver driver;
-        // The virtual logger starts in its initialising state; a dialog opened then would refuse.
-        for (int tries = 0; tries < 100; ++tries) {
-            TlmStatus status{};
-            if (driver.Open(status) == 0) {
-                driver.GetStatus(status);
-                driver.Close(status);
-                if (status.bytState != TLM_STATE_INITIALIZING) {
-                    break;
-                }
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        }
-        torvane::logger::testing::AnsweringSink sink;
-        DownloadDialog dialog(driver, sink, {temp.Path()});
-        QVERIFY2(dialog.Loaded(), sink.messages.empty() ? "" : sink.messages[0].text.c_str());
-        dialog.show();
-        QCOMPARE(List(dialog)->topLevelItemCount(), 2);
-        QCOMPARE(RowTexts(*List(dialog)->topLevelItem(0)).mid(0, 3),
-                 (QStringList{"001", "001", "000H01M00S"}));
-        QCOMPARE(List(dialog)->topLevelItem(0)->text(4), QString("None"));
-
-        Click(Child(dialog, "cmdOk"));
-        QCOMPARE(sink.Texts(), std::vector<std::string>{kAsk});
-        QCOMPARE(dialog.Result().file, temp / "LGGR0001.rlg");
-        const auto size = fs::file_size(temp / "LGGR0001.rlg");
-        QVERIFY(size > 0);
-        QCOMPARE(Label(dialog, "lblReadData"), QString::number(size));
-
-        DownloadDialog again(driver, sink, {temp.Path()});
-        QCOMPARE(List(again)->topLevelItem(0)->text(4), QString("Done"));
-        qunsetenv("TORVANE_LOGGER");
     }
 };
 
