@@ -1,7 +1,7 @@
 // The text tool over a graph window with a generated run: a comment pulled from a trace, typed
-// and entered is drawn in black (leader, head and text) and comes back with the file; blank text
-// removes a comment, Escape and the loss of focus leave nothing, the keys wait while the edit box
-// is open, and a side file that cannot be written is reported while the comment stays.
+// and entered is drawn in black (leader, head and text) and comes back with the file; the loss
+// of focus leaves nothing, and a side file that cannot be written is reported while the comment
+// stays.
 
 #include "graph/comments.h"
 #include "graph/graph_view.h"
@@ -143,51 +143,6 @@ private slots:
         QCOMPARE(again.inText, black.inText);
         QCOMPARE(again.elsewhere, 0);
         QVERIFY(w.desk.sink.messages.empty());
-    }
-
-    void BlankTextOnACommentRemovesIt() {
-        ToolWindow w;
-        PullLeader(w, LeaderOnATrace(w));
-        Type(w, "Apex", Qt::Key_Return);
-        const auto drawn = Drawn(w);
-        QCOMPARE(drawn.size(), std::size_t{1});
-        const QImage withComment = Picture(w).copy();
-
-        // A double click on the text opens it with its text.
-        const QPoint onText(drawn[0].TextOrigin.X + 6, drawn[0].TextOrigin.Y + 6);
-        QTest::mouseDClick(w.graph, Qt::LeftButton, {}, onText);
-        QCOMPARE(EditBox(w)->text(), QString("Apex"));
-        EditBox(w)->selectAll();
-        Type(w, "   ", Qt::Key_Return);
-        QVERIFY(Drawn(w).empty());
-        QVERIFY(!std::filesystem::exists(load::CommentFilePath(w.file)));
-        const NewBlack gone(Picture(w), withComment, drawn[0], {w.State().CursorX});
-        QVERIFY(gone.inText >= 10);
-        w.Reopen();
-        QVERIFY(Drawn(w).empty());
-    }
-
-    // The arrow keys act neither while the leader is pulled nor while the box is open; Escape
-    // in the box then leaves nothing behind.
-    void TheKeysWaitForTheBoxAndEscapeLeavesNothing() {
-        ToolWindow w;
-        const QLine leader = LeaderOnATrace(w);
-        PullLeader(w, leader, false);
-        const double cursor = w.State().Layers.Layer[0].CursorTime;
-        QTest::keyClick(w.window, Qt::Key_Right);
-        QCOMPARE(w.State().Layers.Layer[0].CursorTime, cursor);
-        QTest::mouseRelease(w.graph, Qt::LeftButton, {}, leader.p2());
-        QVERIFY(EditBox(w)->isVisible());
-        QTest::keyClick(w.window, Qt::Key_Right);
-        QTest::keyClick(EditBox(w), Qt::Key_Right);
-        QCOMPARE(w.State().Layers.Layer[0].CursorTime, cursor);
-
-        Type(w, "Gone", Qt::Key_Escape);
-        QVERIFY(!EditBox(w)->isVisible());
-        QVERIFY(Drawn(w).empty());
-        QVERIFY(!std::filesystem::exists(load::CommentFilePath(w.file)));
-        QTest::keyClick(w.window, Qt::Key_Right);
-        QVERIFY(w.State().Layers.Layer[0].CursorTime > cursor);
     }
 
     // The box ends when the focus goes elsewhere in the program, but waits while another

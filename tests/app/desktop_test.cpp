@@ -6,7 +6,6 @@
 #include "shell/desktop.h"
 #include "support/temp_folder.h"
 
-#include <QApplication>
 #include <QtTest>
 
 #include <fstream>
@@ -43,12 +42,6 @@ private slots:
         QVERIFY(std::filesystem::exists(paths.InitDir() / "LAYOUT.DAT"));
         QVERIFY(std::filesystem::exists(paths.InitDir() / "LAF_DATA.CSV"));
         QCOMPARE(desktop.Layouts().GetLayoutNames().front(), std::string("INITIALIZE"));
-        // Commands of a later start other than LOAD, and LOAD of a kind the frame does not
-        // open, change nothing.
-        desktop.LinkExecute("OPEN/runs/a.rlg");
-        desktop.LinkExecute("LOAD/runs/a.dto");
-        QVERIFY(desktop.Frame().GraphWindows().isEmpty());
-        QVERIFY(QApplication::activeModalWidget() == nullptr);
 
         std::ofstream(paths.TempDir() / "TH-010.tmp") << "a window's stream";
         desktop.Shutdown();

@@ -1,6 +1,5 @@
-// The mouse and the keys over a graph window with a generated run: the cursor and its read-out,
-// the time zoom and what it saves, the arrow keys, the range tool, the scroll strip's pixels,
-// the box drag, a held cmdMove and the question when linked layers would drift apart.
+// The mouse over a graph window with a generated run: the cursor and its read-out, the time zoom
+// and what it saves, the range tool, the scroll strip's pixels and the box drag.
 
 #include "graph/graph_picture.h"
 #include "graph/graph_window.h"
@@ -61,21 +60,6 @@ private slots:
         QCOMPARE(w.State().Views[0].Display, before);
         QTest::mouseClick(w.graph, Qt::LeftButton, {}, w.PointNearTrace(true));
         QVERIFY(w.State().Views[0].Display != before);
-    }
-
-    void ArrowKeysWalkTheReadOutAndStopAtTheStart() {
-        ToolWindow w;
-        w.MoveTo({289, 100});
-        const double step = w.State().Layers.MinSampleTime;
-        QVERIFY(step > 0);
-        const double cursor = w.State().Layers.Layer[0].CursorTime;
-        QTest::keyClick(w.window, Qt::Key_Right);
-        QCOMPARE(w.State().Layers.Layer[0].CursorTime, cursor + step);
-        QCOMPARE(w.State().CursorX, 300);
-        // At offset 0 the left arrow does nothing at all, though the cursor could move.
-        QTest::keyClick(w.window, Qt::Key_Left);
-        QTest::keyClick(w.window, Qt::Key_Left);
-        QCOMPARE(w.State().Layers.Layer[0].CursorTime, cursor + step);
     }
 
     void TheRangeToolMarksFromPressToRelease() {
@@ -176,65 +160,6 @@ private slots:
         QTest::mouseRelease(w.box, Qt::LeftButton, {}, {41, 10});
         QCOMPARE(w.box->width(), 41);
         QCOMPARE(w.State().Time, (graph::TimeScale{1, 1500, 15}));
-    }
-
-    // cmdMove(1) held moves by 5 steps a pass until it is released.
-    void AHeldMoveButtonScrollsUntilReleased() {
-        ToolWindow w;
-        auto* button = w.window->findChild<QPushButton*>("cmdMove1");
-        QTimer::singleShot(200, button, [&] { QTest::mouseRelease(button, Qt::LeftButton); });
-        QTest::mousePress(button, Qt::LeftButton);
-        QCOMPARE(w.State().DragState, 0);
-        QVERIFY(w.Offset() > 0.0);
-        QCOMPARE(std::fmod(w.Offset(), 500.0), 0.0);
-        QCOMPARE(w.box->x(), graph::ScrollBoxLeft(w.State(), w.strip->width()) - 154);
-        // cmdMove(0) brings it back to the start and stops there by itself.
-        auto* back = w.window->findChild<QPushButton*>("cmdMove0");
-        QTimer::singleShot(2000, back, [&] { QTest::mouseRelease(back, Qt::LeftButton); });
-        QTest::mousePress(back, Qt::LeftButton);
-        QCOMPARE(w.Offset(), 0.0);
-        QTest::mouseRelease(back, Qt::LeftButton);
-    }
-
-    // With linking on, tool 1 asks before a shorter second layer runs into its end, and only
-    // Yes lets them drift apart.
-    void LinkedLayersAskBeforeTheyDriftApart() {
-        ToolWindow w;
-        w.desk.choices = {w.desk.Run("SHORT.rlg", 12000.0, 2)};
-        w.desk.frame.Action("mnuOpenLayer")->trigger();
-        QCOMPARE(w.State().LastLayer, 1);
-        w.Tool(1);
-        w.desk.frame.Tools().LinkLayers = 1;
-        w.desk.sink.messages.clear();
-        w.desk.sink.SetAnswer(shell::answers::No);
-        w.MoveTo({450, 100});
-        // Should the question not come, the hold ends after a second.
-        QTimer::singleShot(1000, w.graph, [&] {
-            if (w.State().DragState == 6) {
-                QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {450, 100});
-            }
-        });
-        QTest::mousePress(w.graph, Qt::LeftButton, {}, {450, 100});
-        QCOMPARE(w.desk.sink.messages.size(), std::size_t{1});
-        QCOMPARE(w.desk.sink.messages[0].text, std::string(graph::LayerShiftQuestion));
-        QCOMPARE(w.desk.sink.messages[0].buttons, shell::buttons::YesNo);
-        QCOMPARE(w.desk.sink.messages[0].icon, shell::icons::Information);
-        QVERIFY(!w.State().ShiftAccepted);
-        QCOMPARE(w.Offset(), 0.0);
-        QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {450, 100});
-
-        w.desk.sink.SetAnswer(shell::answers::Yes);
-        QTest::mousePress(w.graph, Qt::LeftButton, {}, {450, 100});
-        QVERIFY(w.State().ShiftAccepted);
-        // Accepted, the next hold scrolls the main layer alone.
-        QTimer::singleShot(100, w.graph, [&] {
-            QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {450, 100});
-        });
-        QTest::mousePress(w.graph, Qt::LeftButton, {}, {450, 100});
-        QCOMPARE(w.desk.sink.messages.size(), std::size_t{2});
-        QVERIFY(w.Offset() > 0.0);
-        QCOMPARE(w.Offset(1), 0.0);
-        QCOMPARE(w.State().DragState, 0);
     }
 };
 

@@ -1,5 +1,5 @@
 // Graph windows opened in the frame from generated runs: the item panel as it is drawn, the
-// refusals, the layers, closing, resizing and the drop of a file.
+// refusals, saving a download, resizing and the drop of a file.
 
 #include "binding/tlm_decompressor.h"
 #include "graph/graph_picture.h"
@@ -185,97 +185,6 @@ private slots:
         desk.choices.push_back(run);
         desk.frame.Action("mnuFileOpen")->trigger();
         QCOMPARE(desk.Caption(), QString("RUN"));
-    }
-
-    void LayersStackUpToThreeAndTheHighestCloses() {
-        Desk desk;
-        GraphWindow* window = desk.frame.OpenLoggingWindow(3, desk.Run("MAIN.rlg", 60000.0));
-        desk.choices = {desk.Run("SECOND.rlg", 40000.0, 2), desk.Run("THIRD.rlg", 30000.0, 3)};
-        QVERIFY(!desk.frame.Action("mnuCloseLayer")->isEnabled());
-        desk.frame.Action("mnuOpenLayer")->trigger();
-        desk.frame.Action("mnuOpenLayer")->trigger();
-        QCOMPARE(window->State().LastLayer, 2);
-
-        auto* second = window->findChild<app::FileCaptionBox*>("chkFile1");
-        auto* third = window->findChild<app::FileCaptionBox*>("chkFile2");
-        QCOMPARE(second->Caption(), QString("SECOND"));
-        QCOMPARE(third->Caption(), QString("THIRD"));
-        // Each caption stands below the rows of the layer before it.
-        QVERIFY(second->y() > RowsOf(*window, 0).back()->y());
-        QVERIFY(third->y() > RowsOf(*window, 1).back()->y());
-        QVERIFY(!RowsOf(*window, 2).front()->ValueText().isEmpty());
-
-        // A fourth file has no place: the entry is off and the window refuses it.
-        QVERIFY(!desk.frame.Action("mnuOpenLayer")->isEnabled());
-        QVERIFY(!window->OpenLayer(desk.Run("FOURTH.rlg", 30000.0, 4)));
-        QCOMPARE(window->State().LastLayer, 2);
-        QCOMPARE(desk.TempFiles("-013.tmp"), std::size_t{0});
-
-        // The highest layer goes, while it is the active one: layer 0 takes over.
-        QTest::mouseClick(third, Qt::LeftButton);
-        QCOMPARE(window->State().ActiveLayer, 2);
-        desk.frame.Action("mnuCloseLayer")->trigger();
-        QCOMPARE(window->State().LastLayer, 1);
-        QCOMPARE(window->State().ActiveLayer, 0);
-        QVERIFY(RowsOf(*window, 2).isEmpty() || !RowsOf(*window, 2).front()->isVisible());
-        QVERIFY(desk.frame.Action("mnuOpenLayer")->isEnabled());
-        desk.frame.Action("mnuCloseLayer")->trigger();
-        QCOMPARE(window->State().LastLayer, 0);
-        QVERIFY(!desk.frame.Action("mnuCloseLayer")->isEnabled());
-
-        // A layer too short to show is refused and leaves the window as it was.
-        desk.choices = {desk.Run("SHORT.rlg", 3000.0, 5)};
-        desk.frame.Action("mnuOpenLayer")->trigger();
-        QCOMPARE(window->State().LastLayer, 0);
-        QCOMPARE(desk.sink.messages.at(0).text, std::string(load::ShortMeasurementMessage));
-    }
-
-    // Closing a window removes its streams and gives up its number; another window's streams
-    // stay. An unsaved download is asked about first.
-    void ClosingAWindowRemovesItsStreams() {
-        Desk desk;
-        const fs::path run = desk.Run("RUN.rlg", 20000.0);
-        GraphWindow* first = desk.frame.OpenLoggingWindow(3, run);
-        GraphWindow* second = desk.frame.OpenLoggingWindow(3, run);
-        QCOMPARE(second->Number(), 2);
-        QVERIFY(desk.TempFiles("-010.tmp") > 0);
-        QVERIFY(desk.TempFiles("-020.tmp") > 0);
-
-        desk.frame.Area()->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(first->parentWidget()));
-        desk.frame.Action("mnuFileClose")->trigger();
-        QCOMPARE(desk.TempFiles("-010.tmp"), std::size_t{0});
-        QVERIFY(desk.TempFiles("-020.tmp") > 0);
-        QVERIFY(fs::exists(run));
-
-        // A download that cannot be shown leaves no window; the mark lands on the freed number
-        // and goes when the number is claimed again.
-        const fs::path downloaded = desk.paths.TempDir() / "LGGR0001.rlg";
-        QVERIFY(testing::WriteGeneratedRun(downloaded, 2000.0, 7));
-        QVERIFY(desk.frame.ShowLoggingFile(downloaded, true) == nullptr);
-        QCOMPARE(desk.frame.GraphWindows().size(), 1);
-        QCOMPARE(desk.registry.GetLogger(1), 1);
-        QVERIFY(!desk.registry.InUse(1));
-        QCOMPARE(desk.frame.OpenLoggingWindow(3, run)->Number(), 1);
-        QCOMPARE(desk.registry.GetLogger(1), 0);
-
-        // A file from the logger that was not saved is asked about: Cancel keeps the window,
-        // No deletes the file and closes it.
-        const fs::path unsaved = desk.paths.TempDir() / "LGGR0002.rlg";
-        QVERIFY(testing::WriteGeneratedRun(unsaved, 20000.0, 7));
-        desk.context.DownloadFromLogger = [&](QWidget*) {
-            return std::optional(unsaved);
-        };
-        QCOMPARE(desk.registry.GetLogger(desk.frame.OpenLoggingWindow(2)->Number()), 1);
-        desk.sink.messages.clear();
-        desk.sink.SetAnswer(shell::answers::Cancel);
-        desk.frame.Action("mnuFileClose")->trigger();
-        QCOMPARE(desk.sink.messages.at(0).text, std::string(load::NotSavedMessage));
-        QCOMPARE(desk.frame.GraphWindows().size(), 3);
-        desk.sink.SetAnswer(shell::answers::No);
-        desk.frame.Action("mnuFileClose")->trigger();
-        QVERIFY(!fs::exists(unsaved));
-        QCOMPARE(desk.TempFiles("-030.tmp"), std::size_t{0});
-        QCOMPARE(desk.frame.GraphWindows().size(), 2);
     }
 
     // mnuSave of a downloaded run: a CSV name exports the shown items and leaves the download

@@ -1,5 +1,5 @@
 // The lap list (frmTLM0090) as drawn, and mnuLap driving it over generated runs: it follows the
-// active window and layer, a click on a lap moves the active layer, closing it unchecks the entry.
+// active window and layer, and a click on a lap moves the active layer.
 
 #include "graph/lap_list_window.h"
 #include "graph_desk.h"
@@ -170,30 +170,6 @@ private slots:
 
         ClickRow(*grid, 0);
         QCOMPARE(layers.Layer[0].TimeOffset, 0.0);
-    }
-
-    // Closed from its own window or from mnuLap, the list unchecks the entry and comes back
-    // where it stood; it goes with the last graph window.
-    void ClosingTheListUnchecksTheEntryAndKeepsItsPlace() {
-        Desk desk;
-        desk.frame.OpenLoggingWindow(3, desk.Run("RUN.rlg", 300000.0));
-        QAction* menu = desk.frame.Action("mnuLap");
-        menu->trigger();
-        LapList(desk)->move(310, 220);
-        LapList(desk)->close();
-        QVERIFY(!menu->isChecked());
-        QTRY_VERIFY(LapList(desk) == nullptr);
-
-        menu->trigger();
-        QCOMPARE(LapList(desk)->pos(), QPoint(310, 220));
-        menu->trigger();
-        QVERIFY(!menu->isChecked());
-        QTRY_VERIFY(LapList(desk) == nullptr);
-
-        menu->trigger();
-        desk.frame.Action("mnuFileClose")->trigger();
-        QVERIFY(!menu->isChecked() && !menu->isEnabled());
-        QTRY_VERIFY(LapList(desk) == nullptr);
     }
 };
 

@@ -123,10 +123,6 @@ private slots:
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
         const SaveDialogControls controls(dialog);
-        QCOMPARE(dialog.objectName(), QString("frmTLM0011"));
-        QCOMPARE(dialog.windowTitle(), QString("Save of layout"));
-        QCOMPARE(controls.save->text(), QString("Save(&S)"));
-        QCOMPARE(controls.erase->text(), QString("Delete(&D)"));
         QCOMPARE(Entries(*controls.list), (QStringList{"Mugello", "Jerez wet"}));
         QCOMPARE(controls.list->item(1)->data(Qt::UserRole).toInt(), 2);
         QCOMPARE(controls.name->maxLength(), 20);
@@ -170,46 +166,6 @@ private slots:
         QVERIFY(!dialog.isVisible());
         QCOMPARE(desk.layouts.GetLayoutNames(),
                  (std::vector<std::string>{"INITIALIZE", "Mugello", "Jerez wet", "Assen"}));
-    }
-
-    // With ten layouts Save is off until one is deleted; a delete fills the list again and the
-    // last one turns Delete off. A layout file that can no longer be read is reported, the
-    // dialog stays open and the store keeps what it held.
-    void TenLayoutsMustBeThinnedBeforeSaving() {
-        Desk desk;
-        SaveLayouts(desk.layouts, {"L1", "L2", "L3", "L4", "L5", "L6", "L7", "L8", "L9", "L10"});
-        LayoutSaveDialog dialog(desk.layouts, desk.sink, &desk.frame);
-        dialog.show();
-        const SaveDialogControls controls(dialog);
-        QVERIFY(!controls.save->isEnabled());
-        QTest::keyClick(controls.name, Qt::Key_Return);
-        QVERIFY(dialog.isVisible());
-
-        controls.Choose(2);
-        controls.erase->click();
-        QCOMPARE(desk.sink.messages.at(0).text, std::string(layout::DeleteLayoutMessage));
-        QCOMPARE(controls.list->count(), 9);
-        QVERIFY(!Entries(*controls.list).contains("L3"));
-        QVERIFY(controls.save->isEnabled());
-        QCOMPARE(controls.name->text(), QString("L1"));
-        while (controls.list->count() > 1) {
-            controls.erase->click();
-        }
-        controls.erase->click();
-        QVERIFY(!controls.erase->isEnabled());
-
-        SaveLayouts(desk.layouts, {"Mugello"});
-        desk.sink.messages.clear();
-        const fs::path file = desk.paths.InitDir() / "LAYOUT.DAT";
-        fs::remove(file);
-        fs::create_directory(file);
-        controls.name->setText("Jerez");
-        controls.save->click();
-        QCOMPARE(desk.sink.messages.size(), std::size_t{1});
-        QVERIFY(desk.sink.messages[0].text.starts_with("Error("));
-        QVERIFY(dialog.isVisible());
-        QCOMPARE(desk.layouts.GetLayoutNames(),
-                 (std::vector<std::string>{"INITIALIZE", "Mugello"}));
     }
 
     // The layouts stand under LayoutReappearance once a window is active; choosing one shows it

@@ -96,11 +96,8 @@ private slots:
         PasswordDialog dialog(nullptr);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QCOMPARE(dialog.objectName(), QString("frmTLM0080"));
-        QCOMPARE(dialog.windowTitle(), QString("Service mode"));
         auto* password = dialog.findChild<QLineEdit*>("txtPass");
         auto* ok = dialog.findChild<QPushButton*>("cmdOk");
-        QCOMPARE(ok->text(), QString("OK(&O)"));
         QCOMPARE(password->echoMode(), QLineEdit::Password);
 
         for (const char* wrong : {"zenfieldaudit ", "ZENFIELDAUDIT", "", "zenfield"}) {

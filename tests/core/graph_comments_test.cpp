@@ -111,33 +111,6 @@ TEST_F(CommentTest, CommentIsLeftOutWholeOutsideTheVisibleGraphOrWithTextPastThe
     EXPECT_EQ(Drawn({880, 400}).size(), 1U);
 }
 
-TEST_F(CommentTest, AnchorRowMustLieBetweenTheTopAndTheTimeBandAndTheTextRowInside) {
-    // Value 20000 stands on row 50, each 100 lower one row further down.
-    const CommentRecord& comment = Pin(1000, 20000, 10, -10);
-    const auto textRowAt = [&](std::int32_t row) -> std::optional<std::int32_t> {
-        state.Comments[0].Value = (250 - row) * 100;
-        EXPECT_EQ(CommentAnchorY(state, comment), row);
-        const std::vector<CommentPicture> drawn = DrawComments(state, Picture);
-        return drawn.empty() ? std::nullopt : std::optional(drawn[0].TextPoint.Y);
-    };
-    EXPECT_EQ(textRowAt(-1), std::nullopt);
-    EXPECT_EQ(textRowAt(0), 12);
-    EXPECT_EQ(textRowAt(380), 368);
-    EXPECT_EQ(textRowAt(381), std::nullopt);
-}
-
-TEST_F(CommentTest, SnapColumnIsTheTextColumnRoundedUpToTheStep) {
-    SetTimeZoom(state.Time, 5); // 50 columns a step
-    // The anchor stands on column 100; the text begins at 49, 50 and 60.
-    Pin(0, 10000, -51, -10);
-    Pin(0, 10000, -50, -10);
-    Pin(0, 10000, -40, -10);
-    EXPECT_EQ(Drawn(), (std::vector<std::size_t>{1, 2}));
-
-    SetTimeZoom(state.Time, 1);
-    EXPECT_TRUE(Drawn().empty());
-}
-
 TEST_F(CommentTest, NewCommentIsPinnedWhereTheLeaderBeganWithItsTextWhereItEnded) {
     state.Layers.Layer[0].TimeOffset = 2000.0;
     const CommentEditEnd end = PinWithTool({300, 150}, {340, 110}, "  Late apex  ");

@@ -69,14 +69,6 @@ TEST_F(PictureTest, RangeBandFollowsTheMarkedRangeAndTheDeltaLineItsMode) {
     EXPECT_EQ(DeltaMarkColumn(state, 600), std::nullopt);
 }
 
-TEST(BandColor, ThreeQuartersOfEveryMaskAndLapBarHoursFromAnHourOn) {
-    EXPECT_EQ(BandColorOf(0xFF0000, 0x00FF00, 0x0000FF), 0xBFFFFFU);
-    EXPECT_EQ(BandColorOf(0xF800, 0x07E0, 0x001F), 0xBFFFU); // 16-bit 5-6-5
-    // The lap bar shows hours only from an hour on.
-    EXPECT_EQ(LapBarText(125500.0), "02m05s500");
-    EXPECT_EQ(LapBarText(3725500.0), "01h02m05s500");
-}
-
 TEST_F(PictureTest, ScaleColumnDrawsTheBandOfEachItemWithItsGrid) {
     for (auto& item : state.Views[0].Display.Items) {
         item.Grid = 0;

@@ -36,30 +36,6 @@ TEST(ScaleFor, EndsOfTheTableRowsWithTheirOwnPitchAndNumbersOutsideIt) {
     }
 }
 
-TEST(ScaleFor, ChannelsOfOneKindShareTheirScales) {
-    const std::array<std::array<int, 2>, 7> pairs{
-        {{2, 3}, {4, 5}, {7, 8}, {7, 9}, {7, 10}, {11, 12}, {13, 14}}};
-    for (const auto& [first, second] : pairs) {
-        for (int zoom = 0; zoom <= MaxScaleNumber; ++zoom) {
-            EXPECT_EQ(Scale(first, zoom), Scale(second, zoom)) << first << "/" << second;
-        }
-    }
-}
-
-TEST(DefaultScale, ScaleNumberPerChannel) {
-    constexpr std::array<int, 16> expected{6, 4, 5, 5, 8, 8, 5, 4, 4, 4, 4, 4, 4, 5, 5, 7};
-    for (int channel = 0; channel < 16; ++channel) {
-        ScaleRecord scale;
-        int zoom = -1;
-        ASSERT_TRUE(DefaultScale(channel, scale, zoom));
-        EXPECT_EQ(zoom, expected[static_cast<std::size_t>(channel)]) << channel;
-        EXPECT_EQ(scale, Scale(channel, zoom));
-    }
-    ScaleRecord scale;
-    int zoom = 0;
-    EXPECT_FALSE(DefaultScale(16, scale, zoom));
-}
-
 TEST(BandHeight, WholeGridStepsTimesPitch) {
     EXPECT_EQ(BandHeight(Scale(0, 6)), 400);                          // 20000 / 500 * 10
     EXPECT_EQ(BandHeight(Scale(11, 4)), 120);                         // 200 / 25 = 8 steps of 15

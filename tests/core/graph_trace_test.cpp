@@ -85,35 +85,6 @@ TEST_F(TraceTest, EnvelopeColumnsCarryTheRemainderOfTheRatio) {
                 ElementsAre(Base - 1, Base - 2, Base - 3, Base - 5, Base - 6, Base - 7, Base - 8));
 }
 
-TEST_F(TraceTest, SixtyStepsPerSampleIsTheLastEnvelope) {
-    Write(Counting(2000));
-    EXPECT_EQ(BuildTrace(Params(0, 5), {1, 30000, 300}, Identity, lists), TraceEnvelope);
-    EXPECT_EQ(lists.Main[2], (TracePoint{102, Base - 60}));
-
-    const int thinned = BuildTrace(Params(0, 5), {1, 30500, 305}, Identity, lists);
-    EXPECT_EQ(thinned, TraceThinned);
-    EXPECT_EQ(TracePenStyle(thinned, 3), PenStyle::DashDotDot);
-    EXPECT_EQ(TracePenStyle(TracePlain, 3), PenStyle::DashDot);
-    EXPECT_EQ(TracePenStyle(TracePlain, 2), PenStyle::Dot);
-    // One sample per block of L = 305 ms: 61 samples apart, one column a block.
-    EXPECT_THAT(Rows(lists.Main), ::testing::Contains(Base - 62));
-    EXPECT_EQ(lists.Main[2].X - lists.Main[1].X, 1);
-}
-
-TEST_F(TraceTest, PlainTraceAtTwentyFiveColumnsPerStepAndAStartInsideABlock) {
-    Write(Counting(40));
-    EXPECT_EQ(BuildTrace(Params(0, 5), {25, 20, 5}, Identity, lists), TracePlain);
-    EXPECT_THAT(Columns(lists.Main), ElementsAre(100, 125, 150, 175, 200, 225, 250, 275, 300, 325,
-                                                 350, 375, 400, 425, 450, 475, 500, 525));
-    EXPECT_EQ(lists.Main[1].Y, Base - 1);
-
-    // A start inside a block reads from its boundary: 137 ms into a 25 ms stream at 5 columns per 5
-    // ms: the block boundary 125 ms, sample 5, stands 12 columns left of 100.
-    ASSERT_EQ(BuildTrace(Params(0, 25, 137.0), {5, 100, 5}, Identity, lists), TracePlain);
-    EXPECT_EQ(lists.Main[0], (TracePoint{88, Base - 5}));
-    EXPECT_EQ(lists.Main[1], (TracePoint{113, Base - 6}));
-}
-
 TEST_F(TraceTest, DetonationPulsesJoinWhenTheyFollowEachOther) {
     Write({1, 1, 0, 1});
     // s 10 at S 5: two columns a sample, half width 3.

@@ -178,22 +178,5 @@ TEST_F(GraphWindowTest, PressesOnOtherLayersOrTheirTracesSelectThem) {
     EXPECT_EQ((*popup)[5], (MenuEntryState{"mnuGrid", true, true}));
 }
 
-TEST(GraphWindowModel, LayoutMenuGeometryAndCaption) {
-    const auto entries = RefreshLayoutMenu({"INITIALIZE", "Wet", "", "Qualifying"});
-    ASSERT_EQ(entries.size(), 10u);
-    EXPECT_EQ(entries[0], (LayoutMenuEntry{1, "Wet", true}));
-    EXPECT_EQ(entries[2], (LayoutMenuEntry{3, "Qualifying", true}));
-    EXPECT_EQ(entries[9], (LayoutMenuEntry{10, "", false}));
-
-    // The geometry and its floor; the caption is the bare file name.
-    const WindowGeometry g = GeometryFor(800, 600);
-    EXPECT_EQ(g.Graph, (PixelRect{130, 0, 670, 576}));
-    EXPECT_EQ(g.Strip, (PixelRect{154, 576, 622, 24}));
-    EXPECT_EQ(GeometryFor(150, 40), GeometryFor(200, 100));
-    EXPECT_EQ(GeometryFor(150, 40).Graph, (PixelRect{130, 0, 70, 76}));
-    EXPECT_EQ(BareFileName("/data/runs/LGGR0001.rlg"), "LGGR0001");
-    EXPECT_EQ(BareFileName("/data/v1.2/race.day.rlg"), "race");
-}
-
 } // namespace
 } // namespace torvane::graph

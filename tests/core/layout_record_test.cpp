@@ -94,24 +94,17 @@ TEST(RepairLayout, StylesOutOfRangeBecomeTheFirstAndBandsWithoutBottomAreRebuilt
     EXPECT_EQ(Repaired(1, {1, 16, 3, 3, 7, 0, 5, 9, 0, 0}).Items[1],
               (ItemDisplay{1, 16, 3, 3, 7, 0, 5, 9, 0, 0}));
 
-    // A band without a bottom is rebuilt by channel.
+    // A band without a bottom is rebuilt by channel: the table's ends and its two odd rows.
     struct Case {
         int Channel;
         std::int16_t OldBottom;
         ItemDisplay Expected;
     };
     // Every item goes in hidden, with grid off, scale number 2 and top 7.
-    const std::array<Case, 11> cases{{
+    const std::array<Case, 4> cases{{
         {0, 0, {1, 3, 2, 2, 0, 6, 30, 430, 11, 12}},
-        {1, -1, {1, 3, 2, 2, 0, 4, 180, 280, 11, 12}},
-        {2, 0, {1, 3, 2, 2, 0, 5, 330, 480, 11, 12}},
-        {3, 0, {0, 3, 2, 2, 0, 5, 360, 510, 11, 12}},
         {4, -20, {0, 3, 2, 2, 0, 8, 210, 380, 11, 12}}, // old bottom + 400
         {5, 0, {0, 3, 2, 2, 0, 2, 7, 0, 11, 12}},       // left alone
-        {6, 0, {0, 3, 2, 2, 0, 5, 420, 620, 11, 12}},
-        {9, 0, {0, 3, 2, 2, 0, 4, 450, 575, 11, 12}},
-        {12, 0, {0, 3, 2, 2, 0, 4, 60, 180, 11, 12}},
-        {14, 0, {0, 3, 2, 2, 0, 5, 90, 290, 11, 12}},
         {15, 0, {0, 3, 2, 2, 0, 7, 360, 860, 11, 12}},
     }};
     for (const Case& c : cases) {
@@ -120,20 +113,6 @@ TEST(RepairLayout, StylesOutOfRangeBecomeTheFirstAndBandsWithoutBottomAreRebuilt
                   c.Expected)
             << "channel " << c.Channel;
     }
-}
-
-TEST(RepairLayout, IncompleteTimeScaleBecomesFiveAndFiveHundred) {
-    for (const graph::TimeScale time : {graph::TimeScale{0, 10000, 100},
-                                        graph::TimeScale{1, 0, 100}, graph::TimeScale{1, 10, 0}}) {
-        DisplaySet record = DefaultLayout();
-        record.Time = time;
-        RepairLayout(record);
-        EXPECT_EQ(record.Time, (graph::TimeScale{1, 5, 500}));
-    }
-    DisplaySet record = DefaultLayout();
-    record.Time = {-1, 7, -9};
-    RepairLayout(record);
-    EXPECT_EQ(record.Time, (graph::TimeScale{-1, 7, -9}));
 }
 
 } // namespace

@@ -210,35 +210,6 @@ TEST_F(LayoutStoreTest, MissingFolderOrAFileInItsPlaceIsReportedAndKept) {
     EXPECT_EQ(torvane::testing::ReadText(paths_.InitDir()), "not a folder");
 }
 
-TEST_F(LayoutStoreTest, FoldersInTheWayOfTheFileOrItsWritesAreReportedAndLoseNothing) {
-    fs::create_directory(File());
-    EXPECT_FALSE(store_.LoadLayouts());
-    ExpectOneError(75);
-    EXPECT_TRUE(fs::is_directory(File()));
-    fs::remove(File());
-
-    const auto image = FileOf({"INITIALIZE", "Dry", "Wet"});
-    WriteBytes(File(), image);
-    ASSERT_TRUE(store_.LoadLayouts());
-    fs::create_directory(paths_.InitDir() / "Layout.tmp");
-    EXPECT_FALSE(store_.SaveLayout("New"));
-    ExpectOneError(75);
-    EXPECT_FALSE(store_.DeleteLayout(1));
-    ExpectOneError(75);
-    EXPECT_FALSE(store_.SaveLastLayout({}));
-    ExpectOneError(75);
-    EXPECT_EQ(ReadBytes(File()), image);
-    EXPECT_EQ(Names(), (NameList{"INITIALIZE", "Dry", "Wet"}));
-
-    // A damaged file that cannot be replaced is kept too, and reported this time.
-    auto damaged = image;
-    damaged.resize(331);
-    WriteBytes(File(), damaged);
-    EXPECT_FALSE(store_.LoadLayouts());
-    ExpectOneError(75);
-    EXPECT_EQ(ReadBytes(File()), damaged);
-}
-
 TEST_F(LayoutStoreTest, FullDiskIsReportedAndLosesNothing) {
     const auto image = FileOf({"INITIALIZE", "Dry"});
     WriteBytes(File(), image);

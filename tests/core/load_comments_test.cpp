@@ -51,37 +51,6 @@ TEST(CommentFileFormat, EveryStoredFieldAndAnyTextComeBack) {
     EXPECT_TRUE(read.empty());
 }
 
-TEST(CommentFileFormat, DamageIsFoundOnItsLine) {
-    const std::string record = "40 -40 0 0 3000 10000 ";
-    const std::vector<std::pair<std::string, int>> cases{
-        {"", 1},
-        {"TORVANE-COMMENTS 2\n0\n", 1},
-        {Head, 2},
-        {Head + "-1\n", 2},
-        {Head + "1\n" + record + "Late", 3},             // cut inside the last line
-        {Head + "2\n" + record + "Late\n", 4},           // cut after a whole line
-        {Head + "0\n" + record + "Late\n", 3},           // more than announced
-        {Head + "1\n40 -40 0 0 3000 10000\n", 3},        // no text
-        {Head + "1\n40 70000 0 0 3000 10000 Late\n", 3}, // offset beyond 16 bits
-        {Head + "1\n40 -40 16 0 3000 10000 Late\n", 3},  // no such channel
-        {Head + "1\n40 -40 0 -1 3000 10000 Late\n", 3},  // no such slot
-        {Head + "1\n40 -40 0 0 3000 1e4 Late\n", 3},     // not a whole number
-        {Head + "1\n" + record + "  \n", 3},             // blank text
-        {Head + "1\n" + record + std::string(41, 'x') + "\n", 3},
-        {Head + "1\n" + record + "a\\q\n", 3},   // unknown escape
-        {Head + "1\n" + record + "a\tb\n", 3},   // raw control byte
-        {Head + "1\n" + record + "Late\r\n", 3}, // line ends of another system
-    };
-    for (const auto& [text, line] : cases) {
-        std::vector<CommentRecord> read{Comment("stale")};
-        CommentFileDamage damage;
-        EXPECT_FALSE(DecodeCommentFile(text, read, damage)) << text;
-        EXPECT_EQ(damage.Line, line) << text << " -> " << damage.Reason;
-        EXPECT_FALSE(damage.Reason.empty());
-        EXPECT_TRUE(read.empty());
-    }
-}
-
 // A window with RUN.rlg as layer 0 and OTHER.rlg as layer 1, both in a folder of the test.
 class CommentFileTest : public ::testing::Test {
 protected:

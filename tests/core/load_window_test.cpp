@@ -133,18 +133,6 @@ TEST_F(LoadTest, RunOrLayerOfThreeSecondsOrLessIsRefusedAndItsNumberUsedAgain) {
     EXPECT_EQ(driver.fileNumbers, (std::vector<int>{10, 10, 11, 11}));
 }
 
-TEST_F(LoadTest, RefusedWindowLeavesNoStreamOnceUnloaded) {
-    ASSERT_FALSE(Load(MakeRun(2000)));
-    EXPECT_TRUE(StreamExists(0, "Ne"));
-    TempFolder app;
-    const shell::AppPaths paths(app.Path());
-    ASSERT_TRUE(paths.MakeFolders());
-    layout::LayoutStore store(paths, sink);
-    UnloadWindow(files, registry, store, layout::FactoryToolBox);
-    EXPECT_TRUE(folder.FileNames().empty());
-    EXPECT_FALSE(registry.AnyFroms());
-}
-
 TEST_F(LoadTest, FailedDeploymentShowsTheDriversMessageAndAFailedWindowStepFailsTheLoad) {
     driver.result = -4;
     EXPECT_FALSE(Load(MakeRun(6000)));
@@ -191,17 +179,6 @@ TEST_F(LoadTest, SecondAndThirdLayersOpenAndAFourthIsRefused) {
     EXPECT_EQ(driver.fileNumbers, (std::vector<int>{10, 11, 12}));
     EXPECT_EQ(files.LastLayer, 2);
     EXPECT_TRUE(sink.messages.empty());
-}
-
-TEST_F(LoadTest, LapBarGrowsOnlyForLayersWithLapMarks) {
-    ASSERT_TRUE(Load(MakeRun(6000, true)));
-    ASSERT_TRUE(Open(MakeRun(6000, false), "/runs/NOMARKS.rlg"));
-    EXPECT_EQ(files.LapBarHeight, 14);
-    ASSERT_TRUE(Open(MakeRun(6000, true), "/runs/MARKS.rlg"));
-    EXPECT_EQ(files.LapBarHeight, 28);
-    EXPECT_EQ(files.Layers.Lap[2].LapBarTop, 14);
-    ASSERT_TRUE(CloseLayer(files, view));
-    EXPECT_EQ(files.LapBarHeight, 14);
 }
 
 TEST_F(LoadTest, ClosingLayersFallsBackToTheMainFile) {

@@ -162,37 +162,6 @@ TEST_F(DownloadTest, StopAnsweredNoGoesOnYesEndsWithoutFailureAndEarlyGivesUp) {
     EXPECT_THAT(fresh.driver.LoggingControlValues(), ElementsAre(1, 0)) << "not flagged";
 }
 
-TEST_F(DownloadTest, AStoppedDownloadOfAFlaggedLoggerLeavesItStopped) {
-    driver.flags = TLM_FLAG_DOWNLOAD;
-    ScriptThreeBlocks();
-    observer.stopOnPass = 1;
-    sink.answers = {shell::answers::Yes};
-    // The end's -1 after a stop is not told, though it counts as a failure.
-    driver.Script(Call::GetTheLogFile_end, {{.result = -1}});
-    const DownloadOutcome outcome = Download();
-    EXPECT_TRUE(outcome.stopped);
-    EXPECT_FALSE(outcome.ok);
-    EXPECT_THAT(sink.Texts(), ElementsAre("Do you stop downloading? "));
-    EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1));
-    EXPECT_EQ(driver.Sequence().back(), Call::Close);
-}
-
-TEST_F(DownloadTest, AStopRequestedBeforeTheStartGivesUpAtOnce) {
-    observer.RequestStop();
-    EXPECT_FALSE(Download().ok);
-    EXPECT_THAT(driver.calls, IsEmpty());
-}
-
-TEST_F(DownloadTest, AFailedWaitAfterTheTransferEndsTheLinkAsAFailure) {
-    ScriptThreeBlocks();
-    // Open's status, the wait before and the wait after the transfer.
-    driver.Script(Call::GetStatus, {{}, {}, {.state = TLM_STATE_BROKEN}});
-    EXPECT_FALSE(Download().ok);
-    EXPECT_THAT(sink.Texts(), ElementsAre("Logger is out of order."));
-    EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1));
-    EXPECT_EQ(driver.Sequence().back(), Call::Close);
-}
-
 // The file list
 
 TEST(FileListTexts, ColumnsAndChoicesWithoutFilesOfThreeSecondsOrLess) {

@@ -119,18 +119,6 @@ TEST_F(LinkTest, ReportDriverErrorTellsKnownCodesAndClosesUnlessKeptOpen) {
     EXPECT_EQ(driver.CountOf(Call::Close), 1);
 }
 
-TEST_F(LinkTest, ShowLoggerStateTellsStatesThatStopAnAction) {
-    sink.SetPendingError({53, "File not found"});
-    for (const int state : {0, 1, 6, 7, 208, 224, 240, 99}) {
-        link.status.bytState = static_cast<std::uint8_t>(state);
-        ShowLoggerState(link);
-    }
-    EXPECT_THAT(sink.Texts(),
-                ElementsAre("Now logger is initializing.", "Now suspention initializing.",
-                            "Now service mode is running.", "Error(53)\rFile not found",
-                            "Logger is out of order."));
-}
-
 // The readiness wait
 
 TEST_F(LinkTest, WaitLoggerReadyPollsUntilIdleABrokenLoggerOrAnError) {

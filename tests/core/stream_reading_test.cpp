@@ -42,20 +42,6 @@ TEST_F(StreamReaderTest, SamplesOutsideTheStreamReadAsZero) {
     EXPECT_THAT(reader.MappedWords16(), ElementsAre(1, 2, 3, -4));
 }
 
-TEST_F(StreamReaderTest, ComputedItemsReadThirtyTwoBitWords) {
-    testing::WriteWords32(folder / "F1-010.tmp", {-70000, 70000});
-    logdata::StreamReader reader(folder / "F1-010.tmp");
-    std::array<std::int32_t, 3> words{};
-    reader.ReadWords32(1, words);
-    EXPECT_THAT(words, ElementsAre(-70000, 70000, 0));
-    EXPECT_THAT(reader.MappedWords32(), ElementsAre(-70000, 70000));
-    // A moved reader keeps its mapping; the one it came from reads nothing.
-    logdata::StreamReader moved(std::move(reader));
-    EXPECT_THAT(moved.MappedWords32(), ElementsAre(-70000, 70000));
-    EXPECT_FALSE(reader.IsOpen());
-    EXPECT_THAT(reader.MappedWords32(), IsEmpty());
-}
-
 TEST_F(StreamReaderTest, ATruncatedWordReadsItsBytesAndIsNoWholeSample) {
     WriteBytes(folder / "TH-010.tmp", {1, 0, 2, 0, 0x7F});
     logdata::StreamReader reader(folder / "TH-010.tmp");

@@ -100,26 +100,6 @@ TEST_F(ValueAtTest, DetonationWithinToleranceOfTheZoom) {
     EXPECT_EQ(At(DETO1, 300.0 * 8 + 1, fine), 0.0); // beyond T x bytes
 }
 
-TEST_F(ValueAtTest, LapCountsMarksBeforeTheTime) {
-    EXPECT_EQ(At(LapSlot, 1000), 0.0); // no marks
-    layers.Lap[0].LapTime = {1000, 61000, 121000};
-    EXPECT_EQ(At(LapSlot, 500), 0.0);
-    EXPECT_EQ(At(LapSlot, 1000), 1.0);
-    EXPECT_EQ(At(LapSlot, 130000), 3.0);
-}
-
-TEST_F(ValueAtTest, ComputedItemsRead32BitWordsWithDecimals) {
-    LayerRecord& layer = layers.Layer[0];
-    layer.ItemChannel.push_back(ComputedChannel);
-    layer.FormulaItems.push_back({2, 5, 100.0, "Slip", "%"});
-    WriteWords32(layers.StreamPath(0, "Slip"), {1000, 70000, -250});
-    EXPECT_DOUBLE_EQ(At(12, 2.5), 5.0); // ramp: half of 10.00
-    EXPECT_DOUBLE_EQ(At(12, 5), 10.0);
-    EXPECT_DOUBLE_EQ(At(12, 7), 10.0 + (700.0 - 10.0) * 2 / 5);
-    EXPECT_DOUBLE_EQ(At(12, 15), -2.5); // computed values may be negative
-    EXPECT_EQ(At(13, 5), 0.0);          // no such computed item
-}
-
 TEST_F(ValueAtTest, LapFileMarksBestLapAndLapBarRows) {
     // Step 2 with word 1 marks 600 ms; step 5 with word 60 marks 4 x 300 + 5 ms.
     Stream(LapSlot, 300, {0, 1, 0, 0, 60, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 1});

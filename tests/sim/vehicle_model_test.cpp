@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <vector>
 
 namespace torvane::sim {
@@ -51,18 +50,6 @@ std::vector<double> Decoded(int channel) {
         values.push_back(RawToValue(DemoSetting(), channel, word, laf));
     }
     return values;
-}
-
-template <typename Select, typename Value> double MeanWhere(Select select, Value value) {
-    double sum = 0.0;
-    int count = 0;
-    for (const VehicleState& state : EightMinutes().States) {
-        if (select(state)) {
-            sum += std::invoke(value, state);
-            ++count;
-        }
-    }
-    return count == 0 ? 0.0 : sum / count;
 }
 
 std::uint64_t Fingerprint(const RecordedRun& run) {
@@ -133,44 +120,6 @@ TEST(VehicleModel, ShiftWordSetsWhereTheRiderChangesUp) {
         EXPECT_GE(highest, shiftRpm - 50.0) << word;
         EXPECT_LE(highest, shiftRpm + 100.0) << word;
     }
-}
-
-// The rear spins a little under power and the front runs slow in the hardest stops; neither by
-// more than a racing tyre's slip.
-TEST(VehicleModel, WheelsSlipPitchAndMixtureFollowTheRider) {
-    double rearSpin = 0.0;
-    double frontLock = 0.0;
-    for (const VehicleState& state : EightMinutes().States) {
-        if (state.SpeedKmh > 30.0) {
-            rearSpin = std::max(rearSpin, state.RearWheelKmh / state.SpeedKmh - 1.0);
-            frontLock = std::min(frontLock, state.FrontWheelKmh / state.SpeedKmh - 1.0);
-        }
-    }
-    EXPECT_GT(rearSpin, 0.03);
-    EXPECT_LT(rearSpin, 0.12);
-    EXPECT_LT(frontLock, -0.03);
-    EXPECT_GT(frontLock, -0.12);
-
-    // The front dives under braking and the rear squats under power; the mixture runs rich at
-    // full load and lean on the overrun.
-    using S = const VehicleState&;
-    const auto braking = [](S s) {
-        return s.LongitudinalAccel < -7.0;
-    };
-    const auto driving = [](S s) {
-        return s.LongitudinalAccel > 4.0;
-    };
-    EXPECT_GT(MeanWhere(braking, &VehicleState::FrontStrokeMm),
-              MeanWhere(driving, &VehicleState::FrontStrokeMm) + 50.0);
-    EXPECT_GT(MeanWhere(driving, &VehicleState::RearStrokeMm),
-              MeanWhere(braking, &VehicleState::RearStrokeMm) + 20.0);
-    const auto airFuel = [](S s) {
-        return s.AirFuel[0];
-    };
-    EXPECT_LT(MeanWhere([](S s) { return s.ThrottlePercent >= 99.0; }, airFuel), 13.0);
-    EXPECT_GT(
-        MeanWhere([](S s) { return s.ThrottlePercent == 0.0 && s.BrakeDecel > 3.0; }, airFuel),
-        16.0);
 }
 
 TEST(VehicleModel, DetonationIsRareAndOnlyAtHighLoad) {
