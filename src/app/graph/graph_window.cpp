@@ -219,12 +219,16 @@ void GraphWindow::resizeEvent(QResizeEvent* event) {
     }
 }
 
+bool GraphWindow::QueryUnload() {
+    const load::ChooseSavePath chooseSavePath = [this] {
+        return context_.ChooseSaveFile ? context_.ChooseSaveFile(this) : std::nullopt;
+    };
+    return load::QueryUnload(state_, context_.Registry, context_.Sink, chooseSavePath);
+}
+
 void GraphWindow::closeEvent(QCloseEvent* event) {
     if (!unloaded_) {
-        const load::ChooseSavePath chooseSavePath = [this] {
-            return context_.ChooseSaveFile ? context_.ChooseSaveFile(this) : std::nullopt;
-        };
-        if (!load::QueryUnload(state_, context_.Registry, context_.Sink, chooseSavePath)) {
+        if (!QueryUnload()) {
             event->ignore();
             return;
         }
