@@ -261,6 +261,20 @@ private slots:
         desk.frame.close();
         QCOMPARE(desk.frame.ActiveWindowNumber(), 1);
     }
+
+    // The last window to close writes the toolbox as it stands into the layout file's head, not
+    // as the file held it.
+    void TheLastWindowKeepsTheToolBoxAsItStands() {
+        Desk desk;
+        desk.frame.SetToolBoxPlace({false, 1500, 3000});
+        desk.frame.ShowToolBox();
+        desk.frame.OpenLoggingWindow(3, desk.Run("RUN.rlg", 20000.0));
+        desk.frame.Action("mnuFileClose")->trigger();
+        QVERIFY(desk.frame.GraphWindows().isEmpty());
+        layout::LayoutStore reread(desk.paths, desk.sink);
+        QVERIFY(reread.LoadLayouts());
+        QCOMPARE(reread.ToolBox(), (layout::ToolBoxPlace{true, 1500, 3000}));
+    }
 };
 
 QTEST_MAIN(LayoutMenuTest)

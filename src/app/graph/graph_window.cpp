@@ -336,8 +336,9 @@ void GraphWindow::Unload() {
         return;
     }
     unloaded_ = true;
-    if (load::UnloadWindow(state_, context_.Registry, context_.Layouts, context_.Layouts.ToolBox())
-            .LastWindow) {
+    const layout::ToolBoxPlace toolBox =
+        context_.CurrentToolBoxPlace ? context_.CurrentToolBoxPlace() : context_.Layouts.ToolBox();
+    if (load::UnloadWindow(state_, context_.Registry, context_.Layouts, toolBox).LastWindow) {
         emit LastWindowUnloaded();
     }
 }

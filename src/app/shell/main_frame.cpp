@@ -196,6 +196,9 @@ void MainFrame::Wire(const char* name, void (MainFrame::*handler)()) {
 void MainFrame::Attach(GraphWindowContext& context) {
     context_ = &context;
     context.Tools = &tools_;
+    context.CurrentToolBoxPlace = [this] {
+        return ToolBoxPlace();
+    };
     Wire("mnuFileOpen", &MainFrame::FileOpen);
     if (context.DownloadFromLogger) {
         Wire("mnuLogger", &MainFrame::OpenFromLogger);
