@@ -15,7 +15,11 @@ int main(int argc, char** argv) {
     const QString commandLine = app::WholeCommandLine(argc, argv);
 
     app::SingleInstance instance;
-    if (!instance.Listen()) {
+    switch (instance.Listen()) {
+    case app::SingleInstance::ListenResult::Listening:
+        break;
+    case app::SingleInstance::ListenResult::AnotherRuns:
+        // The message first, then the other program comes to the front.
         if (commandLine.isEmpty()) {
             app::MessageBoxSink sink;
             shell::ShowMessage(sink, "File has already been opened.", shell::buttons::Ok,
@@ -25,6 +29,11 @@ int main(int argc, char** argv) {
             instance.HandOver("LOAD" + commandLine);
         }
         return 0;
+    case app::SingleInstance::ListenResult::Failed: {
+        app::MessageBoxSink sink;
+        instance.ReportListenFailure(sink);
+        break;
+    }
     }
 
     const QScreen* screen = QGuiApplication::primaryScreen();

@@ -237,6 +237,38 @@ private slots:
         QVERIFY(!desk.frame.Action("mnuSave")->isEnabled());
     }
 
+    // Closing the program asks about an unsaved download before any window goes: Cancel keeps
+    // the frame and every window with its streams; Yes with the save dialog cancelled is not
+    // asked a second time, and all windows and streams go.
+    void CancelWhileTheProgramClosesKeepsEveryWindow() {
+        Desk desk;
+        GraphWindow* fromDisk = desk.frame.OpenLoggingWindow(3, desk.Run("RUN.rlg", 20000.0));
+        const fs::path downloaded = desk.paths.TempDir() / "LGGR0001.rlg";
+        QVERIFY(testing::WriteGeneratedRun(downloaded, 20000.0, 3));
+        GraphWindow* fromLogger = desk.frame.ShowLoggingFile(downloaded, true);
+        QVERIFY(fromDisk != nullptr && fromLogger != nullptr);
+        const std::size_t diskStreams = desk.TempFiles("-010.tmp");
+        const std::size_t loggerStreams = desk.TempFiles("-020.tmp");
+        QVERIFY(diskStreams > 0 && loggerStreams > 0);
+
+        desk.sink.SetAnswer(shell::answers::Cancel);
+        QVERIFY(!desk.frame.close());
+        QCOMPARE(desk.sink.messages.size(), size_t{1});
+        QCOMPARE(desk.sink.messages[0].text, std::string(load::NotSavedMessage));
+        QVERIFY(desk.frame.isVisible());
+        QCOMPARE(desk.frame.GraphWindows(), (QList<GraphWindow*>{fromDisk, fromLogger}));
+        QVERIFY(fromDisk->isVisible() && fromLogger->isVisible());
+        QCOMPARE(desk.TempFiles("-010.tmp"), diskStreams);
+        QCOMPARE(desk.TempFiles("-020.tmp"), loggerStreams);
+        QVERIFY(fs::exists(downloaded));
+
+        desk.sink.SetAnswer(shell::answers::Yes);
+        QVERIFY(desk.frame.close());
+        QCOMPARE(desk.sink.messages.size(), size_t{2});
+        QVERIFY(desk.frame.GraphWindows().isEmpty());
+        QCOMPARE(desk.TempFiles(".tmp"), size_t{0});
+    }
+
     // Only the first dropped path counts, and only an existing logging file opens.
     void ADroppedLoggingFileOpens() {
         Desk desk;

@@ -146,9 +146,10 @@ private slots:
         }
         QVERIFY(dark > 3);
 
-        // F1 opens the manual beside the dialog, as a window of the frame.
+        // F1 opens the manual as a window of the dialog, the one owner whose windows still take
+        // input while the dialog is modal.
         QTest::keyClick(&dialog, Qt::Key_F1);
-        QVERIFY(desk.frame.findChild<app::HelpWindow*>("HelpWindow") != nullptr);
+        QVERIFY(dialog.findChild<app::HelpWindow*>("HelpWindow") != nullptr);
 
         controls.name->clear();
         QTest::keyClick(controls.name, Qt::Key_Return);
@@ -259,6 +260,20 @@ private slots:
         desk.frame.Area()->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(one->parentWidget()));
         desk.frame.close();
         QCOMPARE(desk.frame.ActiveWindowNumber(), 1);
+    }
+
+    // The last window to close writes the toolbox as it stands into the layout file's head, not
+    // as the file held it.
+    void TheLastWindowKeepsTheToolBoxAsItStands() {
+        Desk desk;
+        desk.frame.SetToolBoxPlace({false, 1500, 3000});
+        desk.frame.ShowToolBox();
+        desk.frame.OpenLoggingWindow(3, desk.Run("RUN.rlg", 20000.0));
+        desk.frame.Action("mnuFileClose")->trigger();
+        QVERIFY(desk.frame.GraphWindows().isEmpty());
+        layout::LayoutStore reread(desk.paths, desk.sink);
+        QVERIFY(reread.LoadLayouts());
+        QCOMPARE(reread.ToolBox(), (layout::ToolBoxPlace{true, 1500, 3000}));
     }
 };
 

@@ -12,6 +12,7 @@
 #include <unistd.h>
 
 using torvane::app::SingleInstance;
+using Listen = SingleInstance::ListenResult;
 
 class SingleInstanceTest : public QObject {
     Q_OBJECT
@@ -25,11 +26,12 @@ private:
 
 private slots:
     // A later start hands over its command line and raises the first; without a path it only
-    // raises. Only the user may connect to the socket.
+    // raises; asking whether the first runs raises nothing. Only the user may connect to the
+    // socket.
     void ALaterStartHandsOverItsCommandLineAndRaisesTheFirst() {
         const QString name = UniqueName();
         SingleInstance first(name);
-        QVERIFY(first.Listen());
+        QCOMPARE(first.Listen(), Listen::Listening);
         const QFileInfo socket(QDir(QDir::tempPath()).filePath(name));
         QCOMPARE(socket.permissions() &
                      (QFile::ReadOther | QFile::WriteOther | QFile::ReadGroup | QFile::WriteGroup),
@@ -38,16 +40,27 @@ private slots:
         QSignalSpy commands(&first, &SingleInstance::CommandReceived);
 
         SingleInstance later(name);
-        QVERIFY(!later.Listen());
+        QCOMPARE(later.Listen(), Listen::AnotherRuns);
         QVERIFY(later.HandOver("LOAD/home/rider/runs/Mugello day 2.rlg"));
         QTRY_COMPARE(commands.count(), 1);
         QCOMPARE(commands[0][0].toString(), QString("LOAD/home/rider/runs/Mugello day 2.rlg"));
-        QVERIFY(raised.count() >= 1);
+        QCOMPARE(raised.count(), 1);
 
-        raised.clear();
         QVERIFY(SingleInstance(name).HandOver(QString()));
-        QTRY_VERIFY(raised.count() >= 1);
+        QTRY_COMPARE(raised.count(), 2);
         QCOMPARE(commands.count(), 1);
+    }
+
+    // A socket that cannot be made is no other instance: the program is told why and runs on.
+    void ASocketThatCannotBeMadeIsReported() {
+        const QString name = QDir::temp().filePath(UniqueName() + "-missing/studio");
+        SingleInstance alone(name);
+        QCOMPARE(alone.Listen(), Listen::Failed);
+        torvane::shell::RecordingSink sink;
+        alone.ReportListenFailure(sink);
+        QCOMPARE(sink.messages.size(), size_t{1});
+        QVERIFY(QString::fromStdString(sink.messages[0].text).contains(name));
+        QCOMPARE(sink.messages[0].icon, torvane::shell::icons::Warning);
     }
 
     void NobodyToHandOverTo() { QVERIFY(!SingleInstance(UniqueName()).HandOver("LOADx.rlg", 300)); }
@@ -66,7 +79,7 @@ private slots:
         QVERIFY(QFileInfo::exists(QString::fromLocal8Bit(path)));
 
         SingleInstance next(name);
-        QVERIFY(next.Listen());
+        QCOMPARE(next.Listen(), Listen::Listening);
         QSignalSpy commands(&next, &SingleInstance::CommandReceived);
         QVERIFY(SingleInstance(name).HandOver("LOADrun.rlg"));
         QTRY_COMPARE(commands.count(), 1);

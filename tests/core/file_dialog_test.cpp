@@ -89,9 +89,11 @@ TEST_F(PressOkTest, ExistingFileIsOverwrittenOnlyAfterYesInTheModesThatAsk) {
                          memory, sink)
                      .Cancel);
     EXPECT_EQ(sink.messages.size(), 2u); // special data overwrites without asking
+    EXPECT_EQ(memory.LastFileName, "abc.csv");
 }
 
 TEST_F(PressOkTest, LoadTakesAMissingFileAndAnEmptyNameFallsBackToTheSelection) {
+    memory.LastFileName = "saved.rlg";
     const FileDialogResult missing =
         PressOk(Press(FileDialogMode::LoadLoggingFile, "nothing", LoggingType), memory, sink);
     EXPECT_FALSE(missing.Cancel);
@@ -103,6 +105,8 @@ TEST_F(PressOkTest, LoadTakesAMissingFileAndAnEmptyNameFallsBackToTheSelection) 
     picked.SelectedName.clear();
     EXPECT_TRUE(PressOk(picked, memory, sink).Cancel);
     EXPECT_TRUE(sink.messages.empty());
+    // The next save must not start with the loaded name typed in.
+    EXPECT_EQ(memory.LastFileName, "saved.rlg");
 }
 
 TEST(FileDialogMemory, StartFolderIsTheLastOneWhileItExists) {

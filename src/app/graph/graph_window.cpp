@@ -219,12 +219,16 @@ void GraphWindow::resizeEvent(QResizeEvent* event) {
     }
 }
 
+bool GraphWindow::QueryUnload() {
+    const load::ChooseSavePath chooseSavePath = [this] {
+        return context_.ChooseSaveFile ? context_.ChooseSaveFile(this) : std::nullopt;
+    };
+    return load::QueryUnload(state_, context_.Registry, context_.Sink, chooseSavePath);
+}
+
 void GraphWindow::closeEvent(QCloseEvent* event) {
     if (!unloaded_) {
-        const load::ChooseSavePath chooseSavePath = [this] {
-            return context_.ChooseSaveFile ? context_.ChooseSaveFile(this) : std::nullopt;
-        };
-        if (!load::QueryUnload(state_, context_.Registry, context_.Sink, chooseSavePath)) {
+        if (!QueryUnload()) {
             event->ignore();
             return;
         }
@@ -332,8 +336,9 @@ void GraphWindow::Unload() {
         return;
     }
     unloaded_ = true;
-    if (load::UnloadWindow(state_, context_.Registry, context_.Layouts, context_.Layouts.ToolBox())
-            .LastWindow) {
+    const layout::ToolBoxPlace toolBox =
+        context_.CurrentToolBoxPlace ? context_.CurrentToolBoxPlace() : context_.Layouts.ToolBox();
+    if (load::UnloadWindow(state_, context_.Registry, context_.Layouts, toolBox).LastWindow) {
         emit LastWindowUnloaded();
     }
 }

@@ -44,7 +44,11 @@ public:
     // mnuSave: the save dialog, then the main file kept under a logging-file name or its items
     // written as CSV under any other.
     void Save();
-    // Gives up the window's number and streams without asking: the window whose load failed.
+    // The question before the window goes, about a downloaded file not saved yet; false when
+    // the operator cancelled and the window stays open.
+    bool QueryUnload();
+    // Gives up the window's number and streams without asking: the window whose load failed, or
+    // one whose question has been answered already.
     void Discard();
     // The window became the active one.
     void Activated();

@@ -43,6 +43,9 @@ struct GraphWindowContext {
     FileChoice DownloadFromLogger;
     // The toolbox's choices, shared by all windows; the frame fills it in when it attaches.
     ToolSettings* Tools = nullptr;
+    // Where the toolbox stands now, and whether it is shown: the layout file's head when the
+    // last window closes. The frame fills it in; without a frame, the place the file held.
+    std::function<layout::ToolBoxPlace()> CurrentToolBoxPlace = {};
 };
 
 } // namespace torvane::app

@@ -12,7 +12,6 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QShortcut>
 #include <QStandardPaths>
 #include <QStorageInfo>
 #include <QStyle>
@@ -161,8 +160,7 @@ void FileDialog::BuildControls() {
     csv->addWidget(chkCsv1_);
     csv->addStretch();
 
-    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this,
-            [this] { (new HelpWindow(ManualPath(), this))->show(); });
+    AnswerHelpKey(this);
 
     auto* place = new QHBoxLayout;
     place->addWidget(imcDrv_);

@@ -14,9 +14,10 @@ std::filesystem::path ManualPath() {
 }
 
 void AnswerHelpKey(QWidget* dialog) {
+    // A window of the dialog: while the dialog runs modally, a window of anything else would
+    // take no input.
     QObject::connect(new QShortcut(QKeySequence::HelpContents, dialog), &QShortcut::activated,
-                     dialog,
-                     [dialog] { (new HelpWindow(ManualPath(), dialog->parentWidget()))->show(); });
+                     dialog, [dialog] { (new HelpWindow(ManualPath(), dialog))->show(); });
 }
 
 HelpWindow::HelpWindow(const std::filesystem::path& manual, QWidget* parent)

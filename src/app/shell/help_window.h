@@ -10,7 +10,7 @@ namespace torvane::app {
 // manual/index.html beside the program.
 std::filesystem::path ManualPath();
 
-// F1 in the dialog opens the manual, as a window of the dialog's owner.
+// F1 in the dialog opens the manual, as a window of the dialog.
 void AnswerHelpKey(QWidget* dialog);
 
 class HelpWindow : public QTextBrowser {

@@ -196,6 +196,9 @@ void MainFrame::Wire(const char* name, void (MainFrame::*handler)()) {
 void MainFrame::Attach(GraphWindowContext& context) {
     context_ = &context;
     context.Tools = &tools_;
+    context.CurrentToolBoxPlace = [this] {
+        return ToolBoxPlace();
+    };
     Wire("mnuFileOpen", &MainFrame::FileOpen);
     if (context.DownloadFromLogger) {
         Wire("mnuLogger", &MainFrame::OpenFromLogger);
@@ -301,14 +304,18 @@ QList<GraphWindow*> MainFrame::GraphWindows() const {
 void MainFrame::closeEvent(QCloseEvent* event) {
     const GraphWindow* active = ActiveGraphWindow();
     activeWindowNumber_ = active != nullptr ? active->Number() : -1;
-    // Each window may ask about its downloaded file; a window kept open keeps the frame open.
-    area_->closeAllSubWindows();
-    const auto open = area_->subWindowList();
-    if (std::any_of(open.begin(), open.end(),
-                    [](const QMdiSubWindow* window) { return window->isVisible(); })) {
+    // Every window answers its question before any goes: the first Cancel keeps the frame and
+    // all of them open, and none is asked twice.
+    const QList<GraphWindow*> windows = GraphWindows();
+    if (!std::all_of(windows.begin(), windows.end(),
+                     [](GraphWindow* window) { return window->QueryUnload(); })) {
         event->ignore();
         return;
     }
+    for (GraphWindow* window : windows) {
+        window->Discard();
+    }
+    area_->closeAllSubWindows();
     event->accept();
 }
 

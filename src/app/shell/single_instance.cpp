@@ -4,6 +4,13 @@
 #include <QLocalSocket>
 
 namespace torvane::app {
+namespace {
+
+// Ends every hand-over, so that one with an empty command, which raises the program, differs
+// from a later start that only asks whether a first one runs and hangs up without a word.
+constexpr char EndOfCommand = '\n';
+
+} // namespace
 
 SingleInstance::SingleInstance(QString serverName, QObject* parent)
     : QObject(parent)
@@ -19,25 +26,42 @@ QString SingleInstance::DefaultServerName() {
     return "torvane-studio-" + user + "-" + QString::number(qHash(QDir::homePath()), 16);
 }
 
-bool SingleInstance::Listen() {
+SingleInstance::ListenResult SingleInstance::Listen() {
     // Ask first: with user-only access Qt builds the socket aside and renames it into place,
     // which would quietly take the name from a running instance. A name that nobody answers on
     // was left by an instance that died, and is taken over.
-    if (HandOver(QString(), 500)) {
-        return false;
+    if (Send(QByteArray(), 500)) {
+        return ListenResult::AnotherRuns;
     }
     QLocalServer::removeServer(serverName_);
-    return server_.listen(serverName_);
+    return server_.listen(serverName_) ? ListenResult::Listening : ListenResult::Failed;
+}
+
+void SingleInstance::ReportListenFailure(shell::MessageSink& sink) const {
+    // A name without a folder is made in the temporary folder.
+    const QString socket = QDir::isAbsolutePath(serverName_)
+                               ? serverName_
+                               : QDir(QDir::tempPath()).filePath(serverName_);
+    const QString text = "Cannot make the socket " + QDir::toNativeSeparators(socket) +
+                         ": is its folder missing or read-only?\r\nThe program starts, but a "
+                         "later start will not find it and will run as a second program.";
+    shell::ShowMessage(sink, text.toStdString(), shell::buttons::Ok, shell::icons::Warning);
 }
 
 bool SingleInstance::HandOver(const QString& command, int timeoutMs) const {
+    return Send(command.toUtf8() + EndOfCommand, timeoutMs);
+}
+
+bool SingleInstance::Send(const QByteArray& bytes, int timeoutMs) const {
     QLocalSocket socket;
     socket.connectToServer(serverName_);
     if (!socket.waitForConnected(timeoutMs)) {
         return false;
     }
-    socket.write(command.toUtf8());
-    socket.flush();
+    if (!bytes.isEmpty()) {
+        socket.write(bytes);
+        socket.flush();
+    }
     socket.disconnectFromServer();
     if (socket.state() != QLocalSocket::UnconnectedState) {
         socket.waitForDisconnected(timeoutMs);
@@ -57,8 +81,14 @@ void SingleInstance::Accept() {
 }
 
 void SingleInstance::Finish(QLocalSocket* socket) {
-    const QString command = QString::fromUtf8(socket->readAll());
+    QByteArray bytes = socket->readAll();
     socket->deleteLater();
+    // Only asked whether this instance runs, or cut off before the end: nothing to do.
+    if (!bytes.endsWith(EndOfCommand)) {
+        return;
+    }
+    bytes.chop(1);
+    const QString command = QString::fromUtf8(bytes);
     emit RaiseRequested();
     if (!command.isEmpty()) {
         emit CommandReceived(command);

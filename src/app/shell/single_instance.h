@@ -4,6 +4,8 @@
 // nothing when it has none) and ends. The first instance raises itself, or its topmost dialog,
 // on every hand-over, and receives the command as its frame's link command.
 
+#include "shell/message_sink.h"
+
 #include <QLocalServer>
 #include <QObject>
 #include <QString>
@@ -20,10 +22,18 @@ public:
 
     static QString DefaultServerName();
 
-    // True when this process became the first instance and now listens. False when another
-    // instance answers (it is raised by the asking). A name left behind by an instance that
-    // died is taken over.
-    bool Listen();
+    enum class ListenResult {
+        Listening,   // this process is the first instance
+        AnotherRuns, // another instance answered; asking does not raise it
+        Failed,      // nobody answered, yet the socket cannot be made here
+    };
+    Q_ENUM(ListenResult)
+
+    // Becomes the first instance unless another one answers. A name left behind by an instance
+    // that died is taken over.
+    ListenResult Listen();
+    // Tells the operator why Listen failed: the program runs, but a later start will not find it.
+    void ReportListenFailure(shell::MessageSink& sink) const;
     // Connects to the running instance and hands over the command ("" only raises it). False
     // when no instance answers within the time limit.
     bool HandOver(const QString& command, int timeoutMs = 3000) const;
@@ -35,6 +45,8 @@ signals:
     void CommandReceived(const QString& command);
 
 private:
+    // Connects and writes the bytes (none for a mere question); false when nobody answers.
+    bool Send(const QByteArray& bytes, int timeoutMs) const;
     void Accept();
     void Finish(QLocalSocket* socket);
 

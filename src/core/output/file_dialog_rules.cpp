@@ -139,13 +139,17 @@ FileDialogResult PressOk(const OkPress& press, FileDialogMemory& memory, shell::
     const std::string fileName = CompleteFileName(name, press.Type);
     memory.LastFolder = press.Folder;
     const std::filesystem::path path = press.Folder / fileName;
-    std::error_code error;
-    if (AsksBeforeOverwrite(press.Mode) && std::filesystem::exists(path, error) &&
-        shell::ShowMessage(sink, OverwriteQuestion, shell::buttons::YesNo,
-                           shell::icons::Information) != shell::answers::Yes) {
-        return {};
+    // Only the two saves that ask remember the name: a load's name offered to the next save
+    // would have one OK overwrite the file just opened.
+    if (AsksBeforeOverwrite(press.Mode)) {
+        std::error_code error;
+        if (std::filesystem::exists(path, error) &&
+            shell::ShowMessage(sink, OverwriteQuestion, shell::buttons::YesNo,
+                               shell::icons::Information) != shell::answers::Yes) {
+            return {};
+        }
+        memory.LastFileName = fileName;
     }
-    memory.LastFileName = fileName;
     return {.Cancel = false,
             .Filepath = path,
             .CsvAllItem = !press.DisplayedItemTicked,

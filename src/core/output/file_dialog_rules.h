@@ -80,10 +80,10 @@ struct OkPress {
     bool SelectionRangeTicked = false;
 };
 
-// OK: completes the name, keeps the folder and the name in memory, asks before overwriting an
-// existing file in the save modes that ask (through the sink), and gives the answer. Cancel is
-// left true when the dialog stays open: no name, or the overwrite refused. A load mode never
-// checks that the file exists.
+// OK: completes the name and keeps the folder in memory; in the save modes that ask, asks
+// before overwriting an existing file (through the sink) and then keeps the name as well. Gives
+// the answer. Cancel is left true when the dialog stays open: no name, or the overwrite refused.
+// A load mode never checks that the file exists.
 FileDialogResult PressOk(const OkPress& press, FileDialogMemory& memory, shell::MessageSink& sink);
 
 } // namespace torvane::output
