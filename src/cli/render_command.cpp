@@ -72,6 +72,11 @@ int Render(const RenderOptions& options) {
     if (std::getenv("QT_QPA_PLATFORM") == nullptr) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
+    // Qt asks for a private runtime folder, which a batch job outside a login session lacks;
+    // the run's own owner-only folder serves and spares the job a warning on every call.
+    if (std::getenv("XDG_RUNTIME_DIR") == nullptr) {
+        qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(folder.Layers().TempDir.string()));
+    }
     int argc = 1;
     char name[] = "torvane-cli";
     char* argv[] = {name, nullptr};
