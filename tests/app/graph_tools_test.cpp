@@ -160,6 +160,17 @@ private slots:
         QTest::mouseRelease(w.box, Qt::LeftButton, {}, {41, 10});
         QCOMPARE(w.box->width(), 41);
         QCOMPARE(w.State().Time, (graph::TimeScale{1, 1500, 15}));
+
+        // The left edge pulled past the right one: the narrowest box, its right edge kept.
+        const int boxRight = w.box->x() + w.box->width();
+        const QPoint past(w.box->width() + 20, 10);
+        QTest::mousePress(w.box, Qt::LeftButton, {}, {1, 10});
+        QCOMPARE(w.State().DragState, 2);
+        QTest::mouseMove(w.box, past);
+        QTest::qWait(250);
+        QTest::mouseRelease(w.box, Qt::LeftButton, {}, past);
+        QCOMPARE(w.box->width(), 10);
+        QCOMPARE(w.box->x() + w.box->width(), boxRight);
     }
 };
 

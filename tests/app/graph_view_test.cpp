@@ -52,6 +52,19 @@ struct Window : graph::testing::GraphWindowFixture {
     std::unique_ptr<app::GraphView> view;
 };
 
+// Counts the paints a widget receives.
+class PaintCount : public QObject {
+public:
+    explicit PaintCount(QWidget& widget) { widget.installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
 bool BlackIn(const QImage& image, const QRect& area) {
     for (int y = area.top(); y <= area.bottom(); ++y) {
         for (int x = area.left(); x <= area.right(); ++x) {
@@ -146,6 +159,27 @@ private slots:
         QCOMPARE(shown.pixelColor(200, 50), Grey);
         QCOMPARE(shown.pixelColor(133, TraceRow), TraceColor);
         QCOMPARE(shown.pixelColor(100, 50), Black);
+    }
+
+    void AFreshWindowRebuildsWhenUncoveredNotWhenItShowsItsOwnRedraw() {
+        Window window;
+        window.view->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.view.get()));
+        window.state.SingleFileState = 1;
+        QVERIFY(window.view->RedrawGraph(1));
+        // The stream drops to 50 km/h: a cursor move only composes, so the trace stays drawn.
+        window.Stream(0, "VFW", std::vector<std::int16_t>(2000, 50));
+        const PaintCount paints(*window.view);
+        window.state.CursorX = 420;
+        QVERIFY(window.view->RedrawGraph(2));
+        QTRY_VERIFY(paints.count > 0);
+        QCOMPARE(window.view->PixelAt(133, TraceRow), 0xFF0000U);
+        QCOMPARE(window.view->PixelAt(420, 0), 0xFF8000U);
+        // Uncovered, the window draws its traces again.
+        const QImage shown = window.Shown();
+        QCOMPARE(shown.pixelColor(133, TraceRow + 25), TraceColor);
+        QVERIFY(shown.pixelColor(133, TraceRow) != TraceColor);
+        QCOMPARE(shown.pixelColor(420, 0), CursorColor);
     }
 
     void TheGhostFollowsTheMouseAndGoesAway() {

@@ -128,13 +128,21 @@ private slots:
         QVERIFY(!entry->isChecked());
         QVERIFY(!frame.ToolBoxPlace().Shown);
 
-        // Opened again it shows the tools chosen before; closed from its own window, the
-        // entry follows.
+        // Opened again it shows the tools chosen before; moved and closed from its own window,
+        // the entry follows and the place is kept for the next opening.
         entry->trigger();
         box = frame.findChild<torvane::app::ToolBox*>("frmTLM0016");
         QVERIFY(box->findChild<QAbstractButton*>("optMode3")->isChecked());
+        const QPoint moved = box->pos() + QPoint(40, 30);
+        box->move(moved);
         box->close();
         QTRY_VERIFY(!entry->isChecked());
+        QCOMPARE(frame.ToolBoxPlace().Left, moved.x() * 15);
+        entry->trigger();
+        box = frame.findChild<torvane::app::ToolBox*>("frmTLM0016");
+        QCOMPARE(box->pos(), moved);
+        entry->trigger();
+        QTRY_VERIFY(frame.findChild<torvane::app::ToolBox*>("frmTLM0016") == nullptr);
 
         // It stays on the screen; 400 twips is no whole number of pixels, yet the place the file
         // held comes back unchanged.

@@ -85,6 +85,25 @@ TEST_F(TraceTest, EnvelopeColumnsCarryTheRemainderOfTheRatio) {
                 ElementsAre(Base - 1, Base - 2, Base - 3, Base - 5, Base - 6, Base - 7, Base - 8));
 }
 
+TEST_F(TraceTest, PlainTracesTakeOneSampleABlockAndThinnedOnesAreDashDotDotted) {
+    Write(Counting(200));
+    // s 5 at S 5 and 25 columns a step: one sample every 25 columns.
+    ASSERT_EQ(BuildTrace(Params(0, 5), {25, 500, 5}, Identity, lists), TracePlain);
+    EXPECT_THAT(Columns(lists.Main), ElementsAre(100, 125, 150, 175, 200, 225, 250, 275, 300, 325,
+                                                 350, 375, 400, 425, 450, 475, 500, 525));
+    EXPECT_THAT(Rows(lists.Main),
+                ElementsAre(Base, Base - 1, Base - 2, Base - 3, Base - 4, Base - 5, Base - 6,
+                            Base - 7, Base - 8, Base - 9, Base - 10, Base - 11, Base - 12,
+                            Base - 13, Base - 14, Base - 15, Base - 16, Base - 17));
+    // Up to 60 samples a column keep their envelope; beyond, one sample in 61 stands alone.
+    EXPECT_EQ(BuildTrace(Params(0, 5), {1, 30000, 300}, Identity, lists), TraceEnvelope);
+    ASSERT_EQ(BuildTrace(Params(0, 5), {1, 30500, 305}, Identity, lists), TraceThinned);
+    EXPECT_THAT(Columns(lists.Main), ElementsAre(100, 101, 102, 103, 104));
+    EXPECT_THAT(Rows(lists.Main), ElementsAre(Base, Base - 1, Base - 62, Base - 123, Base - 184));
+    EXPECT_EQ(TracePenStyle(TraceThinned, 3), PenStyle::DashDotDot);
+    EXPECT_EQ(TracePenStyle(TracePlain, 3), PenStyle::DashDot);
+}
+
 TEST_F(TraceTest, DetonationPulsesJoinWhenTheyFollowEachOther) {
     Write({1, 1, 0, 1});
     // s 10 at S 5: two columns a sample, half width 3.
@@ -135,6 +154,9 @@ TEST(TraceTag, StandsFifteenRowsAboveTheTraceAtColumn151) {
     EXPECT_EQ(TraceTagRow({{101, 300}, {201, 200}}), 235); // 300 - 50 rounded, less 15
     EXPECT_EQ(TraceTagRow({{140, 90}, {160, 90}}), 75);
     EXPECT_EQ(TraceTagRow({{100, 300}, {150, 300}}), std::nullopt);
+    // Pulses step back to their left foot: a later point on column 151 wins over 152.
+    EXPECT_EQ(TraceTagRow({{100, 300}, {146, 300}, {149, 290}, {152, 300}, {151, 300}, {154, 280}}),
+              285);
 }
 
 class TraceItemTest : public ::testing::Test, public testing::GraphWindowFixture {

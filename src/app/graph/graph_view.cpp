@@ -4,6 +4,8 @@
 #include <QPainter>
 #include <QScreen>
 
+#include <utility>
+
 namespace torvane::app {
 namespace {
 
@@ -32,8 +34,16 @@ bool GraphView::Report(bool drawn) {
         shell::ShowRunTimeError(sink_,
                                 {53, "File not found: " + renderer_.FailedStream().string()});
     }
-    update();
+    ShowPicture();
     return drawn;
+}
+
+void GraphView::ShowPicture() {
+    // A hidden widget gets no paint for update(), so nothing would clear the mark.
+    if (isVisible()) {
+        paintRequested_ = true;
+        update();
+    }
 }
 
 bool GraphView::RedrawGraph(int mode) {
@@ -54,18 +64,18 @@ bool GraphView::BeginItemDrag(int layer, int position) {
 
 bool GraphView::MoveGhost(QPoint offset) {
     renderer_.MoveGhost(offset);
-    update();
+    ShowPicture();
     return true;
 }
 
 void GraphView::EndItemDrag() {
     renderer_.EndItemDrag();
-    update();
+    ShowPicture();
 }
 
 void GraphView::ShowOverlayLine(std::optional<QLine> line) {
     overlay_ = line;
-    update();
+    ShowPicture();
 }
 
 std::uint32_t GraphView::PixelAt(int x, int y) const {
@@ -73,8 +83,10 @@ std::uint32_t GraphView::PixelAt(int x, int y) const {
 }
 
 void GraphView::paintEvent(QPaintEvent*) {
-    // A freshly loaded window rebuilds its picture on paint; a failure is not retried for ever.
-    if (state_.SingleFileState != 0 && !renderer_.Dragging() &&
+    // A freshly loaded window rebuilds its picture when it is uncovered, not when it only shows
+    // what the program has just drawn; a failure is not retried for ever.
+    const bool requested = std::exchange(paintRequested_, false);
+    if (!requested && state_.SingleFileState != 0 && !renderer_.Dragging() &&
         !renderer_.RedrawGraph(state_.SingleFileState)) {
         state_.SingleFileState = 0;
     }
@@ -90,6 +102,8 @@ void GraphView::paintEvent(QPaintEvent*) {
 
 void GraphView::resizeEvent(QResizeEvent* event) {
     renderer_.SetPictureSize(size());
+    // The picture drawn before no longer fits: the paint that follows is not the program's.
+    paintRequested_ = false;
     QWidget::resizeEvent(event);
 }
 

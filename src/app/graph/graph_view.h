@@ -1,7 +1,7 @@
 #pragma once
 // picGraph: the graph of a window as the operator sees it. The picture is drawn off screen by
-// render::GraphRenderer; this widget shows it, rebuilds it on paint while the window is freshly
-// loaded, and tells the operator when a stream cannot be read.
+// render::GraphRenderer; this widget shows it, rebuilds it when it is uncovered while the window
+// is freshly loaded, and tells the operator when a stream cannot be read.
 
 #include "graph/graph_picture.h"
 #include "graph/window_state.h"
@@ -37,11 +37,14 @@ protected:
 
 private:
     bool Report(bool drawn);
+    // Shows the picture as drawn; the paint this asks for is the program's own.
+    void ShowPicture();
 
     graph::GraphWindowState& state_;
     shell::MessageSink& sink_;
     render::GraphRenderer renderer_;
     std::optional<QLine> overlay_;
+    bool paintRequested_ = false;
 };
 
 } // namespace torvane::app

@@ -194,12 +194,13 @@ void ScrollStripView::ReleaseBox() {
     Tick();
     tmrScroll_.stop();
     const int state = dragState_;
-    const int edge = bandEdge_ >= 0 ? bandEdge_ : mouseX_;
     dragState_ = 0;
     bandEdge_ = -1;
     boxView_->unsetCursor();
     bandView_->update();
-    emit DragEnded(state, edge + graph::StripLeft);
+    // The mouse, not the band: a band stops short of the other edge, while an edge pulled onto
+    // or past it makes the narrowest box.
+    emit DragEnded(state, mouseX_ + graph::StripLeft);
 }
 
 } // namespace torvane::app

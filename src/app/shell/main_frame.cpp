@@ -134,6 +134,7 @@ void MainFrame::ShowToolBox() {
                 active->setFocus();
             }
         });
+        connect(toolBox_, &ToolBox::Closing, this, &MainFrame::KeepToolBoxPlace);
         // Closed from its own window: the entry follows.
         connect(toolBox_, &QObject::destroyed, this, [this] {
             toolBoxPlace_.Shown = false;
@@ -148,7 +149,6 @@ void MainFrame::ShowToolBox() {
 
 void MainFrame::HideToolBox() {
     if (toolBox_ != nullptr) {
-        KeepToolBoxPlace();
         toolBox_->close();
     }
     toolBoxPlace_.Shown = false;

@@ -67,6 +67,11 @@ ToolBox::ToolBox(ToolSettings& settings, QWidget* owner)
     setFixedSize(sizeHint());
 }
 
+void ToolBox::closeEvent(QCloseEvent* event) {
+    emit Closing();
+    QWidget::closeEvent(event);
+}
+
 QButtonGroup* ToolBox::AddOptions(const char* name, const std::vector<const char*>& tips,
                                   int chosen) {
     auto* group = new QButtonGroup(this);

@@ -31,6 +31,12 @@ public:
 signals:
     // An option was chosen; the owner gives the focus back to its active window.
     void SettingsChanged();
+    // The toolbox is closing, from its own window or its menu entry, and still stands where the
+    // operator left it.
+    void Closing();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     QButtonGroup* AddOptions(const char* name, const std::vector<const char*>& tips, int chosen);

@@ -7,6 +7,7 @@
 #include "shell/rounding.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace torvane::graph {
 namespace {
@@ -160,25 +161,27 @@ std::optional<ItemLook> ItemLookOf(const GraphWindowState& state, int layer, int
 }
 
 std::optional<std::int32_t> TraceTagRow(const std::vector<TracePoint>& main) {
-    for (std::size_t i = 0; i < main.size(); ++i) {
-        const TracePoint& point = main[i];
-        if (point.X == TagColumn) {
-            return point.Y - TagSize;
-        }
-        if (point.X > TagColumn) {
-            if (i == 0) {
-                return point.Y - TagSize;
-            }
-            const TracePoint& previous = main[i - 1];
-            if (previous.Y == point.Y) {
-                return previous.Y - TagSize;
-            }
-            const double along = static_cast<double>(TagColumn - previous.X) /
-                                 (point.X - previous.X) * (point.Y - previous.Y);
-            return static_cast<std::int32_t>(shell::RoundToInt64(along + previous.Y - TagSize));
-        }
+    // Detonation pulses step back to their left foot, so a point on the tag column may come after
+    // one beyond it: the column itself is looked for over the whole list first.
+    const auto onColumn = std::ranges::find(main, TagColumn, &TracePoint::X);
+    if (onColumn != main.end()) {
+        return onColumn->Y - TagSize;
     }
-    return std::nullopt;
+    const auto beyond =
+        std::ranges::find_if(main, [](const TracePoint& point) { return point.X > TagColumn; });
+    if (beyond == main.end()) {
+        return std::nullopt;
+    }
+    if (beyond == main.begin()) {
+        return beyond->Y - TagSize;
+    }
+    const TracePoint& previous = *std::prev(beyond);
+    if (previous.Y == beyond->Y) {
+        return previous.Y - TagSize;
+    }
+    const double along = static_cast<double>(TagColumn - previous.X) / (beyond->X - previous.X) *
+                         (beyond->Y - previous.Y);
+    return static_cast<std::int32_t>(shell::RoundToInt64(along + previous.Y - TagSize));
 }
 
 } // namespace torvane::graph
