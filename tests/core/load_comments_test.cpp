@@ -145,6 +145,45 @@ TEST_F(CommentFileTest, DamagedSideFileIsReportedAndKeptAsideAndTheRunHasNoComme
     EXPECT_EQ(sink.messages.size(), 1U);
 }
 
+TEST_F(CommentFileTest, EveryRefusalOfTheReaderNamesItsLineAndWhatIsWrong) {
+    const std::string numbers = "the numbers of the comment are not as written";
+    const std::string text = "the text is not a comment of 1 to 40 characters";
+    const std::string one = Head + "1\n";
+    const struct {
+        std::string file;
+        int line;
+        std::string reason;
+    } refused[] = {
+        {"", 1, "the file is empty"},
+        {Head + "1\n1 2 0 4 5 6 Brake", 3, "the file ends inside a line"},
+        {"TORVANE-COMMENTS 2\n0\n", 1, "it does not begin with TORVANE-COMMENTS 1"},
+        {Head + "32768\n", 2, "the number of comments is missing"},
+        {Head + "2\n1 2 0 4 5 6 Brake\n", 4, "the file ends after 1 of 2 comments"},
+        {Head + "1\n1 2 0 4 5 6 Brake\n1 2 0 4 5 6 Apex\n", 4,
+         "there is more after the last comment"},
+        {one + "1 32768 0 4 5 6 Brake\n", 3, numbers},
+        {one + "1 2 0 4 5 Brake\n", 3, numbers},
+        {one + "1 2 16 4 5 6 Brake\n", 3, "the comment names no item"},
+        {one + "1 2 0 4 5 6 " + std::string(41, 'x') + "\n", 3, text},
+        {one + "1 2 0 4 5 6 Brake \n", 3, text},
+        {one + "1 2 0 4 5 6 Brake\r\n", 3, text},
+        {one + "1 2 0 4 5 6 Brake\\x5\n", 3, text},
+        {one + "1 2 0 4 5 6 " + std::string(8 << 20, 'x') + "\n", 1,
+         "it is far longer than any comment file"},
+    };
+    for (const auto& [file, line, reason] : refused) {
+        SCOPED_TRACE(file.substr(0, 60));
+        sink.messages.clear();
+        WriteText(sideFile, file);
+        ReadLayerComments(state, 0, sink);
+        ASSERT_EQ(sink.messages.size(), 1U);
+        EXPECT_NE(sink.messages[0].text.find(" is damaged (line " + std::to_string(line) + ": " +
+                                             reason + "); it is kept as "),
+                  std::string::npos)
+            << sink.messages[0].text;
+    }
+}
+
 TEST_F(CommentFileTest, FailedSaveIsReportedAndLeavesTheSideFileAsItWas) {
     const std::string saved = Head + "1\n40 -40 0 0 3000 10000 Saved\n";
     WriteText(sideFile, saved);
