@@ -11,6 +11,8 @@
 #include <QTableWidget>
 #include <QtTest>
 
+#include <filesystem>
+
 using namespace torvane;
 using app::GraphWindow;
 using app::LapListWindow;
@@ -170,6 +172,14 @@ private slots:
 
         ClickRow(*grid, 0);
         QCOMPARE(layers.Layer[0].TimeOffset, 0.0);
+
+        // A picture that cannot be drawn stops the jump: it is told, and the read-out stays.
+        const QString atStart = title->text();
+        std::filesystem::remove(layers.StreamPath(0, "Ne"));
+        ClickRow(*grid, 3);
+        QCOMPARE(desk.sink.messages.size(), std::size_t{1});
+        QVERIFY(desk.sink.messages[0].text.starts_with("Error(53)"));
+        QCOMPARE(title->text(), atStart);
     }
 };
 

@@ -109,6 +109,16 @@ TEST_F(CommentTest, CommentIsLeftOutWholeOutsideTheVisibleGraphOrWithTextPastThe
     Pin(1000, 10000, -140, -10, wide);
     EXPECT_TRUE(Drawn({879, 400}).empty());
     EXPECT_EQ(Drawn({880, 400}).size(), 1U);
+
+    // With 50 columns a step the test takes the text's column rounded up to the next step: a
+    // text from column 50 reaches column 100 and is drawn, one from 49 only reaches 50.
+    state.Comments = NewCommentList();
+    Pin(1000, 10000, -250, -10); // anchor on column 300 at either scale
+    EXPECT_TRUE(Drawn().empty());
+    state.Time = {50, 500, 250};
+    EXPECT_EQ(Drawn(), std::vector<std::size_t>{0});
+    state.Comments[0].OffsetX = -251;
+    EXPECT_TRUE(Drawn().empty());
 }
 
 TEST_F(CommentTest, NewCommentIsPinnedWhereTheLeaderBeganWithItsTextWhereItEnded) {

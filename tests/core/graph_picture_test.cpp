@@ -112,5 +112,20 @@ TEST_F(PictureTest, LapBarCellsFillOddLapsAndNameThemByWidth) {
     EXPECT_EQ(LapBarOf(state, 560).Texts.back(), (TextAt{502, 1, "3L 00m01s000"}));
 }
 
+TEST_F(PictureTest, LapBarOfARunWithoutMarksIsEmptyAndALapOfHoursShowsThem) {
+    state.Layers.Layer[0].FilePath = "/runs/NOMARKS.rlg";
+    const LapBar empty = LapBarOf(state, 600);
+    EXPECT_TRUE(empty.Filled.empty());
+    EXPECT_THAT(empty.Texts, ElementsAre(TextAt{4, 1, "NOMARKS"}));
+    EXPECT_THAT(empty.Closes, ElementsAre(13));
+
+    // 20 s a column: the mark at 1 h 2 min 5.5 s stands on column 286.
+    state.Time = {1, 500, 20000};
+    state.Layers.Lap[0].LapTime = {0.0, 3725500.0};
+    const LapBar bar = LapBarOf(state, 600);
+    EXPECT_THAT(bar.Filled, ElementsAre(PixelRect{100, 0, 186, 13}));
+    EXPECT_EQ(bar.Texts.at(1), (TextAt{102, 1, "1L 01h02m05s500"}));
+}
+
 } // namespace
 } // namespace torvane::graph

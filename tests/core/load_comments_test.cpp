@@ -1,3 +1,4 @@
+#include "graph/comment_tool.h"
 #include "load/comment_file.h"
 #include "support/temp_folder.h"
 
@@ -26,6 +27,13 @@ CommentRecord Comment(std::string text, int layer = 0, std::int32_t time = 3000)
 }
 
 const std::string Head = "TORVANE-COMMENTS 1\n";
+
+// What the operator does with the edit box of the comment at `index`: new text, or blanks to
+// remove it.
+void EditText(graph::GraphWindowState& window, std::size_t index, std::string_view text) {
+    window.EditComment = static_cast<int>(index);
+    ASSERT_TRUE(graph::EndCommentEdit(window, graph::CommentEditKey::Enter, text).Changed);
+}
 
 TEST(CommentFileFormat, EveryStoredFieldAndAnyTextComeBack) {
     CommentRecord extremes = Comment("back\\slash\ttab");
@@ -73,7 +81,7 @@ TEST_F(CommentFileTest, SideFileHoldsTheLayersCommentsAndGoesWithTheLast) {
     ASSERT_TRUE(SaveLayerComments(state, 0, sink));
     EXPECT_EQ(ReadText(sideFile), Head + "1\n40 -40 0 0 3000 10000 Brake\n");
 
-    graph::FreeLayerComments(state.Comments, 0);
+    EditText(state, 0, " ");
     ASSERT_TRUE(SaveLayerComments(state, 0, sink));
     EXPECT_FALSE(fs::exists(sideFile));
     EXPECT_EQ(data.FileNames(), std::vector<std::string>{});
@@ -91,6 +99,29 @@ TEST_F(CommentFileTest, ReadingReplacesTheLayersCommentsAndPinsThemToIt) {
     EXPECT_EQ(state.Comments[1].Text, "Main file");
     EXPECT_EQ(state.Comments[2],
               (CommentRecord{0, 7, 8, 9, 10, 1, 11, 12, "Second", data / "OTHER.rlg"}));
+}
+
+// Each window writes what it shows of the file and keeps what it finds in the side file unless
+// its own operator changed or removed it; a change in one window does not reach another.
+TEST_F(CommentFileTest, WindowsOfOneFileKeepEachOthersCommentsAndLeaveOutOnlyTheirOwnRemovals) {
+    graph::GraphWindowState other;
+    other.Layers.Layer[0].FilePath = run;
+    graph::AddComment(state.Comments, Comment("Brake"));
+    ASSERT_TRUE(SaveLayerComments(state, 0, sink));
+    ReadLayerComments(other, 0, sink);
+    graph::AddComment(other.Comments, Comment("Apex", 0, 5000));
+    ASSERT_TRUE(SaveLayerComments(other, 0, sink));
+
+    EditText(state, 0, "Brake late");
+    ASSERT_TRUE(SaveLayerComments(state, 0, sink));
+    EXPECT_EQ(ReadText(sideFile), Head + "2\n40 -40 0 0 3000 10000 Brake late\n"
+                                         "40 -40 0 0 5000 10000 Apex\n");
+
+    EditText(other, 1, "");
+    ASSERT_TRUE(SaveLayerComments(other, 0, sink));
+    EXPECT_EQ(ReadText(sideFile), Head + "2\n40 -40 0 0 3000 10000 Brake\n"
+                                         "40 -40 0 0 3000 10000 Brake late\n");
+    EXPECT_TRUE(sink.messages.empty());
 }
 
 TEST_F(CommentFileTest, DamagedSideFileIsReportedAndKeptAsideAndTheRunHasNoComments) {
@@ -114,6 +145,45 @@ TEST_F(CommentFileTest, DamagedSideFileIsReportedAndKeptAsideAndTheRunHasNoComme
     EXPECT_EQ(sink.messages.size(), 1U);
 }
 
+TEST_F(CommentFileTest, EveryRefusalOfTheReaderNamesItsLineAndWhatIsWrong) {
+    const std::string numbers = "the numbers of the comment are not as written";
+    const std::string text = "the text is not a comment of 1 to 40 characters";
+    const std::string one = Head + "1\n";
+    const struct {
+        std::string file;
+        int line;
+        std::string reason;
+    } refused[] = {
+        {"", 1, "the file is empty"},
+        {Head + "1\n1 2 0 4 5 6 Brake", 3, "the file ends inside a line"},
+        {"TORVANE-COMMENTS 2\n0\n", 1, "it does not begin with TORVANE-COMMENTS 1"},
+        {Head + "32768\n", 2, "the number of comments is missing"},
+        {Head + "2\n1 2 0 4 5 6 Brake\n", 4, "the file ends after 1 of 2 comments"},
+        {Head + "1\n1 2 0 4 5 6 Brake\n1 2 0 4 5 6 Apex\n", 4,
+         "there is more after the last comment"},
+        {one + "1 32768 0 4 5 6 Brake\n", 3, numbers},
+        {one + "1 2 0 4 5 Brake\n", 3, numbers},
+        {one + "1 2 16 4 5 6 Brake\n", 3, "the comment names no item"},
+        {one + "1 2 0 4 5 6 " + std::string(41, 'x') + "\n", 3, text},
+        {one + "1 2 0 4 5 6 Brake \n", 3, text},
+        {one + "1 2 0 4 5 6 Brake\r\n", 3, text},
+        {one + "1 2 0 4 5 6 Brake\\x5\n", 3, text},
+        {one + "1 2 0 4 5 6 " + std::string(8 << 20, 'x') + "\n", 1,
+         "it is far longer than any comment file"},
+    };
+    for (const auto& [file, line, reason] : refused) {
+        SCOPED_TRACE(file.substr(0, 60));
+        sink.messages.clear();
+        WriteText(sideFile, file);
+        ReadLayerComments(state, 0, sink);
+        ASSERT_EQ(sink.messages.size(), 1U);
+        EXPECT_NE(sink.messages[0].text.find(" is damaged (line " + std::to_string(line) + ": " +
+                                             reason + "); it is kept as "),
+                  std::string::npos)
+            << sink.messages[0].text;
+    }
+}
+
 TEST_F(CommentFileTest, FailedSaveIsReportedAndLeavesTheSideFileAsItWas) {
     const std::string saved = Head + "1\n40 -40 0 0 3000 10000 Saved\n";
     WriteText(sideFile, saved);
@@ -128,7 +198,7 @@ TEST_F(CommentFileTest, FailedSaveIsReportedAndLeavesTheSideFileAsItWas) {
     EXPECT_EQ(ReadText(sideFile), saved);
     EXPECT_EQ(graph::LayerComments(state.Comments, 0).size(), 1U);
 
-    EXPECT_FALSE(WriteCommentFile(state.Comments, 0, data / "gone" / "RUN.rlg", sink));
+    EXPECT_FALSE(WriteCommentFile(WindowFileComments(state, run), data / "gone" / "RUN.rlg", sink));
     ASSERT_EQ(sink.messages.size(), 2U);
     EXPECT_NE(sink.messages[1].text.find("Path not found"), std::string::npos);
 }

@@ -1,3 +1,4 @@
+#include "graph/comment_tool.h"
 #include "graph/window_menus.h"
 #include "layout/default_layout.h"
 #include "layout/layout_store.h"
@@ -220,18 +221,39 @@ TEST_F(LoadTest, CommentsComeBackWithTheirFileAsMainFileOrLayerAndGoWithTheLayer
     graph::AddComment(files.Comments, brake);
     ASSERT_TRUE(SaveLayerComments(files, 0, sink));
 
-    graph::GraphWindowState reopened;
-    reopened.Layers.TempDir = folder.Path();
-    reopened.Layers.WindowNumber = registry.Claim();
-    NoWindowView noWindow;
-    ASSERT_TRUE(LoadLoggingFile(reopened, run, display, driver, sink, noWindow));
-    EXPECT_EQ(graph::LayerComments(reopened.Comments, 0), std::vector{files.Comments[0]});
+    const auto reopenedTexts = [&] {
+        graph::GraphWindowState reopened;
+        reopened.Layers.TempDir = folder.Path();
+        reopened.Layers.WindowNumber = registry.Claim();
+        NoWindowView noWindow;
+        EXPECT_TRUE(LoadLoggingFile(reopened, run, display, driver, sink, noWindow));
+        std::vector<std::string> texts;
+        for (const graph::CommentRecord& comment : graph::LayerComments(reopened.Comments, 0)) {
+            texts.push_back(comment.Text);
+        }
+        return texts;
+    };
+    EXPECT_EQ(reopenedTexts(), std::vector<std::string>{"Brake"});
 
     // The same file over another one: its comments take the layer's number, and go with it.
     ASSERT_TRUE(Open(MakeRun(6000), run));
     const std::vector<graph::CommentRecord> layerComments = graph::LayerComments(files.Comments, 1);
     ASSERT_EQ(layerComments.size(), 1U);
     EXPECT_EQ(layerComments[0].Text, "Brake");
+
+    // A comment on layer 1 and then a change on layer 0: the file keeps both, each once, and
+    // the change reaches layer 1's copy.
+    brake.Time = 4000;
+    brake.Text = "Apex";
+    brake.Layer = 1;
+    graph::AddComment(files.Comments, brake);
+    ASSERT_TRUE(SaveLayerComments(files, 1, sink));
+    files.EditComment = 0;
+    ASSERT_TRUE(graph::EndCommentEdit(files, graph::CommentEditKey::Enter, "Brake late").Changed);
+    ASSERT_TRUE(SaveLayerComments(files, 0, sink));
+    EXPECT_EQ(reopenedTexts(), (std::vector<std::string>{"Brake late", "Apex"}));
+    EXPECT_EQ(files.Comments[1].Text, "Brake late");
+
     ASSERT_TRUE(CloseLayer(files, view));
     EXPECT_TRUE(graph::LayerComments(files.Comments, 1).empty());
     EXPECT_EQ(graph::LayerComments(files.Comments, 0).size(), 1U);

@@ -19,7 +19,7 @@ public:
         return Note("select " + std::to_string(layer), !selectFails);
     }
     bool DrawScales() override { return Note("scales"); }
-    void RedrawGraph() override { Note("redraw"); }
+    bool RedrawGraph() override { return Note("redraw"); }
     void DispValues(bool recalculate) override {
         Note(recalculate ? "values, cursor found again" : "values");
     }

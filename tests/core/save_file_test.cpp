@@ -1,4 +1,5 @@
 #include "graph_window_fixture.h"
+#include "load/comment_file.h"
 #include "load/save_file.h"
 
 #include <gtest/gtest.h>
@@ -69,10 +70,16 @@ TEST_F(SaveFileTest, SavingOverItsOwnPathDoesNothingAndElsewhereTheLayerFollowsT
     EXPECT_EQ(Logger(), 1);
     EXPECT_TRUE(sink.messages.empty());
 
-    // A file from the disk is copied and the layer follows the copy.
+    // A file from the disk is copied, its comments beside the copy, and the layer follows it.
+    graph::CommentRecord brake;
+    brake.Time = 2500;
+    brake.Text = "Brake";
+    graph::AddComment(state.Comments, brake);
     registry.SetLogger(state.Layers.WindowNumber, 0);
     EXPECT_TRUE(Save(data / "COPY.Rlg"));
     EXPECT_EQ(ReadText(data / "COPY.Rlg"), "logging file");
+    EXPECT_EQ(ReadText(CommentFilePath(data / "COPY.Rlg")),
+              std::string(CommentFileMagic) + "\n1\n0 0 0 0 2500 0 Brake\n");
     EXPECT_TRUE(fs::exists(main));
     EXPECT_EQ(state.Layers.Layer[0].FilePath, data / "COPY.Rlg");
     EXPECT_EQ(Caption(), "COPY");

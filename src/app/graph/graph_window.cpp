@@ -127,10 +127,9 @@ void GraphWindow::Activated() {
 }
 
 bool GraphWindow::MoveLapTime(int lapNo) {
-    if (!graph::MoveLapTime(state_, lapNo)) {
+    if (!graph::MoveLapTime(state_, lapNo) || !RedrawGraph()) {
         return false;
     }
-    RedrawGraph();
     ApplyScrollStrip();
     DispValues(true);
     state_.SingleFileState = 0;
@@ -192,10 +191,12 @@ bool GraphWindow::DrawScales() {
     return true;
 }
 
-void GraphWindow::RedrawGraph() {
+bool GraphWindow::RedrawGraph() {
     if (!graph_->RedrawGraph(1)) {
         state_.SingleFileState = 0;
+        return false;
     }
+    return true;
 }
 
 void GraphWindow::DispValues(bool recalculateCursor) {

@@ -53,7 +53,8 @@ public:
     // The window became the active one.
     void Activated();
     // A click in the lap list: the active layer jumps to the start of lap `lapNo` (0 the start
-    // of the file) and the picture and read-out follow.
+    // of the file) and the picture and read-out follow; a picture that cannot be drawn leaves
+    // the scroll box and the read-out where they were (false).
     bool MoveLapTime(int lapNo);
     // mnuLayout(n) with the store's record `index`, and mnuLayoutDef.
     bool ApplyStoredLayout(int index);
@@ -66,7 +67,7 @@ public:
     void CloseLayerPanel(int layer) override;
     bool SelectLayer(int layer) override;
     bool DrawScales() override;
-    void RedrawGraph() override;
+    bool RedrawGraph() override;
     void DispValues(bool recalculateCursor) override;
 
 signals:

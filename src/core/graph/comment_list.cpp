@@ -24,6 +24,11 @@ void FreeLayerComments(CommentList& comments, int layer) {
     }
 }
 
+bool SameComment(const CommentRecord& a, const CommentRecord& b) {
+    return a.OffsetX == b.OffsetX && a.OffsetY == b.OffsetY && a.Channel == b.Channel &&
+           a.Slot == b.Slot && a.Time == b.Time && a.Value == b.Value && a.Text == b.Text;
+}
+
 std::vector<CommentRecord> LayerComments(const CommentList& comments, int layer) {
     std::vector<CommentRecord> found;
     std::copy_if(

@@ -52,6 +52,10 @@ std::size_t AddComment(CommentList& comments, CommentRecord comment);
 // Frees every comment of a layer (its file was closed or is read again).
 void FreeLayerComments(CommentList& comments, int layer);
 
+// Everything a side file keeps of the two records agrees (all but Free, Layer and FileName): the
+// copies of one comment read into two layers are one comment.
+bool SameComment(const CommentRecord& a, const CommentRecord& b);
+
 // The comments in use of a layer, in array order.
 std::vector<CommentRecord> LayerComments(const CommentList& comments, int layer);
 

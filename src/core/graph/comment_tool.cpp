@@ -4,6 +4,7 @@
 #include "shell/rounding.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <limits>
 
 namespace torvane::graph {
@@ -52,23 +53,38 @@ std::optional<CommentRecord> NewComment(const GraphWindowState& state, std::stri
     return comment;
 }
 
+// A file open as two layers holds a copy of each of its comments in each: a change reaches every
+// copy, so that no layer writes the old one back with the file's comments.
+void ChangeComment(GraphWindowState& state, std::size_t index, const std::string& text) {
+    const auto fileOf = [&state](int layer) -> const std::filesystem::path& {
+        return state.Layers.Layer.at(static_cast<std::size_t>(layer)).FilePath;
+    };
+    CommentRecord old = state.Comments[index];
+    old.FileName = fileOf(old.Layer);
+    for (CommentRecord& copy : state.Comments) {
+        if (!copy.InUse() || copy.Layer > state.LastLayer || !SameComment(copy, old) ||
+            fileOf(copy.Layer) != old.FileName) {
+            continue;
+        }
+        if (text.empty()) {
+            copy = CommentRecord{};
+        } else {
+            copy.Text = text;
+        }
+    }
+    state.ReplacedComments.push_back(std::move(old));
+}
+
 CommentEditEnd ApplyEdit(GraphWindowState& state, std::string_view typed) {
     std::string text = CommentText(typed);
     if (state.EditComment >= 0) {
         const auto index = static_cast<std::size_t>(state.EditComment);
-        if (index >= state.Comments.size() || !state.Comments[index].InUse()) {
+        if (index >= state.Comments.size() || !state.Comments[index].InUse() ||
+            text == state.Comments[index].Text) {
             return {};
         }
-        CommentRecord& comment = state.Comments[index];
-        if (text == comment.Text) {
-            return {};
-        }
-        const int layer = comment.Layer;
-        if (text.empty()) {
-            comment = CommentRecord{};
-        } else {
-            comment.Text = std::move(text);
-        }
+        const int layer = state.Comments[index].Layer;
+        ChangeComment(state, index, text);
         return {true, layer};
     }
     if (text.empty()) {

@@ -51,7 +51,8 @@ struct CommentEditEnd {
 };
 
 // The edit box ends; the box is emptied and hidden and EditComment is -1 afterwards. Only Enter
-// keeps the text: an edited comment takes it, and blank text removes the comment; a new one is
+// keeps the text: an edited comment takes it, and blank text removes the comment, on every layer
+// that shows its file, and the comment as it was joins ReplacedComments; a new one is
 // pinned where the leader began, to the marked item, with its text where the leader ended, and
 // blank text creates none.
 CommentEditEnd EndCommentEdit(GraphWindowState& state, CommentEditKey key, std::string_view text);

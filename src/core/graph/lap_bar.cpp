@@ -3,6 +3,7 @@
 #include "graph/item_panel.h"
 #include "graph/time_axis.h"
 #include "logdata/channels.h"
+#include "logdata/laps.h"
 #include "shell/number_format.h"
 #include "shell/rounding.h"
 
@@ -34,6 +35,12 @@ void AddRow(LapBar& bar, const GraphWindowState& state, int layer, std::int32_t 
     const logdata::LapInfo& lap = state.Layers.Lap[static_cast<std::size_t>(layer)];
     const double offset = state.Layers.Layer[static_cast<std::size_t>(layer)].TimeOffset;
     const std::int32_t top = lap.LapBarTop;
+    bar.Closes.push_back(top + LapCellRows);
+    // Without marks LapTime holds only its start entry, which would make the whole row one
+    // filled lap.
+    if (logdata::LapMarkCount(lap) == 0) {
+        return;
+    }
     std::int64_t left = GraphLeft;
     std::size_t j = 0;
     std::string lapText;
@@ -62,7 +69,6 @@ void AddRow(LapBar& bar, const GraphWindowState& state, int layer, std::int32_t 
         left = x;
     }
     cell(width, true);
-    bar.Closes.push_back(top + LapCellRows);
 }
 
 } // namespace

@@ -40,6 +40,10 @@ struct GraphWindowState {
     int DragState = 0;
     int EditComment = -1; // index of the comment in the edit box, -1 none
     CommentList Comments = NewCommentList();
+    // The comments as they were before the operator changed or removed them, each with the
+    // FileName of its layer, so that a write of that file's side file does not take them back
+    // from what it finds there.
+    std::vector<CommentRecord> ReplacedComments;
     CommentLeader Leader; // the text tool's leader, kept until its edit box ends
 
     // 0 until the mouse first moves over the graph.

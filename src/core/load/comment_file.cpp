@@ -3,8 +3,10 @@
 #include "graph/comment_tool.h"
 #include "layout/file_image.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <iterator>
 #include <limits>
 
 namespace torvane::load {
@@ -161,6 +163,38 @@ void SetAside(const fs::path& logFile, const fs::path& sideFile, const CommentFi
     ReportUnread(sink, logFile, why);
 }
 
+// The comments of a logging file's side file: none when there is none, and none when it is
+// damaged (it is set aside and reported); nullopt, with the failure, when it cannot be read.
+std::optional<std::vector<graph::CommentRecord>>
+ReadSideFile(const fs::path& logFile, layout::FileFailure& failure, shell::MessageSink& sink) {
+    const fs::path sideFile = CommentFilePath(logFile);
+    std::error_code error;
+    if (!fs::exists(sideFile, error)) {
+        return std::vector<graph::CommentRecord>{};
+    }
+    if (fs::file_size(sideFile, error) > MaxCommentFileSize && !error) {
+        SetAside(logFile, sideFile, {1, "it is far longer than any comment file"}, sink);
+        return std::vector<graph::CommentRecord>{};
+    }
+    const std::optional<std::vector<std::uint8_t>> bytes = layout::ReadFileImage(sideFile, failure);
+    if (!bytes) {
+        return std::nullopt;
+    }
+    std::vector<graph::CommentRecord> comments;
+    CommentFileDamage damage;
+    if (!DecodeCommentFile({reinterpret_cast<const char*>(bytes->data()), bytes->size()}, comments,
+                           damage)) {
+        SetAside(logFile, sideFile, damage, sink);
+    }
+    return comments;
+}
+
+bool Contains(std::span<const graph::CommentRecord> comments, const graph::CommentRecord& comment) {
+    return std::any_of(comments.begin(), comments.end(), [&](const graph::CommentRecord& other) {
+        return graph::SameComment(other, comment);
+    });
+}
+
 } // namespace
 
 fs::path CommentFilePath(const fs::path& logFile) {
@@ -231,46 +265,46 @@ bool DecodeCommentFile(std::string_view text, std::vector<graph::CommentRecord>&
 void ReadLayerComments(graph::GraphWindowState& state, int layer, shell::MessageSink& sink) {
     graph::FreeLayerComments(state.Comments, layer);
     const fs::path& logFile = state.Layers.Layer.at(static_cast<std::size_t>(layer)).FilePath;
-    const fs::path sideFile = CommentFilePath(logFile);
-    std::error_code error;
-    if (logFile.empty() || !fs::exists(sideFile, error)) {
-        return;
-    }
-    if (fs::file_size(sideFile, error) > MaxCommentFileSize && !error) {
-        SetAside(logFile, sideFile, {1, "it is far longer than any comment file"}, sink);
+    if (logFile.empty()) {
         return;
     }
     layout::FileFailure failure;
-    const std::optional<std::vector<std::uint8_t>> bytes = layout::ReadFileImage(sideFile, failure);
-    if (!bytes) {
+    std::optional<std::vector<graph::CommentRecord>> comments =
+        ReadSideFile(logFile, failure, sink);
+    if (!comments) {
         ReportUnread(sink, logFile,
                      "they could not be read (" + layout::DescribeFailure(failure).description +
                          ")");
         return;
     }
-    std::vector<graph::CommentRecord> comments;
-    CommentFileDamage damage;
-    if (!DecodeCommentFile({reinterpret_cast<const char*>(bytes->data()), bytes->size()}, comments,
-                           damage)) {
-        SetAside(logFile, sideFile, damage, sink);
-        return;
-    }
-    for (graph::CommentRecord& comment : comments) {
+    for (graph::CommentRecord& comment : *comments) {
         comment.Layer = static_cast<std::int16_t>(layer);
         comment.FileName = logFile;
         graph::AddComment(state.Comments, std::move(comment));
     }
 }
 
-bool WriteCommentFile(const graph::CommentList& comments, int layer, const fs::path& logFile,
+std::vector<graph::CommentRecord> WindowFileComments(const graph::GraphWindowState& state,
+                                                     const fs::path& logFile) {
+    std::vector<graph::CommentRecord> found;
+    for (const graph::CommentRecord& comment : state.Comments) {
+        if (comment.InUse() && comment.Layer <= state.LastLayer &&
+            state.Layers.Layer.at(static_cast<std::size_t>(comment.Layer)).FilePath == logFile &&
+            !Contains(found, comment)) {
+            found.push_back(comment);
+        }
+    }
+    return found;
+}
+
+bool WriteCommentFile(std::span<const graph::CommentRecord> comments, const fs::path& logFile,
                       shell::MessageSink& sink) {
     if (logFile.empty()) {
         return true;
     }
     const fs::path sideFile = CommentFilePath(logFile);
-    const std::vector<graph::CommentRecord> kept = graph::LayerComments(comments, layer);
     layout::FileFailure failure;
-    if (kept.empty()) {
+    if (comments.empty()) {
         std::error_code error;
         fs::remove(sideFile, error);
         if (error) {
@@ -279,7 +313,7 @@ bool WriteCommentFile(const graph::CommentList& comments, int layer, const fs::p
         }
         return true;
     }
-    const std::string text = EncodeCommentFile(kept);
+    const std::string text = EncodeCommentFile(comments);
     fs::path temporary = sideFile;
     temporary += ".new";
     if (!layout::ReplaceFileImage(sideFile, temporary,
@@ -303,8 +337,27 @@ bool RemoveCommentFile(const fs::path& logFile, shell::MessageSink& sink) {
 }
 
 bool SaveLayerComments(const graph::GraphWindowState& state, int layer, shell::MessageSink& sink) {
-    return WriteCommentFile(state.Comments, layer,
-                            state.Layers.Layer.at(static_cast<std::size_t>(layer)).FilePath, sink);
+    const fs::path& logFile = state.Layers.Layer.at(static_cast<std::size_t>(layer)).FilePath;
+    if (logFile.empty()) {
+        return true;
+    }
+    layout::FileFailure failure;
+    std::optional<std::vector<graph::CommentRecord>> saved = ReadSideFile(logFile, failure, sink);
+    if (!saved) {
+        ReportUnsaved(sink, logFile, failure);
+        return false;
+    }
+    std::vector<graph::CommentRecord> kept = WindowFileComments(state, logFile);
+    std::vector<graph::CommentRecord> replaced;
+    std::copy_if(state.ReplacedComments.begin(), state.ReplacedComments.end(),
+                 std::back_inserter(replaced),
+                 [&](const graph::CommentRecord& comment) { return comment.FileName == logFile; });
+    for (graph::CommentRecord& comment : *saved) {
+        if (!Contains(kept, comment) && !Contains(replaced, comment)) {
+            kept.push_back(std::move(comment));
+        }
+    }
+    return WriteCommentFile(kept, logFile, sink);
 }
 
 } // namespace torvane::load

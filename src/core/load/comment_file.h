@@ -42,9 +42,13 @@ bool DecodeCommentFile(std::string_view text, std::vector<graph::CommentRecord>&
 // No side file means no comments; a damaged or unreadable one is reported and gives none.
 void ReadLayerComments(graph::GraphWindowState& state, int layer, shell::MessageSink& sink);
 
-// Writes the comments of a layer beside logFile; with none, the side file is removed. A
-// failure is reported; the file that was there stays as it was. True on success.
-bool WriteCommentFile(const graph::CommentList& comments, int layer,
+// The window's comments of a logging file: those in use of every layer that shows it, each once.
+std::vector<graph::CommentRecord> WindowFileComments(const graph::GraphWindowState& state,
+                                                     const std::filesystem::path& logFile);
+
+// Writes the comments given beside logFile; with none, the side file is removed. A failure is
+// reported; the file that was there stays as it was. True on success.
+bool WriteCommentFile(std::span<const graph::CommentRecord> comments,
                       const std::filesystem::path& logFile, shell::MessageSink& sink);
 
 // Removes the side file of a logging file that is deleted (a downloaded file saved elsewhere or
@@ -52,7 +56,9 @@ bool WriteCommentFile(const graph::CommentList& comments, int layer,
 // other than a missing file is reported.
 bool RemoveCommentFile(const std::filesystem::path& logFile, shell::MessageSink& sink);
 
-// WriteCommentFile beside the layer's own file, after its comments changed.
+// After the comments of a layer changed: writes the window's comments of the layer's file beside
+// it, together with those of its side file that the window neither holds nor replaced, so that
+// what another window showing the same file saved there stays.
 bool SaveLayerComments(const graph::GraphWindowState& state, int layer, shell::MessageSink& sink);
 
 } // namespace torvane::load

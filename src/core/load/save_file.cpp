@@ -59,7 +59,7 @@ bool SaveMainFile(graph::GraphWindowState& state, const output::SaveChoice& choi
         return false;
     }
     // The comments go with the file under its new name.
-    WriteCommentFile(state.Comments, 0, choice.Filepath, sink);
+    WriteCommentFile(WindowFileComments(state, old), choice.Filepath, sink);
     const int window = state.Layers.WindowNumber;
     if (registry.GetLogger(window) == 1) {
         registry.SetLogger(window, 0);

@@ -36,7 +36,7 @@ bool QueryUnload(const graph::GraphWindowState& files, shell::WindowRegistry& re
         if (!CopyLoggingFile(downloaded, *target, sink)) {
             return true;
         }
-        WriteCommentFile(files.Comments, 0, *target, sink);
+        WriteCommentFile(WindowFileComments(files, downloaded), *target, sink);
         DeleteLoggingFile(downloaded, sink);
     } else if (answer == shell::answers::No) {
         DeleteLoggingFile(downloaded, sink);

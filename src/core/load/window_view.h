@@ -31,7 +31,8 @@ public:
     // Marks the layer's file control and makes it the layer the commands act on.
     virtual bool SelectLayer(int layer) = 0;
     virtual bool DrawScales() = 0;
-    virtual void RedrawGraph() = 0;
+    // Rebuilds the picture; false when it could not be drawn.
+    virtual bool RedrawGraph() = 0;
     // Fills the read-out; with recalculateCursor the cursor time is found again first.
     virtual void DispValues(bool recalculateCursor) = 0;
 };
@@ -43,7 +44,7 @@ public:
     void CloseLayerPanel(int) override {}
     bool SelectLayer(int) override { return true; }
     bool DrawScales() override { return true; }
-    void RedrawGraph() override {}
+    bool RedrawGraph() override { return true; }
     void DispValues(bool) override {}
 };
 
