@@ -41,9 +41,9 @@ class DownloadTest : public ::testing::Test, protected ScriptedLink {
 protected:
     DownloadOutcome Download() { return DownloadFile(link, entry, "/tmp/LGGR0001.rlg", observer); }
 
-    void ScriptThreeBlocks() {
-        driver.Script(Call::GetTheLogFile_reading,
-                      {{.blockSize = 100}, {.blockSize = 200}, {.result = 1, .blockSize = 50}});
+    static void ScriptThreeBlocks(ScriptedDriver& scripted) {
+        scripted.Script(Call::GetTheLogFile_reading,
+                        {{.blockSize = 100}, {.blockSize = 200}, {.result = 1, .blockSize = 50}});
     }
 
     TlmDownloadEntry entry{5, 0, 60, 350};
@@ -51,7 +51,7 @@ protected:
 };
 
 TEST_F(DownloadTest, ACleanDownloadStopsAcquisitionReadsEveryBlockAndGivesItBack) {
-    ScriptThreeBlocks();
+    ScriptThreeBlocks(driver);
     const DownloadOutcome outcome = Download();
     EXPECT_TRUE(outcome.ok);
     EXPECT_EQ(outcome.bytes, 350);
@@ -71,7 +71,7 @@ TEST_F(DownloadTest, ACleanDownloadStopsAcquisitionReadsEveryBlockAndGivesItBack
 TEST_F(DownloadTest, AnAcquiringLoggerIsAskedOnceAndAFlaggedOneIsGivenBack) {
     driver.state = TLM_STATE_ACQUIRING;
     sink.answers = {shell::answers::Yes};
-    ScriptThreeBlocks();
+    ScriptThreeBlocks(driver);
     EXPECT_TRUE(Download().ok);
     EXPECT_THAT(sink.Texts(), ElementsAre("Logger is acquiring data.\r\nMay I stop operation?"));
     EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
@@ -137,7 +137,7 @@ TEST_F(DownloadTest, ALinkLostWhileReadingIsReportedAndTheLinkStaysOpenForTheEnd
 }
 
 TEST_F(DownloadTest, StopAnsweredNoGoesOnYesEndsWithoutFailureAndEarlyGivesUp) {
-    ScriptThreeBlocks();
+    ScriptThreeBlocks(driver);
     observer.stopOnPass = 2;
     sink.answers = {shell::answers::No};
     const DownloadOutcome goesOn = Download();
@@ -149,8 +149,7 @@ TEST_F(DownloadTest, StopAnsweredNoGoesOnYesEndsWithoutFailureAndEarlyGivesUp) {
     EXPECT_EQ(sink.messages[0].buttons, shell::buttons::YesNo);
 
     ScriptedLink fresh;
-    fresh.driver.Script(Call::GetTheLogFile_reading,
-                        {{.blockSize = 100}, {.blockSize = 200}, {.result = 1, .blockSize = 50}});
+    ScriptThreeBlocks(fresh.driver);
     fresh.sink.answers = {shell::answers::Yes};
     ProbeObserver stopping;
     stopping.stopOnPass = 2;
