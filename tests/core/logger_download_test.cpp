@@ -68,19 +68,12 @@ TEST_F(DownloadTest, ACleanDownloadStopsAcquisitionReadsEveryBlockAndGivesItBack
     EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
 }
 
-TEST_F(DownloadTest, AnAcquiringLoggerIsAskedOnceAndAFlaggedOneIsGivenBack) {
-    driver.state = TLM_STATE_ACQUIRING;
-    sink.answers = {shell::answers::Yes};
-    ScriptThreeBlocks(driver);
+// An acquiring logger is asked about as for any logger action (LinkTest).
+TEST_F(DownloadTest, AFlaggedLoggerIsGivenBackAfterACompleteDownload) {
+    driver.flags = TLM_FLAG_DOWNLOAD;
+    driver.Script(Call::GetTheLogFile_reading, {{.result = 1, .blockSize = 350}});
     EXPECT_TRUE(Download().ok);
-    EXPECT_THAT(sink.Texts(), ElementsAre("Logger is acquiring data.\r\nMay I stop operation?"));
     EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
-
-    ScriptedLink flagged;
-    flagged.driver.flags = TLM_FLAG_DOWNLOAD;
-    flagged.driver.Script(Call::GetTheLogFile_reading, {{.result = 1, .blockSize = 350}});
-    EXPECT_TRUE(DownloadFile(flagged.link, entry, "x.rlg", observer).ok);
-    EXPECT_THAT(flagged.driver.LoggingControlValues(), ElementsAre(1, 0));
 }
 
 TEST_F(DownloadTest, RefusedStartsAndFailedEndsAreToldByTheirCode) {
@@ -237,19 +230,14 @@ TEST_F(FileListTest, AnEmptyLoggerIsToldAndABusyOneOrAFailedCallGivesNoList) {
 
 class ClearTest : public ::testing::Test, protected ScriptedLink {};
 
-TEST_F(ClearTest, CancelOrNoToTheAcquisitionQuestionDoesNotClear) {
+// No to the acquisition question that follows ends it as it ends any logger action (LinkTest).
+TEST_F(ClearTest, CancelDoesNotClear) {
     sink.answers = {shell::answers::Cancel};
     EXPECT_EQ(ClearLogger(link), ClearOutcome::Declined);
     EXPECT_THAT(driver.calls, IsEmpty());
     ASSERT_EQ(sink.messages.size(), 1u);
     EXPECT_EQ(sink.messages[0].text, "Do you want to clear all data in the logger ?");
     EXPECT_EQ(sink.messages[0].buttons, shell::buttons::OkCancel);
-
-    driver.state = TLM_STATE_ACQUIRING;
-    sink.answers = {shell::answers::Ok, shell::answers::No};
-    EXPECT_EQ(ClearLogger(link), ClearOutcome::NotCleared);
-    EXPECT_EQ(driver.CountOf(Call::InitializeLogFile), 0);
-    EXPECT_EQ(driver.CountOf(Call::LoggingControl), 0);
 }
 
 TEST_F(ClearTest, ClearsAStoppedLoggerAndGivesItBackOrReportsAFailedClear) {
