@@ -26,7 +26,7 @@ std::vector<std::uint8_t> FileOf(const NameList& names) {
     ByteImage image;
     image.Append(HeadBytes(1, 120, 240));
     for (std::size_t i = 0; i < names.size(); ++i) {
-        auto items = testing::FactoryItems;
+        auto items = testing::FactoryItems();
         items[0].Top = static_cast<std::int16_t>(i);
         items[5].Grid = 0; // hidden with its grid on would be repaired
         image.Append(RecordBytes(items, 2, 20000, 200, names[i]));
@@ -82,7 +82,7 @@ TEST_F(LayoutStoreTest, MissingOrWrongLengthFileIsReplacedSilentlyButAShortOneIs
 }
 
 TEST_F(LayoutStoreTest, RepairsOnLoadAndTheRepairedTimeScaleStays) {
-    auto items = testing::FactoryItems;
+    auto items = testing::FactoryItems();
     items[5].Bottom = 0;
     auto image = ByteImage().Append(HeadBytes(0, 1, 2)).Append(RecordBytes(items, 1, 0, 100, "X"));
     WriteBytes(File(), image.bytes);
@@ -164,7 +164,7 @@ TEST_F(LayoutStoreTest, ReadsAFileAndSaveLastLayoutWritesHeadAndRecordZeroOnly) 
 
     ASSERT_TRUE(store_.SaveLastLayout({false, -10, 20}));
     auto expected = ByteImage().Append(HeadBytes(0, -10, 20));
-    auto items = testing::FactoryItems;
+    auto items = testing::FactoryItems();
     items[0].Top = 99;
     expected.Append(RecordBytes(items, 4, 8000, 40, "INITIALIZE"));
     expected.bytes.insert(expected.bytes.end(), image.begin() + 12 + 318, image.end());
