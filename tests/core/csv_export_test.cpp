@@ -1,4 +1,5 @@
 #include "logdata/csv_export.h"
+#include "one_layer_run.h"
 #include "support/file_size_limit.h"
 #include "support/temp_folder.h"
 
@@ -15,23 +16,10 @@ using torvane::testing::ReadText;
 using torvane::testing::TempFolder;
 
 // Slot i reads stream i; slot 7 is FRSUS on VM1's stream and slot 9 LAF1 on VM3's.
-class CsvExportTest : public ::testing::Test {
+class CsvExportTest : public ::testing::Test, protected testing::OneLayerRun {
 protected:
-    CsvExportTest() {
-        layers.TempDir = folder.Path();
-        LayerRecord& layer = layers.Layer[0];
-        layer.Header.SetWord(SettingWord::ThClose, 100);
-        layer.Header.SetWord(SettingWord::ThOpen, 900);
-        layer.Header.SetWord(SettingWord::FrZero, 900);
-        layer.ItemChannel = {Ne, TH, VFW, VRW, DETO1, DETO2, VB, FRSUS, VM2, LAF1, VM4, LAP};
-        layer.ItemExists.fill(true);
-    }
-
-    void Stream(int slot, int interval, const std::vector<std::int16_t>& words) {
-        layers.Layer[0].Header.SetSampleTime(slot, static_cast<std::int16_t>(interval));
-        torvane::testing::WriteWords16(
-            layers.StreamPath(0, StreamNames[static_cast<std::size_t>(slot)]), words);
-    }
+    CsvExportTest()
+        : OneLayerRun({Ne, TH, VFW, VRW, DETO1, DETO2, VB, FRSUS, VM2, LAF1, VM4, LAP}) {}
 
     // The file's lines without their CR LF; every line must end so.
     std::vector<std::string> Export(const std::vector<int>& items,
@@ -53,11 +41,8 @@ protected:
         return lines;
     }
 
-    TempFolder folder;
     TempFolder target;
     fs::path out = target / "RUN.csv";
-    LayerSet layers;
-    logger::LafTable laf;
     RecordingSink sink;
 };
 

@@ -17,13 +17,7 @@ using torvane::testing::WriteText;
 constexpr std::string_view CsvType = "Csv Files (*.csv)";
 constexpr std::string_view LoggingType = "Logging Files (*.rlg)";
 
-TEST(FileDialogModes, EachModeHasItsCaptionTypesAndInitialNameAndNamesTakeTheTypesExtension) {
-    EXPECT_EQ(CaptionOf(FileDialogMode::SaveLoggingFile), "Save Logging File");
-    const auto save = TypesOf(FileDialogMode::SaveLoggingFile);
-    ASSERT_EQ(save.size(), 2u);
-    EXPECT_EQ(save[0], LoggingType);
-    EXPECT_EQ(save[1], CsvType);
-    EXPECT_EQ(TypesOf(FileDialogMode::SaveDetonationFile)[0], "Deto Map Files (*.dto)");
+TEST(FileDialogModes, NamesTakeTheTypesExtensionAndTheInitialNameFollowsTheMode) {
     EXPECT_EQ(PatternOf("Special Data Files (*.spd)"), "*.spd");
     EXPECT_EQ(ExtensionOf("Special Data Files (*.spd)"), ".spd");
     EXPECT_TRUE(OffersCsvOptions(PatternOf(CsvType)));

@@ -13,18 +13,12 @@ ScaleRecord Scale(int channel, int zoom) {
     return scale;
 }
 
-TEST(ScaleFor, EndsOfTheTableRowsWithTheirOwnPitchAndNumbersOutsideIt) {
+TEST(ScaleFor, EndsOfTheTableAndNumbersOutsideIt) {
     //                              Pitch Divisor AxisMax Min Label  Grid  FullScale
     EXPECT_EQ(Scale(0, 0), (ScaleRecord{10, 1, 40000, 0, 40000, 40000, 30000}));
     EXPECT_EQ(Scale(0, 9), (ScaleRecord{10, 1, 20000, 0, 500, 100, 30000}));
     EXPECT_EQ(Scale(15, 0), (ScaleRecord{10, 1, 300, 0, 300, 300, 100}));
     EXPECT_EQ(Scale(15, 9), (ScaleRecord{25, 1, 50, 0, 5, 1, 100}));
-    // Rows with their own pitch and divisor.
-    EXPECT_EQ(Scale(1, 9), (ScaleRecord{15, 10, 1000, 0, 100, 20, 200}));
-    EXPECT_EQ(Scale(5, 3), (ScaleRecord{8, 1, 50, 0, 25, 5, 200}));
-    EXPECT_EQ(Scale(10, 0), (ScaleRecord{10, 100, 1000, 0, 1000, 1000, 5}));
-    EXPECT_EQ(Scale(12, 4), (ScaleRecord{15, 1, 200, 0, 50, 25, 200}));
-    EXPECT_EQ(Scale(3, 5), (ScaleRecord{5, 1, 300, 0, 50, 10, 400}));
 
     // Numbers outside the table leave the record alone.
     const ScaleRecord before{1, 2, 3, 4, 5, 6, 7};

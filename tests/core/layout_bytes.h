@@ -1,6 +1,8 @@
 #pragma once
 // LAYOUT.DAT images built by hand, byte by byte, to hold the store's own encoding against.
 
+#include "layout/default_layout.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -59,30 +61,22 @@ inline std::vector<std::uint8_t> RecordBytes(const std::array<StoredItem, 16>& i
     return image.I16(pixelsPerStep).I32(msPerGrid).I32(msPerStep).Name(name).bytes;
 }
 
-// The factory items, each band's bottom worked out from its default scale.
-inline constexpr std::array<StoredItem, 16> FactoryItems{{
-    {1, 1, 1, 1, 1, 6, -60, 340, 15000, 5000}, // Ne: 20000 / 500 * 10
-    {1, 12, 1, 1, 1, 4, 260, 360, 1000, 0},    // TH: 1000 / 100 * 10
-    {1, 6, 1, 1, 1, 5, 520, 670, 300, 50},     // VFW: 300 / 10 * 5
-    {0, 6, 1, 1, 0, 5, 360, 510, 300, 50},
-    {1, 7, 1, 1, 1, 8, 80, 480, 5, 0}, // DETO1: 20 / 1 * 20
-    {0, 1, 1, 1, 1, 8, 350, 750, 5, 0},
-    {1, 4, 1, 1, 0, 5, 435, 635, 150, 100}, // VB: 200 / 10 * 10
-    {0, 1, 1, 1, 0, 4, 450, 575, 0, 0},     // VM1: 500 / 20 * 5
-    {0, 1, 1, 1, 0, 4, 480, 605, 0, 0},
-    {0, 1, 1, 1, 0, 4, 510, 635, 0, 0},
-    {0, 1, 1, 1, 0, 4, 540, 665, 0, 0},
-    {0, 1, 1, 1, 0, 4, 60, 180, 0, 0}, // FRSUS: 200 / 25 * 15
-    {0, 1, 1, 1, 0, 4, 90, 210, 0, 0},
-    {0, 1, 1, 1, 0, 5, 510, 710, 0, 0}, // LAF1: 20 / 1 * 10
-    {0, 1, 1, 1, 0, 5, 540, 740, 0, 0},
-    {0, 1, 1, 1, 0, 7, 400, 900, 0, 0}, // LAP: 100 / 2 * 10
-}};
+// The factory items as the program has them, to build images around.
+inline std::array<StoredItem, 16> FactoryItems() {
+    const graph::DisplaySet factory = layout::DefaultLayout();
+    std::array<StoredItem, 16> items{};
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const graph::ItemDisplay& item = factory.Items[i];
+        items[i] = {item.View, item.Color, item.Line,   item.Point, item.Grid,
+                    item.Zoom, item.Top,   item.Bottom, item.Max,   item.Min};
+    }
+    return items;
+}
 
 inline std::vector<std::uint8_t> FactoryFileBytes() {
     return ByteImage()
         .Append(HeadBytes(0, 3000, 400))
-        .Append(RecordBytes(FactoryItems, 1, 10000, 100, "INITIALIZE"))
+        .Append(RecordBytes(FactoryItems(), 1, 10000, 100, "INITIALIZE"))
         .bytes;
 }
 

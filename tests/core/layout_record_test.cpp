@@ -1,3 +1,4 @@
+#include "graph/scale.h"
 #include "layout/default_layout.h"
 #include "layout/layout_file.h"
 #include "layout/layout_store.h"
@@ -24,7 +25,7 @@ std::vector<std::uint8_t> Encode(const DisplaySet& record) {
 }
 
 TEST(LayoutFile, RecordAndHeadFieldsAreLittleEndianWithoutPaddingAndOnlyOneShowsTheToolbox) {
-    std::array<StoredItem, 16> items = testing::FactoryItems;
+    std::array<StoredItem, 16> items = testing::FactoryItems();
     items[0] = {1, 2, 3, 1, 0, 9, -2, 0x1234, 0x12345678, -1};
     items[15] = {0, 14, 2, 3, 1, 0, 32767, -32768, -2147483647 - 1, 2147483647};
     const auto bytes = RecordBytes(items, -3, 0x01020304, 70000, "Wet race");
@@ -64,16 +65,23 @@ TEST(LayoutFile, NamesKeepTwentyBytesAndReadBackTrimmed) {
     EXPECT_EQ(StoredLayoutName("012345678901234567\xC3\xA9xyz"), "012345678901234567\xC3\xA9");
 
     const auto padded =
-        RecordBytes(testing::FactoryItems, 1, 1, 1, std::string("  Dry \0tail", 11));
+        RecordBytes(testing::FactoryItems(), 1, 1, 1, std::string("  Dry \0tail", 11));
     EXPECT_EQ(Decode(padded).Name, "Dry");
 }
 
-TEST(DefaultLayout, DecodesFromTheFactoryImage) {
-    DisplaySet expected = Decode(RecordBytes(testing::FactoryItems, 1, 10000, 100, ""));
-    EXPECT_EQ(DefaultLayout(), expected);
+TEST(DefaultLayout, EachBandSpansItsDefaultScaleAndTheFirstReadingTurnsDeto2sGridOff) {
+    const DisplaySet factory = DefaultLayout();
+    for (int channel = 0; channel < logdata::ChannelCount; ++channel) {
+        const ItemDisplay& item = factory.Items[static_cast<std::size_t>(channel)];
+        graph::ScaleRecord scale;
+        ASSERT_TRUE(graph::ScaleFor(channel, graph::DefaultScaleNumber(channel), scale));
+        EXPECT_EQ(item.Zoom, graph::DefaultScaleNumber(channel)) << channel;
+        EXPECT_EQ(item.Bottom, item.Top + graph::BandHeight(scale)) << channel;
+    }
     // The factory DETO2 is hidden with its grid on, which the first reading turns off.
-    DisplaySet repaired = DefaultLayout();
+    DisplaySet repaired = factory;
     RepairLayout(repaired);
+    DisplaySet expected = factory;
     expected.Items[5].Grid = 0;
     EXPECT_EQ(repaired, expected);
 }

@@ -1,5 +1,5 @@
 #include "layout/layout_save_rules.h"
-#include "support/temp_folder.h"
+#include "layout_store_fixture.h"
 
 #include <gtest/gtest.h>
 
@@ -7,9 +7,9 @@ namespace torvane::layout {
 namespace {
 
 namespace fs = std::filesystem;
-using NameList = std::vector<std::string>;
+using testing::NameList;
 
-class LayoutSaveRulesTest : public ::testing::Test {
+class LayoutSaveRulesTest : public ::testing::Test, protected testing::LayoutStoreFixture {
 protected:
     LayoutSaveRulesTest() {
         paths_.MakeFolders();
@@ -18,8 +18,7 @@ protected:
 
     // Makes the display that the next save writes recognisable by the top of its Ne band.
     void Pend(std::int16_t neTop) {
-        graph::DisplaySet display;
-        store_.GetLayout(0, display);
+        graph::DisplaySet display = Record(0);
         display.Items[0].Top = neTop;
         store_.SetPendingLayout(display, display.Time);
     }
@@ -28,13 +27,6 @@ protected:
             ASSERT_TRUE(store_.SaveLayout(name));
         }
     }
-    std::int16_t NeTop(int index) const {
-        graph::DisplaySet record;
-        EXPECT_TRUE(store_.GetLayout(index, record));
-        return record.Items[0].Top;
-    }
-    NameList Names() const { return store_.GetLayoutNames(); }
-    fs::path File() const { return paths_.InitDir() / "LAYOUT.DAT"; }
     std::string FileBytes() const { return torvane::testing::ReadText(File()); }
     void ExpectMessage(const char* text, int buttons, int icon) {
         ASSERT_EQ(sink_.messages.size(), 1u);
@@ -43,11 +35,6 @@ protected:
         EXPECT_EQ(sink_.messages[0].icon, icon);
         sink_.messages.clear();
     }
-
-    torvane::testing::TempFolder home_;
-    shell::AppPaths paths_{home_.Path()};
-    shell::RecordingSink sink_;
-    LayoutStore store_{paths_, sink_};
 };
 
 TEST_F(LayoutSaveRulesTest, DeleteIsOfferedWithANamedLayoutAndSaveOnlyBelowTen) {

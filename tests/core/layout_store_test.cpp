@@ -1,8 +1,7 @@
 #include "layout/default_layout.h"
-#include "layout/layout_store.h"
 #include "layout_bytes.h"
+#include "layout_store_fixture.h"
 #include "support/file_size_limit.h"
-#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -16,8 +15,8 @@ using graph::DisplaySet;
 using testing::ByteImage;
 using testing::FactoryFileBytes;
 using testing::HeadBytes;
+using testing::NameList;
 using testing::RecordBytes;
-using NameList = std::vector<std::string>;
 using torvane::testing::ReadBytes;
 using torvane::testing::WriteBytes;
 
@@ -27,7 +26,7 @@ std::vector<std::uint8_t> FileOf(const NameList& names) {
     ByteImage image;
     image.Append(HeadBytes(1, 120, 240));
     for (std::size_t i = 0; i < names.size(); ++i) {
-        auto items = testing::FactoryItems;
+        auto items = testing::FactoryItems();
         items[0].Top = static_cast<std::int16_t>(i);
         items[5].Grid = 0; // hidden with its grid on would be repaired
         image.Append(RecordBytes(items, 2, 20000, 200, names[i]));
@@ -46,17 +45,10 @@ NameList NumberedNames(int count) {
     return names;
 }
 
-class LayoutStoreTest : public ::testing::Test {
+class LayoutStoreTest : public ::testing::Test, protected testing::LayoutStoreFixture {
 protected:
     LayoutStoreTest() { fs::create_directories(paths_.InitDir()); }
 
-    fs::path File() const { return paths_.InitDir() / "LAYOUT.DAT"; }
-    NameList Names() const { return store_.GetLayoutNames(); }
-    std::int16_t NeTop(int index) const {
-        DisplaySet record;
-        EXPECT_TRUE(store_.GetLayout(index, record));
-        return record.Items[0].Top;
-    }
     void ExpectOneError(int number) {
         ASSERT_EQ(sink_.messages.size(), 1u);
         const std::string& text = sink_.messages[0].text;
@@ -66,11 +58,6 @@ protected:
         EXPECT_EQ(sink_.messages[0].icon, shell::icons::Stop);
         sink_.messages.clear();
     }
-
-    torvane::testing::TempFolder folder_;
-    shell::AppPaths paths_{folder_.Path()};
-    shell::RecordingSink sink_;
-    LayoutStore store_{paths_, sink_};
 };
 
 TEST_F(LayoutStoreTest, MissingOrWrongLengthFileIsReplacedSilentlyButAShortOneIsKept) {
@@ -95,22 +82,17 @@ TEST_F(LayoutStoreTest, MissingOrWrongLengthFileIsReplacedSilentlyButAShortOneIs
 }
 
 TEST_F(LayoutStoreTest, RepairsOnLoadAndTheRepairedTimeScaleStays) {
-    auto items = testing::FactoryItems;
+    auto items = testing::FactoryItems();
     items[5].Bottom = 0;
-    items[7].View = 5;
     auto image = ByteImage().Append(HeadBytes(0, 1, 2)).Append(RecordBytes(items, 1, 0, 100, "X"));
     WriteBytes(File(), image.bytes);
     ASSERT_TRUE(store_.LoadLayouts());
-    DisplaySet record;
-    ASSERT_TRUE(store_.GetLayout(0, record));
-    EXPECT_EQ(record.Time, (graph::TimeScale{1, 5, 500}));
-    EXPECT_EQ(record.Items[7].View, 1);
+    EXPECT_EQ(Record(0).Time, (graph::TimeScale{1, 5, 500}));
     // The file keeps what it had until record 0 is saved.
     EXPECT_EQ(ReadBytes(File()), image.bytes);
     ASSERT_TRUE(store_.SaveLastLayout({}));
     ASSERT_TRUE(store_.LoadLayouts());
-    ASSERT_TRUE(store_.GetLayout(0, record));
-    EXPECT_EQ(record.Time, (graph::TimeScale{1, 5, 500}));
+    EXPECT_EQ(Record(0).Time, (graph::TimeScale{1, 5, 500}));
 }
 
 TEST_F(LayoutStoreTest, TwelveRecordsReadElevenAndDeleteWritesOnlyThose) {
@@ -142,10 +124,8 @@ TEST_F(LayoutStoreTest, SaveOverwritesItsNameOrAppendsAndAFullStoreReusesItsLast
 
     ASSERT_TRUE(store_.SaveLayout("Dry"));
     EXPECT_EQ(Names(), (NameList{"INITIALIZE", "Dry"}));
-    DisplaySet saved;
-    store_.GetLayout(1, saved);
-    EXPECT_EQ(saved.Items[0].Top, 77);
-    EXPECT_EQ(saved.Time, (graph::TimeScale{3, 4000, 50}));
+    EXPECT_EQ(NeTop(1), 77);
+    EXPECT_EQ(Record(1).Time, (graph::TimeScale{3, 4000, 50}));
 
     // The search starts after record 0, so its name makes a new record.
     ASSERT_TRUE(store_.SaveLayout("INITIALIZE"));
@@ -184,7 +164,7 @@ TEST_F(LayoutStoreTest, ReadsAFileAndSaveLastLayoutWritesHeadAndRecordZeroOnly) 
 
     ASSERT_TRUE(store_.SaveLastLayout({false, -10, 20}));
     auto expected = ByteImage().Append(HeadBytes(0, -10, 20));
-    auto items = testing::FactoryItems;
+    auto items = testing::FactoryItems();
     items[0].Top = 99;
     expected.Append(RecordBytes(items, 4, 8000, 40, "INITIALIZE"));
     expected.bytes.insert(expected.bytes.end(), image.begin() + 12 + 318, image.end());

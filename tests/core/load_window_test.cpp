@@ -99,18 +99,6 @@ TEST_F(LoadTest, MainFileIsReadyToShowWithTheScrollItemItHas) {
     EXPECT_EQ(LayerMenus(files), (std::array{true, false, false}));
     EXPECT_EQ(view.steps, (std::vector<std::string>{"panel 0", "scales", "select 0",
                                                     "values, cursor found again"}));
-
-    // The scroll item falls back from the throttle to engine speed to the front wheel.
-    ScriptedRun uncalibrated = MakeRun(6000);
-    uncalibrated.header.SetWord(SettingWord::ThOpen, 100);
-    ASSERT_TRUE(Load(uncalibrated, "/runs/UNCALIBRATED.rlg"));
-    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, logdata::Ne);
-
-    ScriptedRun rearWheelOnly;
-    rearWheelOnly.header.SetSampleTime(logdata::VRW, 10);
-    rearWheelOnly.streams = {{"VRW", std::vector<std::int16_t>(700, 50)}, {"LAP", {}}};
-    ASSERT_TRUE(Load(rearWheelOnly, "/runs/REAR.rlg"));
-    EXPECT_EQ(files.Layers.Layer[0].ScrollItem, -1);
 }
 
 TEST_F(LoadTest, RunOrLayerOfThreeSecondsOrLessIsRefusedAndItsNumberUsedAgain) {
@@ -140,12 +128,7 @@ TEST_F(LoadTest, FailedDeploymentShowsTheDriversMessageAndAFailedWindowStepFails
     ASSERT_EQ(sink.messages.size(), 1U);
     EXPECT_EQ(sink.messages[0].text, "File access error.");
     EXPECT_TRUE(folder.FileNames().empty());
-
     driver.result = 0;
-    sink.messages.clear();
-    EXPECT_FALSE(LoadLoggingFile(files, "/runs/GONE.rlg", display, driver, sink, view));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].text, "[/runs/GONE.rlg]Can not find the specified log file.");
 
     view.selectFails = true;
     EXPECT_FALSE(Load(MakeRun(6000)));

@@ -62,21 +62,16 @@ TEST(CheckHeader, AcceptsLegalWordsTracksTheSmallestIntervalAndRefusesOutOfRange
     EXPECT_TRUE(CheckHeader(lapOnly, minSampleTime));
     EXPECT_EQ(minSampleTime, 50);
 
-    // Out-of-range words are refused.
+    // Out-of-range words are refused: a mode, calibration points, a sampling interval.
+    for (const auto& [word, value] : {std::pair{SettingWord::Sus, 4},
+                                      {SettingWord::ThClose, 1024},
+                                      {SettingWord::RrZero, -1}}) {
+        LogHeader header = ValidHeader();
+        header.SetWord(word, static_cast<std::int16_t>(value));
+        EXPECT_FALSE(CheckHeader(header, minSampleTime)) << static_cast<int>(word);
+    }
     LogHeader header = ValidHeader();
-    header.SetWord(SettingWord::Sus, 4);
-    EXPECT_FALSE(CheckHeader(header, minSampleTime));
-
-    header = ValidHeader();
     header.SetSampleTime(3, 20);
-    EXPECT_FALSE(CheckHeader(header, minSampleTime));
-
-    header = ValidHeader();
-    header.SetWord(SettingWord::ThClose, 1024);
-    EXPECT_FALSE(CheckHeader(header, minSampleTime));
-
-    header = ValidHeader();
-    header.SetWord(SettingWord::RrZero, -1);
     EXPECT_FALSE(CheckHeader(header, minSampleTime));
 }
 

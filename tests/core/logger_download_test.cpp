@@ -41,9 +41,9 @@ class DownloadTest : public ::testing::Test, protected ScriptedLink {
 protected:
     DownloadOutcome Download() { return DownloadFile(link, entry, "/tmp/LGGR0001.rlg", observer); }
 
-    void ScriptThreeBlocks() {
-        driver.Script(Call::GetTheLogFile_reading,
-                      {{.blockSize = 100}, {.blockSize = 200}, {.result = 1, .blockSize = 50}});
+    static void ScriptThreeBlocks(ScriptedDriver& scripted) {
+        scripted.Script(Call::GetTheLogFile_reading,
+                        {{.blockSize = 100}, {.blockSize = 200}, {.result = 1, .blockSize = 50}});
     }
 
     TlmDownloadEntry entry{5, 0, 60, 350};
@@ -51,7 +51,7 @@ protected:
 };
 
 TEST_F(DownloadTest, ACleanDownloadStopsAcquisitionReadsEveryBlockAndGivesItBack) {
-    ScriptThreeBlocks();
+    ScriptThreeBlocks(driver);
     const DownloadOutcome outcome = Download();
     EXPECT_TRUE(outcome.ok);
     EXPECT_EQ(outcome.bytes, 350);
@@ -68,19 +68,12 @@ TEST_F(DownloadTest, ACleanDownloadStopsAcquisitionReadsEveryBlockAndGivesItBack
     EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
 }
 
-TEST_F(DownloadTest, AnAcquiringLoggerIsAskedOnceAndAFlaggedOneIsGivenBack) {
-    driver.state = TLM_STATE_ACQUIRING;
-    sink.answers = {shell::answers::Yes};
-    ScriptThreeBlocks();
+// An acquiring logger is asked about as for any logger action (LinkTest).
+TEST_F(DownloadTest, AFlaggedLoggerIsGivenBackAfterACompleteDownload) {
+    driver.flags = TLM_FLAG_DOWNLOAD;
+    driver.Script(Call::GetTheLogFile_reading, {{.result = 1, .blockSize = 350}});
     EXPECT_TRUE(Download().ok);
-    EXPECT_THAT(sink.Texts(), ElementsAre("Logger is acquiring data.\r\nMay I stop operation?"));
     EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
-
-    ScriptedLink flagged;
-    flagged.driver.flags = TLM_FLAG_DOWNLOAD;
-    flagged.driver.Script(Call::GetTheLogFile_reading, {{.result = 1, .blockSize = 350}});
-    EXPECT_TRUE(DownloadFile(flagged.link, entry, "x.rlg", observer).ok);
-    EXPECT_THAT(flagged.driver.LoggingControlValues(), ElementsAre(1, 0));
 }
 
 TEST_F(DownloadTest, RefusedStartsAndFailedEndsAreToldByTheirCode) {
@@ -137,7 +130,7 @@ TEST_F(DownloadTest, ALinkLostWhileReadingIsReportedAndTheLinkStaysOpenForTheEnd
 }
 
 TEST_F(DownloadTest, StopAnsweredNoGoesOnYesEndsWithoutFailureAndEarlyGivesUp) {
-    ScriptThreeBlocks();
+    ScriptThreeBlocks(driver);
     observer.stopOnPass = 2;
     sink.answers = {shell::answers::No};
     const DownloadOutcome goesOn = Download();
@@ -149,8 +142,7 @@ TEST_F(DownloadTest, StopAnsweredNoGoesOnYesEndsWithoutFailureAndEarlyGivesUp) {
     EXPECT_EQ(sink.messages[0].buttons, shell::buttons::YesNo);
 
     ScriptedLink fresh;
-    fresh.driver.Script(Call::GetTheLogFile_reading,
-                        {{.blockSize = 100}, {.blockSize = 200}, {.result = 1, .blockSize = 50}});
+    ScriptThreeBlocks(fresh.driver);
     fresh.sink.answers = {shell::answers::Yes};
     ProbeObserver stopping;
     stopping.stopOnPass = 2;
@@ -238,19 +230,14 @@ TEST_F(FileListTest, AnEmptyLoggerIsToldAndABusyOneOrAFailedCallGivesNoList) {
 
 class ClearTest : public ::testing::Test, protected ScriptedLink {};
 
-TEST_F(ClearTest, CancelOrNoToTheAcquisitionQuestionDoesNotClear) {
+// No to the acquisition question that follows ends it as it ends any logger action (LinkTest).
+TEST_F(ClearTest, CancelDoesNotClear) {
     sink.answers = {shell::answers::Cancel};
     EXPECT_EQ(ClearLogger(link), ClearOutcome::Declined);
     EXPECT_THAT(driver.calls, IsEmpty());
     ASSERT_EQ(sink.messages.size(), 1u);
     EXPECT_EQ(sink.messages[0].text, "Do you want to clear all data in the logger ?");
     EXPECT_EQ(sink.messages[0].buttons, shell::buttons::OkCancel);
-
-    driver.state = TLM_STATE_ACQUIRING;
-    sink.answers = {shell::answers::Ok, shell::answers::No};
-    EXPECT_EQ(ClearLogger(link), ClearOutcome::NotCleared);
-    EXPECT_EQ(driver.CountOf(Call::InitializeLogFile), 0);
-    EXPECT_EQ(driver.CountOf(Call::LoggingControl), 0);
 }
 
 TEST_F(ClearTest, ClearsAStoppedLoggerAndGivesItBackOrReportsAFailedClear) {

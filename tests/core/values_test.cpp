@@ -1,44 +1,23 @@
 #include "logdata/channels.h"
 #include "logdata/laps.h"
 #include "logdata/values.h"
-#include "support/temp_folder.h"
+#include "one_layer_run.h"
 
 #include <gtest/gtest.h>
 
 namespace torvane::logdata {
 namespace {
 
-using torvane::testing::TempFolder;
 using torvane::testing::WriteWords16;
-using torvane::testing::WriteWords32;
 
-class ValueAtTest : public ::testing::Test {
+class ValueAtTest : public ::testing::Test, protected testing::OneLayerRun {
 protected:
-    ValueAtTest() {
-        layers.TempDir = folder.Path();
-        LayerRecord& layer = layers.Layer[0];
-        layer.Header.SetWord(SettingWord::ThClose, 100);
-        layer.Header.SetWord(SettingWord::ThOpen, 900);
-        layer.Header.SetWord(SettingWord::FrZero, 900);
-        layer.Header.SetWord(SettingWord::RrZero, 800);
-        layer.ItemChannel = {Ne, TH, VFW, VRW, DETO1, DETO2, VB, FRSUS, RRSUS, LAF1, VM4, LAP};
-        layer.ItemExists.fill(true);
-    }
-
-    void Stream(int stream, int interval, const std::vector<std::int16_t>& words) {
-        if (stream < SampleTimeCount) {
-            layers.Layer[0].Header.SetSampleTime(stream, static_cast<std::int16_t>(interval));
-        }
-        WriteWords16(layers.StreamPath(0, StreamNames[static_cast<std::size_t>(stream)]), words);
-    }
+    ValueAtTest()
+        : OneLayerRun({Ne, TH, VFW, VRW, DETO1, DETO2, VB, FRSUS, RRSUS, LAF1, VM4, LAP}) {}
 
     double At(int slot, double time, TimeScale scale = {}) const {
         return ValueReader(layers, laf).ValueAt(0, slot, time, scale);
     }
-
-    TempFolder folder;
-    LayerSet layers;
-    logger::LafTable laf;
 };
 
 TEST_F(ValueAtTest, OrdinaryChannelRampsInterpolatesAndEndsAndMissingOnesReadZero) {

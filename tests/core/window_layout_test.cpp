@@ -1,6 +1,6 @@
 #include "graph_window_fixture.h"
 #include "layout/default_layout.h"
-#include "layout/layout_store.h"
+#include "layout_store_fixture.h"
 #include "load/window_layout.h"
 #include "recording_view.h"
 
@@ -37,7 +37,7 @@ std::vector<int> RowLayers(const graph::ItemPanel& panel) {
     return layers;
 }
 
-class WindowLayoutTest : public ::testing::Test {
+class WindowLayoutTest : public ::testing::Test, protected torvane::testing::LayoutStoreFixture {
 protected:
     WindowLayoutTest() {
         paths_.MakeFolders();
@@ -52,16 +52,7 @@ protected:
     }
 
     graph::GraphWindowState& State() { return window_.state; }
-    DisplaySet Record(int index) const {
-        DisplaySet record;
-        EXPECT_TRUE(store_.GetLayout(index, record));
-        return record;
-    }
 
-    torvane::testing::TempFolder home_;
-    shell::AppPaths paths_{home_.Path()};
-    shell::RecordingSink sink_;
-    layout::LayoutStore store_{paths_, sink_};
     graph::testing::GraphWindowFixture window_;
     testing::RecordingView view_;
 };
