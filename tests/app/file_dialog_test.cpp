@@ -5,8 +5,8 @@
 #include "output/file_dialog.h"
 #include "shell/help_window.h"
 #include "support/temp_folder.h"
+#include "widget_driving.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -14,8 +14,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPushButton>
-#include <QTimer>
 #include <QTreeWidget>
 #include <QtTest>
 
@@ -25,29 +23,11 @@ using torvane::app::FileDialog;
 using torvane::app::FileDialogContext;
 using torvane::output::FileDialogMode;
 using torvane::output::FileDialogRequest;
+using torvane::testing::ColumnTexts;
+using torvane::testing::Control;
 using torvane::testing::TempFolder;
 using torvane::testing::WriteText;
 namespace answers = torvane::shell::answers;
-
-namespace {
-
-template <typename Widget> Widget* Find(QWidget* dialog, const char* name) {
-    auto* widget = dialog->findChild<Widget*>(name);
-    if (widget == nullptr) {
-        qFatal("no control %s", name);
-    }
-    return widget;
-}
-
-QStringList Column(QTreeWidget* list, int column) {
-    QStringList texts;
-    for (int row = 0; row < list->topLevelItemCount(); ++row) {
-        texts << list->topLevelItem(row)->text(column);
-    }
-    return texts;
-}
-
-} // namespace
 
 class FileDialogTest : public QObject {
     Q_OBJECT
@@ -69,7 +49,7 @@ class FileDialogTest : public QObject {
     }
 
     static void ChooseCsvType(FileDialog& dialog) {
-        auto* types = Find<QComboBox>(&dialog, "cmbExt");
+        auto* types = Control<QComboBox>(dialog, "cmbExt");
         types->setFocus();
         QTest::keyClick(types, Qt::Key_Down);
         QCOMPARE(types->currentText(), QString("Csv Files (*.csv)"));
@@ -90,17 +70,18 @@ private slots:
     void TypedNameTakesTheCsvExtensionAndOverwriteIsAsked() {
         WriteText(*runs_ / "abc.csv", "old");
         auto dialog = Open(FileDialogMode::SaveLoggingFile);
-        auto* csv = Find<QGroupBox>(dialog.get(), "fraCsv");
+        auto* csv = Control<QGroupBox>(*dialog, "fraCsv");
         QVERIFY(!csv->isVisible());
         ChooseCsvType(*dialog);
         QVERIFY(csv->isVisible());
-        QVERIFY(!Find<QCheckBox>(dialog.get(), "chkCsv1")->isEnabled()); // no range marked
-        QCOMPARE(Column(Find<QTreeWidget>(dialog.get(), "lvwFile"), 0), QStringList{"abc.csv"});
+        QVERIFY(!Control<QCheckBox>(*dialog, "chkCsv1")->isEnabled()); // no range marked
+        QCOMPARE(ColumnTexts(*Control<QTreeWidget>(*dialog, "lvwFile")->model()),
+                 QStringList{"abc.csv"});
 
-        auto* name = Find<QLineEdit>(dialog.get(), "txtFileName");
+        auto* name = Control<QLineEdit>(*dialog, "txtFileName");
         QTest::keyClicks(name, "a.b/c");
         QCOMPARE(name->text(), QString("abc"));
-        auto* ok = Find<QPushButton>(dialog.get(), "cmdExec");
+        auto* ok = Control(*dialog, "cmdExec");
 
         sink_.SetAnswer(answers::No);
         QTest::mouseClick(ok, Qt::LeftButton);
@@ -127,24 +108,23 @@ private slots:
         WriteText(*runs_ / "a.rlg", std::string(1024, 'x'));
         WriteText(*runs_ / "c.rlg", std::string(1023, 'x'));
         auto dialog = Open(FileDialogMode::SaveLoggingFile, true);
-        auto* list = Find<QTreeWidget>(dialog.get(), "lvwFile");
+        auto* list = Control<QTreeWidget>(*dialog, "lvwFile");
         QVERIFY(list->isColumnHidden(1));
-        QCOMPARE(Column(list, 0), (QStringList{"a.rlg", "b.rlg", "c.rlg"}));
-        QCOMPARE(Column(list, 2), (QStringList{"2KB", "21KB", "1KB"}));
+        QCOMPARE(ColumnTexts(*list->model()), (QStringList{"a.rlg", "b.rlg", "c.rlg"}));
+        QCOMPARE(ColumnTexts(*list->model(), 2), (QStringList{"2KB", "21KB", "1KB"}));
         const QHeaderView* header = list->header();
         QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
                           QPoint(header->sectionViewportPosition(2) + 5, header->height() / 2));
-        QCOMPARE(Column(list, 0), (QStringList{"c.rlg", "a.rlg", "b.rlg"}));
+        QCOMPARE(ColumnTexts(*list->model()), (QStringList{"c.rlg", "a.rlg", "b.rlg"}));
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
                           list->visualItemRect(list->topLevelItem(1)).center());
-        auto* name = Find<QLineEdit>(dialog.get(), "txtFileName");
+        auto* name = Control<QLineEdit>(*dialog, "txtFileName");
         QCOMPARE(name->text(), QString("a.rlg"));
 
         ChooseCsvType(*dialog);
         QCOMPARE(list->topLevelItemCount(), 0);
         QCOMPARE(name->text(), QString());
-        auto* range = Find<QCheckBox>(dialog.get(), "chkCsv1");
-        QCOMPARE(range->text(), QString("Selection range"));
+        auto* range = Control<QCheckBox>(*dialog, "chkCsv1");
         QVERIFY(range->isEnabled());
         QTest::mouseClick(range, Qt::LeftButton);
         QTest::keyClicks(name, "lap");
@@ -161,24 +141,25 @@ private slots:
         std::filesystem::create_directory(*runs_ / "sub");
         WriteText(*runs_ / "keep.rlg", "x");
         auto dialog = Open(FileDialogMode::LoadLoggingFile);
-        auto* drives = Find<QComboBox>(dialog.get(), "ImcDrv");
+        auto* drives = Control<QComboBox>(*dialog, "ImcDrv");
         QCOMPARE(drives->itemText(0), QString("Desktop"));
         QVERIFY(drives->findText("/") > 0);
-        auto* status = Find<QLabel>(dialog.get(), "lblStatus");
+        auto* status = Control<QLabel>(*dialog, "lblStatus");
         drives->setFocus();
         QTest::keyClick(drives, Qt::Key_Home);
         QCOMPARE(dialog->Folder(), runs_->Path());
         QVERIFY(status->text().contains("no-desktop"));
         QVERIFY(drives->currentIndex() > 0);
 
-        auto* folders = Find<QListWidget>(dialog.get(), "dirCurrent");
+        auto* folders = Control<QListWidget>(*dialog, "dirCurrent");
         const QList<QListWidgetItem*> sub = folders->findItems("sub", Qt::MatchExactly);
         QCOMPARE(sub.size(), 1);
         std::filesystem::remove(*runs_ / "sub");
         emit folders->itemActivated(sub[0]);
         QCOMPARE(dialog->Folder(), runs_->Path());
         QVERIFY(status->text().contains("sub"));
-        QCOMPARE(Column(Find<QTreeWidget>(dialog.get(), "lvwFile"), 0), QStringList{"keep.rlg"});
+        QCOMPARE(ColumnTexts(*Control<QTreeWidget>(*dialog, "lvwFile")->model()),
+                 QStringList{"keep.rlg"});
 
         emit folders->itemActivated(folders->item(0)); // ".."
         QCOMPARE(dialog->Folder(), runs_->Path().parent_path());
@@ -186,14 +167,12 @@ private slots:
 
     // The graph windows' save question runs the modal dialog and passes its CSV options on.
     void SaveOrExportRunsTheModalDialog() {
-        QTimer::singleShot(0, [] {
-            QWidget* modal = QApplication::activeModalWidget();
-            QVERIFY(modal != nullptr);
+        torvane::testing::WhenModalOpens([](QWidget* modal) {
             QCOMPARE(modal->objectName(), QString("frmCom0010"));
             ChooseCsvType(*static_cast<FileDialog*>(modal));
-            QTest::keyClicks(Find<QLineEdit>(modal, "txtFileName"), "lap");
-            QTest::mouseClick(Find<QCheckBox>(modal, "chkCsv0"), Qt::LeftButton);
-            QTest::mouseClick(Find<QPushButton>(modal, "cmdExec"), Qt::LeftButton);
+            QTest::keyClicks(Control<QLineEdit>(*modal, "txtFileName"), "lap");
+            QTest::mouseClick(Control<QCheckBox>(*modal, "chkCsv0"), Qt::LeftButton);
+            QTest::mouseClick(Control(*modal, "cmdExec"), Qt::LeftButton);
         });
         const auto choice = torvane::app::ChooseSaveOrExport(*context_, nullptr, false);
         QVERIFY(choice.has_value());

@@ -116,16 +116,14 @@ private slots:
         QTest::mouseClick(title, Qt::LeftButton);
         QCOMPARE(title->text(), QString(" Time -00h00m10s000"));
 
-        // A right press on the caption opens the View popup without the layout and toolbox
-        // entries, which are back once it closes; on an unmarked row it only marks the row.
+        // A right press on the caption opens the View popup without the layout entries, which are
+        // back once it closes; on an unmarked row it only marks the row.
         bool seen = false;
         QTimer::singleShot(0, [&] {
             auto* popup = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             QVERIFY(popup != nullptr);
             QCOMPARE(popup->objectName(), QString("mnuVisible"));
             QVERIFY(!desk.frame.Action("mnuLaySave")->isVisible());
-            QVERIFY(!desk.frame.Action("mnuToolBox")->isVisible());
-            QVERIFY(desk.frame.Action("mnuScroll")->isVisible());
             seen = true;
             popup->close();
         });
@@ -218,7 +216,6 @@ private slots:
         QCOMPARE(rangeOffered, (std::vector<bool>{false, false}));
         const std::string csv = testing::ReadText(desk.paths.DataDir() / "RUN.csv");
         QVERIFY2(csv.starts_with("Time(s),Ne,TH,VFW,"), csv.substr(0, 80).c_str());
-        QVERIFY(csv.ends_with("\r\n"));
         QCOMPARE(desk.registry.GetLogger(window->Number()), 1);
         QVERIFY(fs::exists(downloaded));
 

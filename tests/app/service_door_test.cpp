@@ -6,7 +6,6 @@
 #include "shell/service_door.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
@@ -19,14 +18,6 @@ namespace {
 
 constexpr Qt::KeyboardModifiers AllThree =
     Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier;
-
-void KeepPicture(const QImage& image, const QString& name) {
-    const QString folder = qEnvironmentVariable("TORVANE_SHOTS");
-    if (!folder.isEmpty()) {
-        QDir().mkpath(folder);
-        image.save(folder + "/" + name + ".png");
-    }
-}
 
 void ReleaseAll(QWindow* window) {
     QTest::keyRelease(window, Qt::Key_Up, AllThree);
@@ -109,7 +100,6 @@ private slots:
         password->clear();
         QTest::keyClicks(password, "zenfieldaudit");
         const QImage picture = dialog.grab().toImage();
-        KeepPicture(picture, "frmTLM0080");
         // The typed letters show as dots in the box, dark on its white.
         const QRect box = password->geometry();
         int dark = 0;
