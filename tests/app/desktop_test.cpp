@@ -6,6 +6,7 @@
 #include "shell/desktop.h"
 #include "support/temp_folder.h"
 
+#include <QDir>
 #include <QtTest>
 
 #include <fstream>
@@ -27,6 +28,10 @@ private slots:
         char* argv[] = {program, first, second, third};
         QCOMPARE(torvane::app::WholeCommandLine(4, argv), QString("/runs/Mugello day 2.rlg"));
         QCOMPARE(torvane::app::WholeCommandLine(1, argv), QString());
+        char relative[] = "./runs/RUN1.rlg";
+        char* fromHere[] = {program, relative};
+        QCOMPARE(torvane::app::WholeCommandLine(2, fromHere),
+                 QDir::current().absoluteFilePath("runs/RUN1.rlg"));
     }
 
     void StartAndShutdownKeepTheFilesAndEmptyTheTemporaryFolder() {

@@ -149,6 +149,21 @@ private slots:
         QCOMPARE(shown.pixelColor(240, 100), BandColor);
     }
 
+    // A window whose picture no longer rebuilds on paint (its layers or place changed) still
+    // follows a new size, also one the picture learns late, as on a restore from minimised.
+    void APictureThatNoLongerRebuildsOnPaintFollowsItsSize() {
+        Window window;
+        QVERIFY(window.view->RedrawGraph(1));
+        window.state.SingleFileState = 0;
+        window.state.Layers.Layer[0].MeasureTime = 20000.0;
+        window.view->resize(Width + 300, Height + 100);
+        const QImage shown = window.Shown();
+        QCOMPARE(shown.pixelColor(800, 50), Black);
+        QCOMPARE(shown.pixelColor(850, TraceRow), TraceColor);
+        QCOMPARE(shown.pixelColor(800, Height + 100 - 21), Black);
+        QCOMPARE(shown.pixelColor(800, Height - 19), Black); // no time band left at the old row
+    }
+
     void HeldScrollingRedrawsFromColumn100() {
         Window window;
         QVERIFY(window.view->RedrawGraph(1));

@@ -226,6 +226,8 @@ private slots:
         QVERIFY(fs::exists(desk.paths.DataDir() / "KEPT.rlg"));
         QCOMPARE(desk.registry.GetLogger(window->Number()), 0);
         QCOMPARE(caption->Caption(), QString("KEPT"));
+        QCOMPARE(window->windowTitle(),
+                 QString::fromStdString((desk.paths.DataDir() / "KEPT.rlg").string()));
         QVERIFY(caption->grab().toImage() != before);
 
         desk.frame.Action("mnuFileClose")->trigger();

@@ -105,6 +105,11 @@ void GraphView::resizeEvent(QResizeEvent* event) {
     // The picture drawn before no longer fits: the paint that follows is not the program's.
     paintRequested_ = false;
     QWidget::resizeEvent(event);
+    // A freshly loaded window rebuilds on that paint; one whose layers or place changed no
+    // longer does, so its picture follows the new size here.
+    if (state_.SingleFileState == 0 && state_.Layers.Layer[0].MeasureTime > 0.0) {
+        RedrawGraph(1);
+    }
 }
 
 } // namespace torvane::app

@@ -111,6 +111,8 @@ void GraphWindow::Save() {
         const WaitCursor hourglass;
         load::SaveMainFile(state_, *choice, context_.Registry, context_.Laf, context_.Sink);
     }
+    // Saved under a new name, the window shows the file its comments now go to.
+    setWindowTitle(QString::fromStdString(state_.Layers.Layer[0].FilePath.string()));
     SyncPanel();
     emit MenusChanged();
 }
@@ -209,14 +211,11 @@ void GraphWindow::resizeEvent(QResizeEvent* event) {
     if (isMinimized()) {
         return;
     }
+    // The picture itself follows its new size in GraphView, which learns it only when its own
+    // resize arrives: later than this one while the window is being restored or maximised.
     ApplyGeometry();
     if (graph::ResizeRebuildsStrip(state_)) {
         ApplyScrollStrip();
-    }
-    // The picture follows the window's new width at once; a window whose layers changed no
-    // longer rebuilds it on paint.
-    if (state_.SingleFileState == 0 && state_.Layers.Layer[0].MeasureTime > 0.0) {
-        RedrawGraph();
     }
 }
 

@@ -124,7 +124,12 @@ void ScrollStripView::MoveBox(std::int32_t left, std::int32_t width) {
 }
 
 void ScrollStripView::paintEvent(QPaintEvent*) {
-    QPainter(this).drawImage(0, 0, picture_);
+    QPainter painter(this);
+    // Between a resize and the rebuild that follows it the picture may be narrower.
+    if (picture_.width() < width() || picture_.height() < height()) {
+        painter.fillRect(rect(), Qt::white);
+    }
+    painter.drawImage(0, 0, picture_);
 }
 
 void ScrollStripView::resizeEvent(QResizeEvent*) {

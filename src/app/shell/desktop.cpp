@@ -6,6 +6,7 @@
 #include "shell/temp_files.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QScreen>
 #include <QStringList>
 
@@ -25,7 +26,10 @@ QString WholeCommandLine(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         words << QString::fromLocal8Bit(argv[i]);
     }
-    return words.join(' ');
+    const QString whole = words.join(' ');
+    return whole.isEmpty() || QDir::isAbsolutePath(whole)
+               ? whole
+               : QDir::cleanPath(QDir::current().absoluteFilePath(whole));
 }
 
 Desktop::Desktop(shell::AppPaths paths)

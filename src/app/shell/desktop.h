@@ -26,6 +26,8 @@ bool ScreenIsLargeEnough(int width, int height, int depth);
 bool ScreenIsLargeEnough(const QScreen& screen);
 
 // argv[1..] joined by blanks: the command line is used whole, as one path that may hold blanks.
+// A relative path is made absolute against the current folder, because a later start hands it
+// to a first program that was started elsewhere, and a save compares paths as written.
 QString WholeCommandLine(int argc, char** argv);
 
 class Desktop : public QObject {

@@ -38,8 +38,7 @@ ScrollStripState ScrollStripOf(const GraphWindowState& state) {
 }
 
 bool ResizeRebuildsStrip(const GraphWindowState& state) {
-    return state.SingleFileState != 0 &&
-           state.Layers.Layer.at(static_cast<std::size_t>(state.ActiveLayer)).ScrollItem >= 0;
+    return state.Layers.Layer.at(static_cast<std::size_t>(state.ActiveLayer)).ScrollItem >= 0;
 }
 
 PanelPressResult PressPanelControl(GraphWindowState& state, PanelControl control,

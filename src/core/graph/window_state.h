@@ -75,8 +75,8 @@ struct ScrollStripState {
 };
 ScrollStripState ScrollStripOf(const GraphWindowState& state);
 
-// After a resize the strip and its box are rebuilt only for a loaded window whose active layer
-// has something to follow.
+// After a resize the strip and its box are rebuilt whenever the active layer has something to
+// follow: the picture follows the window's new width, and the strip keeps in step with it.
 bool ResizeRebuildsStrip(const GraphWindowState& state);
 
 // A control of the item panel: a layer's file caption, or a row by its control index.
