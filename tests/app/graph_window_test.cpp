@@ -268,6 +268,23 @@ private slots:
         QCOMPARE(desk.TempFiles(".tmp"), size_t{0});
     }
 
+    // New windows step down a cascade inside the frame and start again at its corner rather
+    // than open partly out of sight.
+    void NewWindowsOpenInSight() {
+        Desk desk;
+        desk.frame.resize(1000, 700);
+        const fs::path run = desk.Run("RUN.rlg", 20000.0);
+        QList<QPoint> corners;
+        for (int i = 0; i < 10; ++i) {
+            QVERIFY(desk.frame.OpenLoggingWindow(3, run) != nullptr);
+            const QMdiSubWindow* shown = desk.frame.Area()->subWindowList().back();
+            QVERIFY(desk.frame.Area()->viewport()->rect().contains(shown->geometry()));
+            corners << shown->pos();
+        }
+        QCOMPARE(corners[1] - corners[0], QPoint(24, 24));
+        QVERIFY(corners.count(corners[0]) > 1);
+    }
+
     // Only the first dropped path counts, and only an existing logging file opens.
     void ADroppedLoggingFileOpens() {
         Desk desk;

@@ -44,6 +44,21 @@ QString LayoutEntryName(int index) {
     return QString("mnuLayout%1").arg(index);
 }
 
+// A new graph window opens at this size, or smaller where the frame is smaller.
+constexpr QSize NewWindowSize(760, 480);
+// Each further window steps this far down and right of the one before, as a cascade does.
+constexpr int CascadeStep = 24;
+
+// Where the window opened after `openWindows` others stands: it steps down the cascade, and
+// starts again at the corner where a step would put part of it out of sight.
+QRect NewWindowPlace(qsizetype openWindows, QSize area) {
+    const QSize size = NewWindowSize.boundedTo(area).expandedTo(QSize(1, 1));
+    const int room = std::min(area.width() - size.width(), area.height() - size.height());
+    const qsizetype steps = room / CascadeStep + 1;
+    const int step = static_cast<int>(openWindows % steps) * CascadeStep;
+    return {QPoint(step, step), size};
+}
+
 GraphWindow* GraphWindowOf(const QMdiSubWindow* window) {
     return window == nullptr ? nullptr : qobject_cast<GraphWindow*>(window->widget());
 }
@@ -270,8 +285,9 @@ GraphWindow* MainFrame::ShowLoggingFile(const std::filesystem::path& path, bool 
         }
     });
     connect(window, &GraphWindow::LastWindowUnloaded, lapList_, &LapListToggle::Close);
+    const QRect place = NewWindowPlace(area_->subWindowList().size(), area_->viewport()->size());
     QMdiSubWindow* frame = area_->addSubWindow(window);
-    frame->resize(760, 480);
+    frame->setGeometry(place);
     frame->show();
     const bool loaded = window->LoadLoggingFile(path);
     if (!loaded) {
