@@ -103,7 +103,10 @@ void FileDialog::BuildControls() {
     dirCurrent_->setFixedWidth(150);
     connect(dirCurrent_, &QListWidget::itemActivated, this, [this](QListWidgetItem* item) {
         const QString name = item->text();
-        MoveTo(name == ParentFolder ? folder_.parent_path() : folder_ / name.toStdString());
+        // Up out of a mounted volume, or down into one, the volume box follows.
+        if (MoveTo(name == ParentFolder ? folder_.parent_path() : folder_ / name.toStdString())) {
+            SelectDriveOf(folder_);
+        }
     });
 
     lvwFile_ = new QTreeWidget(this);
