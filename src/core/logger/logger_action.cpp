@@ -28,40 +28,6 @@ StateCheck CheckState(LoggerLink& link, const ActionOptions& options) {
     }
 }
 
-// Everything between opening and closing; returns the result that the close deals with.
-std::int32_t RunOpenLink(LoggerLink& link, const ActionOptions& options, const LoggerAction& action,
-                         bool& done) {
-    if (const std::int32_t result = GetLoggerStatus(link); result != 0) {
-        return result;
-    }
-    ActionContext context{link, false, link.status.bytFlags};
-    const StateCheck check = CheckState(link, options);
-    if (check == StateCheck::End) {
-        return results::Ok;
-    }
-    if (check == StateCheck::Stop || options.alwaysStopAcquisition) {
-        if (const std::int32_t result = ControlLogging(link, 1); result != 0) {
-            return result;
-        }
-        context.acquisitionStopped = true;
-    }
-    if (options.waitUntilReady) {
-        if (const std::int32_t result = WaitLoggerReady(link); result != 0) {
-            return result;
-        }
-    }
-    if (const std::int32_t result = action(context); result != 0) {
-        return result;
-    }
-    if (options.giveBackAcquisition && context.acquisitionStopped) {
-        if (const std::int32_t result = GiveBackAcquisition(link); result != 0) {
-            return result;
-        }
-    }
-    done = true;
-    return results::Ok;
-}
-
 } // namespace
 
 bool AskToStopAcquisition(shell::MessageSink& sink) {
@@ -79,14 +45,61 @@ std::int32_t GiveBackAcquisition(LoggerLink& link) {
 
 ActionResult RunLoggerAction(LoggerLink& link, const ActionOptions& options,
                              const LoggerAction& action) {
-    link.status = TlmStatus{};
-    ActionResult outcome;
-    outcome.result = OpenLogger(link, options.quiet);
-    if (outcome.result == 0) {
-        outcome.result = RunOpenLink(link, options, action, outcome.done);
+    LoggerActionFrame frame(link, options);
+    if (!frame.Begin()) {
+        return frame.Result();
     }
-    FinishLink(link, outcome.result);
-    return outcome;
+    return frame.End(action(frame.Context()));
+}
+
+bool LoggerActionFrame::Begin() {
+    link_.status = TlmStatus{};
+    result_ = ActionResult{};
+    prepared_ = false;
+    result_.result = OpenLogger(link_, options_.quiet);
+    if (result_.result == 0) {
+        result_.result = PrepareLogger();
+        if (result_.result == 0 && prepared_) {
+            return true;
+        }
+    }
+    FinishLink(link_, result_.result);
+    return false;
+}
+
+std::int32_t LoggerActionFrame::PrepareLogger() {
+    if (const std::int32_t result = GetLoggerStatus(link_); result != 0) {
+        return result;
+    }
+    context_.acquisitionStopped = false;
+    context_.flagsAtStart = link_.status.bytFlags;
+    const StateCheck check = CheckState(link_, options_);
+    if (check == StateCheck::End) {
+        return results::Ok;
+    }
+    if (check == StateCheck::Stop || options_.alwaysStopAcquisition) {
+        if (const std::int32_t result = ControlLogging(link_, 1); result != 0) {
+            return result;
+        }
+        context_.acquisitionStopped = true;
+    }
+    if (options_.waitUntilReady) {
+        if (const std::int32_t result = WaitLoggerReady(link_); result != 0) {
+            return result;
+        }
+    }
+    prepared_ = true;
+    return results::Ok;
+}
+
+const ActionResult& LoggerActionFrame::End(std::int32_t actionResult) {
+    result_.result = actionResult;
+    if (result_.result == 0 && options_.giveBackAcquisition && context_.acquisitionStopped) {
+        result_.result = GiveBackAcquisition(link_);
+    }
+    result_.done = result_.result == 0;
+    FinishLink(link_, result_.result);
+    return result_;
 }
 
 } // namespace torvane::logger

@@ -58,6 +58,35 @@ struct ActionResult {
 ActionResult RunLoggerAction(LoggerLink& link, const ActionOptions& options,
                              const LoggerAction& action);
 
+// RunLoggerAction in two halves, for an action that runs as steps between them (a download
+// driven by a window's timer): Begin does everything before the action, End everything after.
+class LoggerActionFrame {
+public:
+    LoggerActionFrame(LoggerLink& link, const ActionOptions& options)
+        : link_(link)
+        , options_(options)
+        , context_{link, false, 0} {}
+
+    // Opens a fresh link and readies the logger. False when the action is not to run: the link
+    // has then been closed and Result() says why.
+    bool Begin();
+    // Valid after a Begin that returned true.
+    ActionContext& Context() { return context_; }
+    // Takes the action's result (0, or one that ends the link), gives acquisition back if the
+    // options say so, and closes the link.
+    const ActionResult& End(std::int32_t actionResult);
+    const ActionResult& Result() const { return result_; }
+
+private:
+    std::int32_t PrepareLogger();
+
+    LoggerLink& link_;
+    ActionOptions options_;
+    ActionContext context_;
+    ActionResult result_;
+    bool prepared_ = false;
+};
+
 // "Logger is acquiring data. May I stop operation?" True when the operator says Yes.
 bool AskToStopAcquisition(shell::MessageSink& sink);
 
