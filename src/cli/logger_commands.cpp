@@ -157,14 +157,10 @@ int Download(LoggerLink& link, int number, const std::filesystem::path& output) 
         TerminalProgress progress(entry->lngSize);
         outcome = logger::DownloadFile(link, *entry, output, progress);
     }
+    if (!outcome.ok || outcome.stopped) {
+        return 1;
+    }
     std::error_code ignored;
-    if (!outcome.ok) {
-        std::filesystem::remove(output, ignored);
-        return 1;
-    }
-    if (outcome.stopped) {
-        return 1;
-    }
     if (!std::filesystem::exists(output, ignored)) {
         return Fail("The logger wrote no file: " + output.string());
     }

@@ -143,6 +143,10 @@ private slots:
             }
         };
         Click(Control(dialog, "cmdOk"));
+        // The blocks move from the dialog's timer, after the click has returned.
+        QVERIFY(dialog.Busy());
+        QCOMPARE(desk.driver.blocks, 0);
+        QTRY_VERIFY(!dialog.Busy());
 
         QCOMPARE(desk.sink.Texts(), std::vector<std::string>{kAsk});
         QCOMPARE(desk.sink.messages[0].buttons, shell::buttons::OkCancel);
@@ -170,6 +174,7 @@ private slots:
             }
         };
         Click(Control(dialog, "cmdOk"));
+        QTRY_VERIFY(!dialog.Busy());
 
         QCOMPARE(desk.sink.Texts(),
                  (std::vector<std::string>{kAsk, "USB device error. Error code =  1001"}));
@@ -185,9 +190,41 @@ private slots:
 
         desk.driver.ScriptTransfer(3, 1000);
         Click(Control(dialog, "cmdOk"));
-        QVERIFY(!dialog.isVisible());
+        QTRY_VERIFY(!dialog.isVisible());
         QVERIFY(!dialog.Result().cancelled);
         QCOMPARE(dialog.Result().file, desk.temp / "LGGR0001.rlg");
+    }
+
+    // The stop button pressed while blocks move is asked about before the next block: No goes
+    // on, Yes keeps what came and closes with nothing to open.
+    void CancelAsksBeforeTheNextBlockAndYesKeepsThePartialFile() {
+        Desk desk({{2, 0, 60, 5000}});
+        desk.driver.ScriptTransfer(5, 1000);
+        DownloadDialog& dialog = desk.Open();
+        desk.driver.afterBlock = [&](int block) {
+            if (block == 0) {
+                torvane::testing::WriteText(desk.driver.startedFile, "partial");
+            }
+            if (block == 1) {
+                // Answered No: the stop button is back and OK is not.
+                QVERIFY(Control(dialog, "cmdCancel")->isEnabled());
+                QVERIFY(!Control(dialog, "cmdOk")->isEnabled());
+            }
+            if (block == 0 || block == 2) {
+                Click(Control(dialog, "cmdCancel"));
+                QVERIFY(!Control(dialog, "cmdCancel")->isEnabled());
+                QVERIFY(Control(dialog, "cmdOk")->isEnabled());
+            }
+        };
+        desk.sink.answers = {shell::answers::Ok, shell::answers::No, shell::answers::Yes};
+        Click(Control(dialog, "cmdOk"));
+        QTRY_VERIFY(!dialog.isVisible());
+
+        const char* stop = "Do you stop downloading? ";
+        QCOMPARE(desk.sink.Texts(), (std::vector<std::string>{kAsk, stop, stop}));
+        QCOMPARE(desk.driver.blocks, 3);
+        QVERIFY(dialog.Result().cancelled);
+        QCOMPARE(desk.temp.FileNames(), (std::vector<std::string>{"LGGR0001.rlg"}));
     }
 };
 

@@ -5,10 +5,12 @@
 #include "logger/clear_logger.h"
 #include "logger/download.h"
 #include "logger/file_list.h"
+#include "support/temp_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <cstring>
+#include <filesystem>
 
 namespace torvane::logger {
 namespace {
@@ -17,21 +19,12 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using testing::ScriptedLink;
 
-// Records progress; asks to stop on the given pass of the read loop (counting from 1).
 class ProbeObserver : public DownloadObserver {
 public:
-    void LetEventsIn() override {
-        ++passes;
-        if (passes == stopOnPass) {
-            RequestStop();
-        }
-    }
     void KeepAwake() override { ++awakeCalls; }
     void Progress(std::int64_t bytesSoFar) override { progress.push_back(bytesSoFar); }
     void StopAnswered(bool stopping) override { stopAnswers.push_back(stopping); }
 
-    int stopOnPass = 0;
-    int passes = 0;
     int awakeCalls = 0;
     std::vector<std::int64_t> progress;
     std::vector<bool> stopAnswers;
@@ -39,26 +32,46 @@ public:
 
 class DownloadTest : public ::testing::Test, protected ScriptedLink {
 protected:
-    DownloadOutcome Download() { return DownloadFile(link, entry, "/tmp/LGGR0001.rlg", observer); }
+    // Runs a download step by step, as a window's timer does; the operator asks to stop between
+    // steps, before step `stopBefore` (from 1).
+    static DownloadOutcome Stepped(ScriptedLink& on, ProbeObserver& watching,
+                                   const std::filesystem::path& file, int stopBefore = 0) {
+        Download download(on.link, watching);
+        bool more = download.Start(entry, file);
+        for (int step = 1; more; ++step) {
+            if (step == stopBefore) {
+                download.RequestStop();
+            }
+            more = download.Step();
+        }
+        EXPECT_TRUE(download.Finished());
+        EXPECT_FALSE(download.Step()) << "a finished download takes no more steps";
+        return download.Outcome();
+    }
+    DownloadOutcome Downloaded(int stopBefore = 0) {
+        return Stepped(*this, observer, File(), stopBefore);
+    }
+    std::filesystem::path File() const { return temp / "LGGR0001.rlg"; }
 
     static void ScriptThreeBlocks(ScriptedDriver& scripted) {
         scripted.Script(Call::GetTheLogFile_reading,
                         {{.blockSize = 100}, {.blockSize = 200}, {.result = 1, .blockSize = 50}});
     }
 
-    TlmDownloadEntry entry{5, 0, 60, 350};
+    static constexpr TlmDownloadEntry entry{5, 0, 60, 350};
+    torvane::testing::TempFolder temp;
     ProbeObserver observer;
 };
 
 TEST_F(DownloadTest, ACleanDownloadStopsAcquisitionReadsEveryBlockAndGivesItBack) {
     ScriptThreeBlocks(driver);
-    const DownloadOutcome outcome = Download();
+    const DownloadOutcome outcome = DownloadFile(link, entry, File(), observer);
     EXPECT_TRUE(outcome.ok);
     EXPECT_EQ(outcome.bytes, 350);
     EXPECT_THAT(observer.progress, ElementsAre(100, 300, 350));
     EXPECT_EQ(observer.awakeCalls, 3);
     EXPECT_THAT(sink.Texts(), IsEmpty());
-    EXPECT_EQ(driver.startedFile, "/tmp/LGGR0001.rlg");
+    EXPECT_EQ(driver.startedFile, File());
     EXPECT_THAT(driver.Sequence(),
                 ElementsAre(Call::Open, Call::GetStatus, Call::LoggingControl, Call::GetStatus,
                             Call::GetTheLogFile_start, Call::GetTheLogFile_reading,
@@ -68,11 +81,29 @@ TEST_F(DownloadTest, ACleanDownloadStopsAcquisitionReadsEveryBlockAndGivesItBack
     EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
 }
 
+// Each step moves one block and nothing else; the link is closed only by the last.
+TEST_F(DownloadTest, StepsMoveOneBlockEachAndTheLastEndsTheLink) {
+    ScriptThreeBlocks(driver);
+    Download download(link, observer);
+    ASSERT_TRUE(download.Start(entry, File()));
+    EXPECT_EQ(driver.Sequence().back(), Call::GetTheLogFile_start);
+    for (int block = 1; block <= 2; ++block) {
+        EXPECT_TRUE(download.Step());
+        EXPECT_EQ(driver.CountOf(Call::GetTheLogFile_reading), block);
+        EXPECT_EQ(driver.Sequence().back(), Call::GetTheLogFile_reading);
+        EXPECT_FALSE(download.Finished());
+    }
+    EXPECT_FALSE(download.Step());
+    EXPECT_TRUE(download.Finished());
+    EXPECT_EQ(driver.Sequence().back(), Call::Close);
+    EXPECT_TRUE(download.Outcome().ok);
+}
+
 // An acquiring logger is asked about as for any logger action (LinkTest).
 TEST_F(DownloadTest, AFlaggedLoggerIsGivenBackAfterACompleteDownload) {
     driver.flags = TLM_FLAG_DOWNLOAD;
     driver.Script(Call::GetTheLogFile_reading, {{.result = 1, .blockSize = 350}});
-    EXPECT_TRUE(Download().ok);
+    EXPECT_TRUE(Downloaded().ok);
     EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1, 0));
 }
 
@@ -89,23 +120,25 @@ TEST_F(DownloadTest, RefusedStartsAndFailedEndsAreToldByTheirCode) {
     for (const auto& [call, code, shown] : cases) {
         ScriptedLink fresh;
         fresh.driver.Script(call, {{.result = code}});
-        EXPECT_FALSE(DownloadFile(fresh.link, entry, "x.rlg", observer).ok) << code;
+        torvane::testing::WriteText(File(), "what the logger sent");
+        EXPECT_FALSE(Stepped(fresh, observer, File()).ok) << code;
         EXPECT_THAT(fresh.sink.Texts(),
                     ElementsAre("It failed in download. Error code = " + shown));
+        EXPECT_FALSE(std::filesystem::exists(File())) << code;
         // A refused start still ends the transfer and gives the logger back.
         EXPECT_EQ(fresh.driver.CountOf(Call::GetTheLogFile_end), 1);
         EXPECT_THAT(fresh.driver.LoggingControlValues(), ElementsAre(1, 0));
     }
     // -3 at the end is a success.
     driver.Script(Call::GetTheLogFile_end, {{.result = TLM_ERR_TIMEOUT}});
-    EXPECT_TRUE(Download().ok);
+    EXPECT_TRUE(Downloaded().ok);
     EXPECT_THAT(sink.Texts(), IsEmpty());
 }
 
 // A sense at the start ends the transfer as a success; file-not-found while reading fails.
 TEST_F(DownloadTest, ASenseAtTheStartSucceedsAndFileNotFoundWhileReadingFails) {
     driver.Script(Call::GetTheLogFile_start, {{.sense = 18}});
-    EXPECT_TRUE(Download().ok);
+    EXPECT_TRUE(Downloaded().ok);
     EXPECT_THAT(sink.Texts(), ElementsAre("Sence code error. Error code = 018"));
     EXPECT_EQ(driver.CountOf(Call::GetTheLogFile_reading), 0);
     EXPECT_EQ(driver.CountOf(Call::GetTheLogFile_end), 1);
@@ -113,45 +146,75 @@ TEST_F(DownloadTest, ASenseAtTheStartSucceedsAndFileNotFoundWhileReadingFails) {
     ScriptedLink lost;
     lost.driver.Script(Call::GetTheLogFile_reading,
                        {{.blockSize = 100}, {.sense = TLM_SENSE_FILE_NOT_FOUND}});
-    EXPECT_FALSE(DownloadFile(lost.link, entry, "x.rlg", observer).ok);
+    EXPECT_FALSE(Stepped(lost, observer, File()).ok);
     EXPECT_THAT(observer.progress, ElementsAre(100));
     EXPECT_THAT(lost.sink.Texts(), ElementsAre("File not found."));
     EXPECT_EQ(lost.driver.CountOf(Call::GetTheLogFile_end), 1);
 }
 
-TEST_F(DownloadTest, ALinkLostWhileReadingIsReportedAndTheLinkStaysOpenForTheEnd) {
+// The link drops after a block has been written: the same message as ever, and the half file
+// goes.
+TEST_F(DownloadTest, ALinkLostBetweenStepsIsReportedAndLeavesNoHalfFile) {
+    driver.Script(Call::GetTheLogFile_reading, {{.blockSize = 100}});
     driver.ScriptRepeated(Call::GetTheLogFile_reading, {.result = TLM_ERR_PROTOCOL}, 1);
     // The end's -1 is kept back: the failure before it has been told.
     driver.Script(Call::GetTheLogFile_end, {{.result = -1}});
-    EXPECT_FALSE(Download().ok);
+    Download download(link, observer);
+    ASSERT_TRUE(download.Start(entry, File()));
+    ASSERT_TRUE(download.Step());
+    torvane::testing::WriteText(File(), "the first block");
+    EXPECT_FALSE(download.Step());
+    EXPECT_FALSE(download.Outcome().ok);
+    EXPECT_EQ(download.Outcome().bytes, 100);
+    EXPECT_FALSE(std::filesystem::exists(File()));
     EXPECT_THAT(sink.Texts(), ElementsAre("USB device error. Error code =  1004"));
     EXPECT_EQ(driver.CountOf(Call::Close), 1);
     EXPECT_EQ(driver.Sequence().back(), Call::Close);
 }
 
-TEST_F(DownloadTest, StopAnsweredNoGoesOnYesEndsWithoutFailureAndEarlyGivesUp) {
+TEST_F(DownloadTest, StopAnsweredNoGoesOnYesEndsWithoutFailureAndKeepsTheFile) {
     ScriptThreeBlocks(driver);
-    observer.stopOnPass = 2;
     sink.answers = {shell::answers::No};
-    const DownloadOutcome goesOn = Download();
+    const DownloadOutcome goesOn = Downloaded(2);
     EXPECT_TRUE(goesOn.ok);
     EXPECT_FALSE(goesOn.stopped);
     EXPECT_THAT(observer.stopAnswers, ElementsAre(false));
     EXPECT_THAT(observer.progress, ElementsAre(100, 300, 350));
-    EXPECT_THAT(sink.Texts(), ElementsAre("Do you stop downloading? "));
+    EXPECT_THAT(sink.Texts(), ElementsAre("Do you stop downloading? ")) << "asked once only";
     EXPECT_EQ(sink.messages[0].buttons, shell::buttons::YesNo);
 
     ScriptedLink fresh;
     ScriptThreeBlocks(fresh.driver);
     fresh.sink.answers = {shell::answers::Yes};
+    torvane::testing::WriteText(File(), "the first block");
     ProbeObserver stopping;
-    stopping.stopOnPass = 2;
-    const DownloadOutcome stopped = DownloadFile(fresh.link, entry, "x.rlg", stopping);
+    const DownloadOutcome stopped = Stepped(fresh, stopping, File(), 2);
     EXPECT_TRUE(stopped.ok);
     EXPECT_TRUE(stopped.stopped);
     EXPECT_EQ(stopped.bytes, 100);
+    EXPECT_TRUE(std::filesystem::exists(File())) << "what was written stays";
+    EXPECT_EQ(fresh.driver.CountOf(Call::GetTheLogFile_reading), 1);
     EXPECT_EQ(fresh.driver.CountOf(Call::GetTheLogFile_end), 1);
     EXPECT_THAT(fresh.driver.LoggingControlValues(), ElementsAre(1, 0)) << "not flagged";
+}
+
+// A flagged logger stays stopped after a stop; a stop asked before the start opens no link.
+TEST_F(DownloadTest, AStoppedFlaggedLoggerStaysStoppedAndAnEarlyStopGivesUp) {
+    driver.flags = TLM_FLAG_DOWNLOAD;
+    ScriptThreeBlocks(driver);
+    sink.answers = {shell::answers::Yes};
+    EXPECT_TRUE(Downloaded(1).stopped);
+    EXPECT_EQ(driver.CountOf(Call::GetTheLogFile_reading), 0);
+    EXPECT_THAT(driver.LoggingControlValues(), ElementsAre(1));
+    EXPECT_EQ(driver.Sequence().back(), Call::Close);
+
+    ScriptedLink fresh;
+    Download early(fresh.link, observer);
+    early.RequestStop();
+    EXPECT_FALSE(early.Start(entry, File()));
+    EXPECT_TRUE(early.Finished());
+    EXPECT_FALSE(early.Outcome().ok);
+    EXPECT_THAT(fresh.driver.calls, IsEmpty());
 }
 
 // The file list

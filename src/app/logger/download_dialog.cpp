@@ -1,8 +1,8 @@
 #include "logger/download_dialog.h"
 
 #include "logger/clear_logger.h"
+#include "shell/step_timer.h"
 
-#include <QCoreApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <array>
-#include <system_error>
 
 namespace torvane::app {
 namespace {
@@ -41,14 +40,12 @@ QString ByteCount(std::int64_t bytes) {
 
 } // namespace
 
-// Watches the running download for the dialog: lets the operator's events in once per block
-// and moves the progress bar.
+// Watches the running download for the dialog: moves the progress bar and the buttons.
 class DownloadDialog::Watcher : public logger::DownloadObserver {
 public:
     explicit Watcher(DownloadDialog& dialog)
         : dialog_(dialog) {}
 
-    void LetEventsIn() override { QCoreApplication::processEvents(); }
     void Progress(std::int64_t bytesSoFar) override { dialog_.ShowProgress(bytesSoFar); }
     void StopAnswered(bool stopping) override { dialog_.StopAnswered(stopping); }
 
@@ -56,15 +53,30 @@ private:
     DownloadDialog& dialog_;
 };
 
+struct DownloadDialog::Running {
+    Running(DownloadDialog& dialog, std::filesystem::path target)
+        : link(dialog.driver_, dialog.sink_)
+        , watcher(dialog)
+        , download(link, watcher)
+        , file(std::move(target)) {}
+
+    logger::LoggerLink link;
+    Watcher watcher;
+    logger::Download download;
+    std::filesystem::path file;
+};
+
 DownloadDialog::DownloadDialog(logger::Driver& driver, shell::MessageSink& sink,
                                DownloadRequest request, QWidget* parent)
     : QDialog(parent)
     , driver_(driver)
     , sink_(sink)
-    , request_(std::move(request)) {
+    , request_(std::move(request))
+    , steps_(new StepTimer(this)) {
     setObjectName("frmTLM0015");
     setWindowTitle("LoggerData");
     BuildControls();
+    connect(steps_, &StepTimer::Finished, this, &DownloadDialog::DownloadEnded);
 
     logger::LoggerLink link(driver_, sink_);
     auto list = logger::ReadLoggerFileList(link);
@@ -226,20 +238,24 @@ void DownloadDialog::StartDownload() {
     const TlmDownloadEntry& entry = *chosen;
     downloadSize_ = entry.lngSize;
     lblAllData_->setText(ByteCount(entry.lngSize));
-    const std::filesystem::path file = logger::NextLoggerFileName(request_.tempDir);
 
     cmdCancel_->setFocus();
     SetIdleControlsEnabled(false);
     busy_ = true;
-    watcher_ = std::make_unique<Watcher>(*this);
-    logger::LoggerLink link(driver_, sink_);
-    const logger::DownloadOutcome outcome = logger::DownloadFile(link, entry, file, *watcher_);
-    watcher_.reset();
-    busy_ = false;
+    running_ = std::make_unique<Running>(*this, logger::NextLoggerFileName(request_.tempDir));
+    if (running_->download.Start(entry, running_->file)) {
+        steps_->Run(running_->download);
+    } else {
+        DownloadEnded();
+    }
+}
 
+void DownloadDialog::DownloadEnded() {
+    const logger::DownloadOutcome outcome = running_->download.Outcome();
+    const std::filesystem::path file = running_->file;
+    running_.reset();
+    busy_ = false;
     if (!outcome.ok) {
-        std::error_code ignored;
-        std::filesystem::remove(file, ignored);
         DownloadFailed();
         return;
     }
@@ -275,8 +291,10 @@ void DownloadDialog::CancelPressed() {
         reject();
         return;
     }
-    // The read loop asks whether to stop on its next pass.
-    watcher_->RequestStop();
+    if (running_ == nullptr) {
+        return;
+    }
+    running_->download.RequestStop();
     cmdOk_->setEnabled(true);
     cmdOk_->setFocus();
     cmdCancel_->setEnabled(false);

@@ -2,9 +2,9 @@
 // The logger's file list and the download of one file into the temporary folder (frmTLM0015,
 // "LoggerData"). The list is read over one link when the dialog is made; a dialog whose list
 // could not be read, or whose logger holds no file, closes again at once (the operator has been
-// told). A download runs on the interface thread and lets events in once per block, so that the
-// cancel button can ask for a stop; while it runs nothing else of the dialog answers and the
-// dialog cannot be closed. The logger's memory can be cleared from here too.
+// told). A download runs on the interface thread one block a step from a timer, so that the
+// cancel button can ask for a stop between blocks; while it runs nothing else of the dialog
+// answers and the dialog cannot be closed. The logger's memory can be cleared from here too.
 
 #include "logger/download.h"
 #include "logger/driver.h"
@@ -23,6 +23,8 @@ class QPushButton;
 class QTreeWidget;
 
 namespace torvane::app {
+
+class StepTimer;
 
 struct DownloadRequest {
     // Where the downloaded file is written, as LGGRnnnn.rlg.
@@ -64,10 +66,12 @@ protected:
 
 private:
     class Watcher;
+    struct Running;
 
     void BuildControls();
     void FillList();
     void StartDownload();
+    void DownloadEnded();
     void CancelPressed();
     void ClearPressed();
     void DownloadFailed();
@@ -82,8 +86,9 @@ private:
     logger::LoggerFileList list_;
     bool loaded_ = false;
     bool busy_ = false;
-    // The running download's watcher, which carries the operator's stop request.
-    std::unique_ptr<Watcher> watcher_;
+    // The running download, its link and its watcher; stepped by steps_.
+    std::unique_ptr<Running> running_;
+    StepTimer* steps_;
     std::int32_t downloadSize_ = 0;
 
     QTreeWidget* lvwFile_;

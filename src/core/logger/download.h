@@ -1,22 +1,21 @@
 #pragma once
 // Downloading one logging file from the logger, block by block, over one link.
 
+#include "logger/logger_action.h"
 #include "logger/logger_link.h"
+#include "shell/stepped_activity.h"
 
 #include <cstdint>
 #include <filesystem>
+#include <string_view>
 
 namespace torvane::logger {
 
-// The window that watches a download. The read loop calls it once per block; the operator's
-// stop request is a flag that the window sets (from its cancel button, while the loop lets
-// events in), and the loop asks "Do you stop downloading?" before it stops.
+// The window that watches a download: told after each block and after the stop question.
 class DownloadObserver {
 public:
     virtual ~DownloadObserver() = default;
 
-    // Lets the operator's events run, so that a stop can be requested.
-    virtual void LetEventsIn() {}
     // Keeps the machine and the display awake during a long transfer.
     virtual void KeepAwake() {}
     // The bytes taken so far, after each block.
@@ -24,13 +23,6 @@ public:
     // The operator answered the stop question: stopping, or going on (the request has then
     // been withdrawn).
     virtual void StopAnswered(bool /*stopping*/) {}
-
-    void RequestStop() { stopRequested_ = true; }
-    void WithdrawStop() { stopRequested_ = false; }
-    bool StopRequested() const { return stopRequested_; }
-
-private:
-    bool stopRequested_ = false;
 };
 
 struct DownloadOutcome {
@@ -42,10 +34,55 @@ struct DownloadOutcome {
     std::int64_t bytes = 0;
 };
 
-// Downloads the logger's file `entry` to `file` over one link: acquisition is stopped for the
-// transfer and given back afterwards, except that a stopped download of a logger whose download
-// flag was set at the start leaves it stopped. Every failure is told to the operator. A stop
-// already requested before the start gives up at once.
+// Downloads the logger's file `entry` to `file` over one link, one block a step: acquisition is
+// stopped for the transfer and given back afterwards, except that a stopped download of a logger
+// whose download flag was set at the start leaves it stopped. Every failure is told to the
+// operator, and a download that is not ok removes `file`, so no half file stays behind.
+class Download : public shell::SteppedActivity {
+public:
+    Download(LoggerLink& link, DownloadObserver& observer)
+        : link_(link)
+        , observer_(observer)
+        , action_(link, {.alwaysStopAcquisition = true, .giveBackAcquisition = false}) {}
+
+    // Opens the link, readies the logger and starts the transfer. False when no block is to be
+    // read: the download has then finished. A stop requested before the start gives up at once.
+    bool Start(const TlmDownloadEntry& entry, const std::filesystem::path& file);
+    // One block, or the stop question when a stop was requested since the last step. False once
+    // the download has finished: the transfer ended and the link closed.
+    bool Step() override;
+
+    // The next step asks "Do you stop downloading?" before it reads.
+    void RequestStop() { stopRequested_ = true; }
+    bool Finished() const { return finished_; }
+    // Final once Finished.
+    DownloadOutcome Outcome() const;
+
+private:
+    std::int32_t StartTransfer(const TlmDownloadEntry& entry);
+    bool OperatorStops();
+    void EndTransfer();
+    // Ends the transfer, gives the logger back and closes the link.
+    void Finish();
+    void Conclude();
+    void ShowFailed(std::string_view code);
+    void CountIfFailed(std::int32_t result);
+
+    LoggerLink& link_;
+    DownloadObserver& observer_;
+    LoggerActionFrame action_;
+    std::filesystem::path file_;
+    TlmTransferBlock block_{};
+    bool stopRequested_ = false;
+    bool reading_ = false;
+    bool stopped_ = false;
+    bool finished_ = false;
+    bool reachedEnd_ = false;
+    int failures_ = 0;
+    std::int64_t bytes_ = 0;
+};
+
+// Runs a whole download in a plain loop, for callers that have no events to take between blocks.
 DownloadOutcome DownloadFile(LoggerLink& link, const TlmDownloadEntry& entry,
                              const std::filesystem::path& file, DownloadObserver& observer);
 
