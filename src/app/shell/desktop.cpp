@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QScreen>
 #include <QStringList>
+#include <QTimer>
 
 namespace torvane::app {
 
@@ -82,8 +83,9 @@ void Desktop::Start(const QString& commandLine) {
     }
     OpenPath(commandLine);
     frame_.ShowToolBox();
-    QApplication::processEvents();
-    frame_.activateWindow();
+    // Once the event loop has shown the frame and the toolbox, so that the frame ends up the
+    // active window rather than the toolbox shown after it.
+    QTimer::singleShot(0, &frame_, [frame = &frame_] { frame->activateWindow(); });
 }
 
 void Desktop::Shutdown() {

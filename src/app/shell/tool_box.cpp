@@ -1,7 +1,6 @@
 #include "shell/tool_box.h"
 
 #include <QButtonGroup>
-#include <QCoreApplication>
 #include <QFrame>
 #include <QGridLayout>
 #include <QToolButton>
@@ -54,15 +53,18 @@ ToolBox::ToolBox(ToolSettings& settings, QWidget* owner)
         layout->addWidget(button, 5, index);
     }
 
-    connect(modes, &QButtonGroup::idClicked, this, [this](int index) {
+    // Queued: the pressed button finishes its click and shows its new state before the focus
+    // goes back to the graph window.
+    const auto announce = [this] {
+        QMetaObject::invokeMethod(this, &ToolBox::SettingsChanged, Qt::QueuedConnection);
+    };
+    connect(modes, &QButtonGroup::idClicked, this, [this, announce](int index) {
         settings_.ToolMode = index;
-        QCoreApplication::processEvents();
-        emit SettingsChanged();
+        announce();
     });
-    connect(links, &QButtonGroup::idClicked, this, [this](int index) {
+    connect(links, &QButtonGroup::idClicked, this, [this, announce](int index) {
         settings_.LinkLayers = index;
-        QCoreApplication::processEvents();
-        emit SettingsChanged();
+        announce();
     });
     setFixedSize(sizeHint());
 }
