@@ -46,7 +46,8 @@ struct ToolWindow {
     }
     QString Title() const { return window->findChild<QLabel*>("lblTm")->text(); }
     void Tool(int mode) { desk.frame.Tools().ToolMode = mode; }
-    // A point of the graph with (or without) a trace colour within the hit test's reach.
+    // A point of the graph where the hit test's scan meets (or does not meet) a colour of its
+    // table: a trace's, the grid's or the cursor's.
     QPoint PointNearTrace(bool near) const {
         auto* picture = dynamic_cast<app::GraphPicture*>(graph);
         const graph::PixelReader pixels = [picture](int x, int y) {

@@ -332,5 +332,49 @@ TEST_F(HitTest, TheColourNearTheMouseNamesItsRowAndTracesTellRowsOfOneColourApar
     EXPECT_EQ(asked.at(0), std::make_tuple(0, 100, 20, 5000.0));
 }
 
+// The scan stops at the first pixel of any shown colour, the greys of the grid and the cursor's
+// colour included. No colour index names those, so they give red and the press goes to the red
+// rows (Ne and TH here), even with another trace within reach.
+TEST_F(HitTest, AGridOrCursorPixelMetBeforeATraceCountsAsRed) {
+    // VFW's colour at (250, 205), and a column of `other` such as a half grid line.
+    const auto picture = [](std::uint32_t other, int column) -> PixelReader {
+        return [=](int x, int y) {
+            if (x == 250 && y == 205) {
+                return shell::ColorValue(3);
+            }
+            return x == column ? other : 0xFFFFFFu;
+        };
+    };
+    // TH's trace comes near the mouse, Ne's does not.
+    const TraceExtent extent = [](int, int position, std::int32_t, std::int32_t, double) {
+        return std::optional<TraceRows>(position == 0 ? TraceRows{100, 120} : TraceRows{200, 210});
+    };
+    for (const std::uint32_t other : {0xC0C0C0u, 0x808080u, 0xFF8000u}) {
+        SCOPED_TRACE(other);
+        // Columns are scanned from the left: column 245 is met before the trace's 250.
+        EXPECT_EQ(ColorAtPoint(250, 205, picture(other, 245), DisplayedColors()),
+                  shell::ColorValue(1));
+        const auto hit =
+            HitTestItem(state, 250, 205, picture(other, 245), DisplayedColors(), extent);
+        ASSERT_TRUE(hit);
+        EXPECT_EQ(hit->Position, 1);
+        const auto behind =
+            HitTestItem(state, 250, 205, picture(other, 255), DisplayedColors(), extent);
+        ASSERT_TRUE(behind);
+        EXPECT_EQ(behind->Position, 2);
+    }
+    // The range band's colour is in no entry, so the scan passes over it.
+    EXPECT_EQ(ColorAtPoint(250, 205, picture(0xFFFFBF, 245), DisplayedColors()),
+              shell::ColorValue(3));
+
+    // Without a red row, a press that meets the grid first hits nothing.
+    for (ItemRow& row : state.Panel.Rows()) {
+        if (row.LineColor == shell::ColorValue(1)) {
+            row.LineColor = shell::ColorValue(5);
+        }
+    }
+    EXPECT_FALSE(HitTestItem(state, 250, 205, picture(0xC0C0C0, 245), DisplayedColors(), extent));
+}
+
 } // namespace
 } // namespace torvane::graph

@@ -13,6 +13,11 @@ namespace torvane::graph {
 namespace {
 
 constexpr int ColorIndexCount = 14;
+// After the trace colours come two greys and the cursor's colour, which the picture uses for
+// its grid and cursor. A scan that meets one of them first stops there as on a trace; no colour
+// index names them, so they give red.
+constexpr std::array<std::uint32_t, 3> OtherDisplayedColors{0xC0C0C0, 0x808080, 0xFF8000};
+static_assert(ColorIndexCount + OtherDisplayedColors.size() == DisplayedColorCount);
 constexpr std::uint32_t Black = 0x000000;
 constexpr std::uint32_t White = 0xFFFFFF;
 
@@ -52,11 +57,13 @@ std::uint32_t ColorAtPoint(int x, int y, const PixelReader& pixels,
 }
 
 std::span<const std::uint32_t> DisplayedColors() {
-    static const std::array<std::uint32_t, ColorIndexCount> colors = [] {
-        std::array<std::uint32_t, ColorIndexCount> values{};
+    static const std::array<std::uint32_t, DisplayedColorCount> colors = [] {
+        std::array<std::uint32_t, DisplayedColorCount> values{};
         for (int i = 0; i < ColorIndexCount; ++i) {
             values[static_cast<std::size_t>(i)] = shell::ColorValue(i + 1);
         }
+        std::copy(OtherDisplayedColors.begin(), OtherDisplayedColors.end(),
+                  values.begin() + ColorIndexCount);
         return values;
     }();
     return colors;

@@ -27,12 +27,17 @@ struct TraceRows {
 using TraceExtent = std::function<std::optional<TraceRows>(
     int layer, int position, std::int32_t left, std::int32_t width, double start)>;
 
-// The colour value of the first trace colour found within 10 pixels of (x, y), column by
-// column; 0 when there is none. displayed[i] is how colour index i + 1 shows on the screen.
+// ColorValue(i + 1) of the first pixel within 10 pixels of (x, y), column by column, that shows
+// displayed[i]; black and white are passed over, and so is any colour not in the table. 0 when
+// no pixel matches. A matched entry past the trace colours gives red, as ColorValue does for
+// any index it does not know.
 std::uint32_t ColorAtPoint(int x, int y, const PixelReader& pixels,
                            std::span<const std::uint32_t> displayed);
 
-// The shown colours of the colour indices 1 to 14; on this platform each shows as itself.
+inline constexpr int DisplayedColorCount = 17;
+
+// The colours as the screen shows them: those of the colour indices 1 to 14, then the two greys
+// of the grid and the cursor's colour. On this platform each shows as itself.
 std::span<const std::uint32_t> DisplayedColors();
 
 // The extent of an item's trace as the trace builder draws it over the given columns.
