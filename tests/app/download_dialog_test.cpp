@@ -4,6 +4,7 @@
 #include "core/logger_test_support.h"
 #include "logger/download_dialog.h"
 #include "logger/scripted_driver.h"
+#include "shell/sleep_inhibitor.h"
 #include "support/temp_folder.h"
 #include "widget_driving.h"
 
@@ -49,6 +50,17 @@ public:
     int blocks = 0;
 };
 
+// Counts what the dialog asks of the session, and whether it holds it now.
+class CountingInhibitor : public torvane::app::SleepInhibitor {
+public:
+    void Inhibit(const QString&) override { ++inhibits; }
+    void Release() override { ++releases; }
+    bool Held() const { return inhibits > releases; }
+
+    int inhibits = 0;
+    int releases = 0;
+};
+
 QTreeWidget* List(const QWidget& dialog) {
     return Control<QTreeWidget>(dialog, "lvwFile");
 }
@@ -70,7 +82,7 @@ struct Desk {
         std::memcpy(driver.special.bytProgramNo, program, std::strlen(program));
     }
     DownloadDialog& Open() {
-        dialog.emplace(driver, sink, torvane::app::DownloadRequest{temp.Path()});
+        dialog.emplace(driver, sink, awake, torvane::app::DownloadRequest{temp.Path()});
         dialog->show();
         return *dialog;
     }
@@ -78,6 +90,7 @@ struct Desk {
     TempFolder temp;
     BlockDriver driver;
     torvane::logger::testing::AnsweringSink sink;
+    CountingInhibitor awake;
     std::optional<DownloadDialog> dialog;
 };
 
@@ -128,6 +141,9 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         const QImage empty = Bar(dialog)->grab().toImage();
         desk.driver.afterBlock = [&](int block) {
+            // The machine stays awake from the first block on, asked once.
+            QVERIFY(desk.awake.Held());
+            QCOMPARE(desk.awake.inhibits, 1);
             if (block == 1) {
                 // While the transfer runs only the stop button answers, and the dialog stays.
                 QVERIFY(dialog.Busy());
@@ -153,6 +169,8 @@ private slots:
         QCOMPARE(desk.driver.blocks, 4);
         QCOMPARE(desk.driver.startedEntry->intNumber, std::int16_t{4});
         QVERIFY(!dialog.isVisible());
+        QCOMPARE(desk.awake.inhibits, 1);
+        QCOMPARE(desk.awake.releases, 1);
         QCOMPARE(dialog.result(), int{QDialog::Accepted});
         QVERIFY(!dialog.Result().cancelled);
         QCOMPARE(dialog.Result().file, desk.temp / "LGGR0008.rlg");
@@ -179,6 +197,9 @@ private slots:
         QCOMPARE(desk.sink.Texts(),
                  (std::vector<std::string>{kAsk, "USB device error. Error code =  1001"}));
         QVERIFY(desk.temp.FileNames().empty());
+        // A dropped link gives the machine back too.
+        QCOMPARE(desk.awake.inhibits, 1);
+        QCOMPARE(desk.awake.releases, 1);
         QVERIFY(dialog.isVisible());
         QVERIFY(!dialog.Busy());
         QCOMPARE(Label(dialog, "lblReadData") + Label(dialog, "lblAllData"), QString());
@@ -188,11 +209,20 @@ private slots:
         }
         QVERIFY(List(dialog)->isEnabled());
 
+        // A transfer that the logger refuses at its start moves no block and asks nothing.
+        desk.driver.Script(Call::GetTheLogFile_start, {Reply{.result = -1}});
+        Click(Control(dialog, "cmdOk"));
+        QTRY_VERIFY(!dialog.Busy());
+        QCOMPARE(desk.sink.Texts().back(), std::string("It failed in download. Error code = 2001"));
+        QCOMPARE(desk.awake.inhibits, 1);
+
         desk.driver.ScriptTransfer(3, 1000);
         Click(Control(dialog, "cmdOk"));
         QTRY_VERIFY(!dialog.isVisible());
         QVERIFY(!dialog.Result().cancelled);
         QCOMPARE(dialog.Result().file, desk.temp / "LGGR0001.rlg");
+        QCOMPARE(desk.awake.inhibits, 2);
+        QCOMPARE(desk.awake.releases, 2);
     }
 
     // The stop button pressed while blocks move is asked about before the next block: No goes
@@ -225,6 +255,9 @@ private slots:
         QCOMPARE(desk.driver.blocks, 3);
         QVERIFY(dialog.Result().cancelled);
         QCOMPARE(desk.temp.FileNames(), (std::vector<std::string>{"LGGR0001.rlg"}));
+        // Held across both questions, given back once stopped.
+        QCOMPARE(desk.awake.inhibits, 1);
+        QCOMPARE(desk.awake.releases, 1);
     }
 };
 

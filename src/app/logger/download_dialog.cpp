@@ -1,6 +1,7 @@
 #include "logger/download_dialog.h"
 
 #include "logger/clear_logger.h"
+#include "shell/sleep_inhibitor.h"
 #include "shell/step_timer.h"
 
 #include <QEvent>
@@ -40,17 +41,25 @@ QString ByteCount(std::int64_t bytes) {
 
 } // namespace
 
-// Watches the running download for the dialog: moves the progress bar and the buttons.
+// Watches the running download for the dialog: moves the progress bar and the buttons, and
+// keeps the machine awake.
 class DownloadDialog::Watcher : public logger::DownloadObserver {
 public:
     explicit Watcher(DownloadDialog& dialog)
-        : dialog_(dialog) {}
+        : dialog_(dialog)
+        , awake_(dialog.awake_, "Downloading a logging file from the logger") {}
 
+    // The download asks to stay awake before every block: a request that only restarts the idle
+    // timers has to be repeated. A session's inhibitor lasts until it is released, so the first
+    // request takes it, and the end of the download, on whatever path, gives it back as the
+    // watcher goes.
+    void KeepAwake() override { awake_.Hold(); }
     void Progress(std::int64_t bytesSoFar) override { dialog_.ShowProgress(bytesSoFar); }
     void StopAnswered(bool stopping) override { dialog_.StopAnswered(stopping); }
 
 private:
     DownloadDialog& dialog_;
+    AwakeHold awake_;
 };
 
 struct DownloadDialog::Running {
@@ -67,10 +76,11 @@ struct DownloadDialog::Running {
 };
 
 DownloadDialog::DownloadDialog(logger::Driver& driver, shell::MessageSink& sink,
-                               DownloadRequest request, QWidget* parent)
+                               SleepInhibitor& awake, DownloadRequest request, QWidget* parent)
     : QDialog(parent)
     , driver_(driver)
     , sink_(sink)
+    , awake_(awake)
     , request_(std::move(request))
     , steps_(new StepTimer(this)) {
     setObjectName("frmTLM0015");
@@ -92,8 +102,9 @@ DownloadDialog::DownloadDialog(logger::Driver& driver, shell::MessageSink& sink,
 DownloadDialog::~DownloadDialog() = default;
 
 DownloadResult DownloadDialog::Run(logger::Driver& driver, shell::MessageSink& sink,
-                                   DownloadRequest request, QWidget* parent) {
-    DownloadDialog dialog(driver, sink, std::move(request), parent);
+                                   SleepInhibitor& awake, DownloadRequest request,
+                                   QWidget* parent) {
+    DownloadDialog dialog(driver, sink, awake, std::move(request), parent);
     dialog.exec();
     return dialog.Result();
 }

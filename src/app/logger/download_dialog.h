@@ -4,7 +4,8 @@
 // could not be read, or whose logger holds no file, closes again at once (the operator has been
 // told). A download runs on the interface thread one block a step from a timer, so that the
 // cancel button can ask for a stop between blocks; while it runs nothing else of the dialog
-// answers and the dialog cannot be closed. The logger's memory can be cleared from here too.
+// answers and the dialog cannot be closed. While blocks move, the machine and its display are
+// kept awake. The logger's memory can be cleared from here too.
 
 #include "logger/download.h"
 #include "logger/driver.h"
@@ -24,6 +25,7 @@ class QTreeWidget;
 
 namespace torvane::app {
 
+class SleepInhibitor;
 class StepTimer;
 
 struct DownloadRequest {
@@ -42,14 +44,16 @@ struct DownloadResult {
 class DownloadDialog : public QDialog {
     Q_OBJECT
 public:
-    // Reads the logger's file list through the driver; every message goes to the sink.
-    DownloadDialog(logger::Driver& driver, shell::MessageSink& sink, DownloadRequest request,
-                   QWidget* parent = nullptr);
+    // Reads the logger's file list through the driver; every message goes to the sink. A
+    // download holds `awake` from its first block to its end.
+    DownloadDialog(logger::Driver& driver, shell::MessageSink& sink, SleepInhibitor& awake,
+                   DownloadRequest request, QWidget* parent = nullptr);
     ~DownloadDialog() override;
 
     // Shows the dialog modally and returns what it leaves for the frame.
     static DownloadResult Run(logger::Driver& driver, shell::MessageSink& sink,
-                              DownloadRequest request, QWidget* parent = nullptr);
+                              SleepInhibitor& awake, DownloadRequest request,
+                              QWidget* parent = nullptr);
 
     // False when the dialog closed again while it opened: exec() then returns at once.
     bool Loaded() const { return loaded_; }
@@ -81,6 +85,7 @@ private:
 
     logger::Driver& driver_;
     shell::MessageSink& sink_;
+    SleepInhibitor& awake_;
     DownloadRequest request_;
     DownloadResult result_;
     logger::LoggerFileList list_;

@@ -65,7 +65,7 @@ Desktop::Desktop(shell::AppPaths paths)
 
 std::optional<std::filesystem::path> Desktop::DownloadFromLogger(QWidget* owner) {
     const DownloadResult result =
-        DownloadDialog::Run(driver_, sink_, DownloadRequest{paths_.TempDir()}, owner);
+        DownloadDialog::Run(driver_, sink_, awake_, DownloadRequest{paths_.TempDir()}, owner);
     if (result.cancelled) {
         return std::nullopt;
     }

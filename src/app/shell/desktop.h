@@ -12,6 +12,7 @@
 #include "shell/app_paths.h"
 #include "shell/main_frame.h"
 #include "shell/message_box_sink.h"
+#include "shell/session_sleep_inhibitor.h"
 #include "shell/window_registry.h"
 
 #include <QObject>
@@ -64,6 +65,7 @@ private:
     binding::TlmDecompressor decompressor_;
     load::ProcMemInfo memory_;
     binding::TlmDriver driver_;
+    SessionSleepInhibitor awake_;        // held while a download moves blocks
     output::FileDialogMemory lastPlace_; // the file dialog's last folder and name
     FileDialogContext fileDialogs_;
     GraphWindowContext windows_;
