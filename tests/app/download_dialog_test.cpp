@@ -259,6 +259,24 @@ private slots:
         QCOMPARE(desk.awake.inhibits, 1);
         QCOMPARE(desk.awake.releases, 1);
     }
+
+    // A dialog that goes away while blocks move, as when the program ends, gives the machine
+    // back as well.
+    void ADialogDestroyedMidTransferReleasesTheMachine() {
+        Desk desk({{3, 0, 60, 50000}});
+        desk.driver.ScriptTransfer(50, 1000);
+        desk.Open();
+        desk.driver.afterBlock = [&](int block) {
+            if (block == 1) {
+                QTimer::singleShot(0, [&] { desk.dialog.reset(); });
+            }
+        };
+        Click(Control(*desk.dialog, "cmdOk"));
+        QTRY_VERIFY(!desk.dialog);
+        QVERIFY(desk.driver.blocks < 50);
+        QCOMPARE(desk.awake.inhibits, 1);
+        QCOMPARE(desk.awake.releases, 1);
+    }
 };
 
 QTEST_MAIN(DownloadDialogTest)
