@@ -373,11 +373,17 @@ void GraphTools::HoldPass() {
     if (!graph::Holding(state_)) {
         return;
     }
-    // The layer-shift question waits for the operator, who may close the window meanwhile.
-    const QPointer<GraphTools> alive(this);
-    const bool goesOn = heldButton_ != nullptr ? ButtonPass() : AutoScrollPass();
-    if (!alive) {
-        return;
+    bool goesOn = true;
+    if (heldButton_ != nullptr) {
+        goesOn = ButtonPass();
+    } else {
+        const graph::AutoScrollResult result =
+            graph::AutoScrollStep(state_, Tools().LinkLayers == 1, Width(), Height());
+        if (result == graph::AutoScrollResult::AskShift) {
+            AskLayerShift();
+            return;
+        }
+        goesOn = result == graph::AutoScrollResult::Waited || ShowScrolled();
     }
     if (goesOn) {
         tmrHold_.start();
@@ -386,17 +392,16 @@ void GraphTools::HoldPass() {
     }
 }
 
-bool GraphTools::AutoScrollPass() {
-    const graph::AutoScrollResult result =
-        graph::AutoScrollStep(state_, Tools().LinkLayers == 1, Width(), Height());
-    if (result == graph::AutoScrollResult::AskShift) {
-        const bool shift =
-            shell::ShowMessage(context_.Sink, graph::LayerShiftQuestion, shell::buttons::YesNo,
-                               shell::icons::Information) == shell::answers::Yes;
+void GraphTools::AskLayerShift() {
+    // The question waits for the operator, who may close the window meanwhile.
+    const QPointer<GraphTools> alive(this);
+    const bool shift =
+        shell::ShowMessage(context_.Sink, graph::LayerShiftQuestion, shell::buttons::YesNo,
+                           shell::icons::Information) == shell::answers::Yes;
+    if (alive) {
         graph::AnswerLayerShift(state_, shift);
-        return false;
+        EndHold();
     }
-    return result == graph::AutoScrollResult::Waited || ShowScrolled();
 }
 
 bool GraphTools::ButtonPass() {

@@ -78,7 +78,7 @@ private:
     void HoldToScroll();
     void HoldButton(int index);
     void HoldPass();
-    bool AutoScrollPass();
+    void AskLayerShift();
     bool ButtonPass();
     bool ShowScrolled();
     void EndHold();
