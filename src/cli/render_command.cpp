@@ -86,7 +86,7 @@ int Render(const RenderOptions& options) {
     state.BandColor = render::GraphRenderer::SurfaceBandColor();
     render::GraphRenderer renderer(state, environment.laf, size);
     renderer.DrawScaleColumn();
-    if (!renderer.RedrawGraph(1)) {
+    if (!renderer.RedrawGraph(render::RedrawMode::Rebuild)) {
         return Fail("cannot read the stream " + renderer.FailedStream().string());
     }
     const QImage picture = renderer.Picture().copy(QRect(QPoint(0, 0), size));
