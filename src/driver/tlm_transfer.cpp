@@ -4,12 +4,12 @@
 
 #include "link_call.h"
 
-using torvane::link::MessageKind;
+namespace op = torvane::link::op;
 using torvane::link::PayloadReader;
 using torvane::tlm::CallLink;
-using torvane::tlm::Into;
 using torvane::tlm::Link;
 using torvane::tlm::Request;
+using torvane::tlm::RequestPlain;
 using torvane::tlm::TransferState;
 
 namespace {
@@ -38,7 +38,7 @@ extern "C" TLM_API int32_t GetTheLogFile_start(TlmStatus* status, TlmDownloadEnt
         }
         TlmTransferBlock started{};
         const std::int32_t result =
-            Request(link, *status, MessageKind::TransferStart, Into(started), *entry);
+            RequestPlain<op::TransferStart>(link, *status, {*entry}, started);
         if (link.client.LastExchangeAnswered()) {
             *block = started;
         }
@@ -70,8 +70,7 @@ extern "C" TLM_API int32_t GetTheLogFile_reading(TlmStatus* status, TlmTransferB
             link.file.Write(bytes);
             return true;
         };
-        const std::int32_t result =
-            Request(link, *status, MessageKind::TransferRead, readBlock, *block);
+        const std::int32_t result = Request<op::TransferRead>(link, *status, readBlock, *block);
         if (!link.client.LastExchangeAnswered()) {
             return result;
         }
@@ -97,8 +96,7 @@ extern "C" TLM_API int32_t GetTheLogFile_end(TlmStatus* status, TlmTransferBlock
             return kEndedEarly;
         }
         TlmTransferBlock ended{};
-        const std::int32_t result =
-            Request(link, *status, MessageKind::TransferEnd, Into(ended), *block);
+        const std::int32_t result = RequestPlain<op::TransferEnd>(link, *status, {*block}, ended);
         const bool answered = link.client.LastExchangeAnswered();
         if (answered) {
             *block = ended;
