@@ -35,6 +35,15 @@ TEST(FaultInjector, SenseAndResultForTheNextNCallsThenCleanOnEntriesNamedAsTheDr
     EXPECT_EQ(EntryNamed("GetTheLogFile_reading"), Entry::TransferRead);
     EXPECT_EQ(EntryNamed("getstatus"), std::nullopt);
     EXPECT_EQ(EntryNamed("TLM_Close"), std::nullopt);
+    EXPECT_EQ(EntryNamed("TLM_Open"), Entry::Hello);
+    EXPECT_EQ(EntryNamed("GetTheSpecialData_raw"), Entry::SpecialData);
+    // The command line's names, which scripts use, in the order the usage message gives them.
+    EXPECT_EQ(EntryNames(), "TLM_Open TLM_Reset GetStatus GetTheNumberofFiles GetTheDownloadList "
+                            "GetTheLogFile_start GetTheLogFile_reading GetTheLogFile_end "
+                            "InitializeLogFile GetTheDetonationMap TSInitialize GetTheInitData "
+                            "SendTheSettingData GetTheSettingData GetTheSignalCondition "
+                            "GetTheSpecialData GetTheSpecialData_raw GetTheErrorInfo "
+                            "LoggingControl ServiceModeCtrl");
 }
 
 TEST(FaultInjector, DropsTheLinkOnceAfterNBlocks) {
