@@ -20,7 +20,8 @@ extern "C" {
 /* Size of the header that a logging file carries: the logger's setting record at logging time. */
 #define TLM_LOG_HEADER_SIZE 82
 
-/* Driver results of the link entry points. Codes are never reused for another meaning. */
+/* Driver results of the link entry points. Codes are never reused for another meaning, except
+ * by the transfer's own results below. */
 #define TLM_OK 0
 #define TLM_ERR_NOT_CONNECTED (-1) /* no logger answers at the endpoint */
 #define TLM_ERR_OPEN_FAILED (-2)   /* a logger answered but the link could not be set up */
@@ -225,8 +226,8 @@ TLM_API int32_t GetTheDownloadList(TlmStatus* status, int16_t count, TlmDownload
 /* Starts writing the logger's file entry->intNumber, as a logging file, to path (created or
  * truncated). TLM_TRANSFER_FILE_FAILED (-1): the file cannot be created, and the logger is not
  * asked. Otherwise the logger's result (TLM_TRANSFER_NO_SUCH_FILE, -2, when it has no such file)
- * or a code of the link, where -3 is TLM_ERR_TIMEOUT. On any result but TLM_OK the file is
- * closed and left as it is. */
+ * or a code of the link, where -3 is TLM_ERR_TIMEOUT; TLM_ERR_SEQUENCE while a transfer runs.
+ * On any result but TLM_OK the file is closed and left as it is. */
 TLM_API int32_t GetTheLogFile_start(TlmStatus* status, TlmDownloadEntry* entry, const char* path,
                                     TlmTransferBlock* block);
 /* Moves one block to the file: 0 more to come, positive the file is complete, else a code of the
