@@ -14,6 +14,8 @@
 #include <span>
 #include <vector>
 
+#include "operations.h"
+
 namespace torvane::link {
 
 inline constexpr std::uint32_t kProtocolMagic = 0x4b4c5654; // "TVLK" on the wire
@@ -23,30 +25,6 @@ inline constexpr std::size_t kFrameHeaderSize = 10;
 // before anything is allocated.
 inline constexpr std::uint32_t kMaxPayload = 1u << 20;
 
-enum class MessageKind : std::uint16_t {
-    Hello = 1,
-    Close,
-    Reset,
-    GetStatus,
-    FileCount,
-    DownloadList,
-    TransferStart,
-    TransferRead,
-    TransferEnd,
-    ClearFiles,
-    DetonationMap,
-    InitializeSensor,
-    InitData,
-    SendSetting,
-    ReadSetting,
-    SignalCondition,
-    SpecialData,
-    ErrorInfo,
-    LoggingControl,
-    ServiceMode,
-};
-inline constexpr std::uint16_t kLastMessageKind =
-    static_cast<std::uint16_t>(MessageKind::ServiceMode);
 inline constexpr std::uint16_t kAnswerBit = 0x8000;
 
 // What the server says to a hello, before the device's own result.
