@@ -10,6 +10,8 @@
 #include "vehicle/demo_setting.h"
 #include "vehicle/run_file.h"
 
+#include "byte_order.h"
+
 #include <iostream>
 
 namespace torvane::cli {
@@ -29,8 +31,7 @@ std::optional<logdata::LogHeader> ReadHeaderFile(const std::filesystem::path& fi
 std::vector<std::int16_t> WordsOf(const std::vector<std::uint8_t>& bytes) {
     std::vector<std::int16_t> words(bytes.size() / 2);
     for (std::size_t i = 0; i < words.size(); ++i) {
-        words[i] = static_cast<std::int16_t>(
-            static_cast<std::uint16_t>(bytes[2 * i] | (bytes[2 * i + 1] << 8)));
+        words[i] = GetLittleEndian<std::int16_t>(bytes, 2 * i);
     }
     return words;
 }
