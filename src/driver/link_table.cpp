@@ -38,8 +38,7 @@ Table& TheTable() {
 
 Handle ReadHandle(const TlmStatus& status) {
     const std::span<const std::uint8_t> bytes(status.bytDriver);
-    return {GetLittleEndian<std::uint32_t>(bytes, 0),
-            GetLittleEndian<std::uint32_t>(bytes, 4),
+    return {GetLittleEndian<std::uint32_t>(bytes, 0), GetLittleEndian<std::uint32_t>(bytes, 4),
             GetLittleEndian<std::uint64_t>(bytes, 8)};
 }
 
