@@ -23,12 +23,13 @@ endfunction()
 # while no header path repeats across them; a repeated one would be found under whichever root
 # comes first, so the configure step refuses it.
 function(torvane_forbid_repeated_headers)
+  list(JOIN ARGN ", " roots)
   set(seen)
   foreach(root IN LISTS ARGN)
     file(GLOB_RECURSE headers RELATIVE ${root} CONFIGURE_DEPENDS ${root}/*.h)
     foreach(header IN LISTS headers)
       if(header IN_LIST seen)
-        message(FATAL_ERROR "${header} exists under more than one of ${ARGN}: "
+        message(FATAL_ERROR "${header} exists under more than one of ${roots}: "
                             "an include of it would be ambiguous; rename one of them.")
       endif()
       list(APPEND seen ${header})
