@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs every test: the release build's suites, the core,
-# driver, simulator and logger suites again under address and undefined-behaviour sanitizers, and a
-# short fuzzing pass over the logging-file decoder.
+# Installs what is missing, builds, and runs every test: the formatting check, the release build's
+# suites, the core, driver, simulator and logger suites again under address and
+# undefined-behaviour sanitizers, and a short fuzzing pass over the logging-file decoder.
 set -euo pipefail
 cd "$(dirname "$0")"
 source scripts/ensure-deps.sh
@@ -29,6 +29,14 @@ run_ctest() {
     failed=$((failed + bad))
     return "$status"
 }
+
+# Counts as one test; the run goes on after a failure, so one pass shows everything that is wrong.
+echo "== Formatting (clang-format)"
+if scripts/check-format.sh; then
+    passed=$((passed + 1))
+else
+    failed=$((failed + 1))
+fi
 
 echo "== Release build and all tests"
 cmake --preset release >/dev/null

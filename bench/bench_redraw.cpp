@@ -121,7 +121,7 @@ void FullRedraw(benchmark::State& bench, double minutes, int ms) {
     Window& window = Shared(minutes);
     SetScale(window.State(), 1, ms);
     for (auto _ : bench) {
-        if (!window.Renderer().RedrawGraph(1)) {
+        if (!window.Renderer().RedrawGraph(render::RedrawMode::Rebuild)) {
             bench.SkipWithError("redraw failed");
         }
     }
@@ -166,11 +166,11 @@ void ScrollStep(benchmark::State& bench) {
 void CursorMove(benchmark::State& bench) {
     Window& window = Shared(LargestRunMinutes);
     SetScale(window.State(), 1, 20);
-    window.Renderer().RedrawGraph(1);
+    window.Renderer().RedrawGraph(render::RedrawMode::Rebuild);
     std::mt19937 random(7);
     for (auto _ : bench) {
         window.State().CursorX = 100 + static_cast<std::int32_t>(random() % 1800);
-        window.Renderer().RedrawGraph(2);
+        window.Renderer().RedrawGraph(render::RedrawMode::Compose);
         graph::DispValues(window.State(), 1, window.Laf());
     }
 }

@@ -28,8 +28,8 @@ namespace {
 
 namespace fs = std::filesystem;
 namespace format = torvane::rlg::format;
-using torvane::rlg::GetLittleEndian;
-using torvane::rlg::PutLittleEndian;
+using torvane::GetLittleEndian;
+using torvane::PutLittleEndian;
 
 // Larger frames keep their wrong data CRC; decoding them for the repair would only slow the run.
 constexpr std::uint64_t MaxRepairedBytes = std::uint64_t{1} << 22;

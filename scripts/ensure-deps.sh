@@ -7,8 +7,9 @@ BUILD_PACKAGES=(cmake ninja-build g++ pkg-config libzstd-dev zlib1g-dev libcli11
                 nlohmann-json3-dev qt6-base-dev libgl-dev fonts-dejavu-core)
 # A virtual screen, for looking at the desktop where there is no display.
 SCREEN_PACKAGES=(xvfb xauth)
+# clang-format is the house style's judge: test.sh fails on a file it would write otherwise.
 # dbus-daemon: a private session bus for the keep-awake test.
-TEST_PACKAGES=(googletest libgtest-dev libgmock-dev libbenchmark-dev dbus-daemon)
+TEST_PACKAGES=(googletest libgtest-dev libgmock-dev libbenchmark-dev clang-format dbus-daemon)
 FUZZ_PACKAGES=(clang-14 libclang-rt-14-dev)
 
 missing_packages() {

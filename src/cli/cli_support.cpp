@@ -32,8 +32,8 @@ int StderrSink::Show(const shell::Message& message) {
 
 Environment LoadEnvironment(shell::MessageSink& sink) {
     Environment environment{shell::AppPaths::Resolve(shell::AppPaths::ProcessInputs()), {}};
-    environment.paths.MakeFolders();
-    logger::LoadLafTable(environment.laf, environment.paths.InitDir(), sink);
+    environment.Paths.MakeFolders();
+    logger::LoadLafTable(environment.Laf, environment.Paths.InitDir(), sink);
     return environment;
 }
 

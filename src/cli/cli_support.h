@@ -30,8 +30,8 @@ private:
 // The program's folders (TORVANE_HOME, else beside the program, else per user), made if need
 // be, and the air/fuel table read from INT.
 struct Environment {
-    shell::AppPaths paths;
-    logger::LafTable laf;
+    shell::AppPaths Paths;
+    logger::LafTable Laf;
 };
 Environment LoadEnvironment(shell::MessageSink& sink);
 

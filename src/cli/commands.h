@@ -13,81 +13,81 @@
 namespace torvane::cli {
 
 struct PackOptions {
-    std::filesystem::path header;
-    std::vector<std::string> streams; // NAME=FILE
-    std::filesystem::path output;
+    std::filesystem::path Header;
+    std::vector<std::string> Streams; // NAME=FILE
+    std::filesystem::path Output;
 };
 int Pack(const PackOptions& options);
 
 struct UnpackOptions {
-    std::filesystem::path input;
-    std::filesystem::path folder;
-    int number = 10;
+    std::filesystem::path Input;
+    std::filesystem::path Folder;
+    int Number = 10;
 };
 int Unpack(const UnpackOptions& options);
 
 struct GenerateOptions {
-    std::filesystem::path output;
-    double minutes = 10.0;
-    std::uint64_t seed = 1;
-    std::optional<std::filesystem::path> setting;
+    std::filesystem::path Output;
+    double Minutes = 10.0;
+    std::uint64_t Seed = 1;
+    std::optional<std::filesystem::path> Setting;
 };
 int Generate(const GenerateOptions& options);
 
 struct InfoOptions {
-    std::filesystem::path input;
-    bool json = false;
+    std::filesystem::path Input;
+    bool Json = false;
 };
 int Info(const InfoOptions& options);
 
 struct ValuesOptions {
-    std::filesystem::path input;
-    std::vector<double> times;
-    int pixelsPerStep = 1;
-    int msPerStep = 100;
-    bool json = false;
+    std::filesystem::path Input;
+    std::vector<double> Times;
+    int PixelsPerStep = 1;
+    int MsPerStep = 100;
+    bool Json = false;
 };
 int Values(const ValuesOptions& options);
 
 struct LapsOptions {
-    std::filesystem::path input;
-    bool json = false;
+    std::filesystem::path Input;
+    bool Json = false;
 };
 int Laps(const LapsOptions& options);
 
 // The main file's items as CSV, as a window's save command writes them: the items the default
 // display shows, or all; the whole run, or a range in ms.
 struct ExportOptions {
-    std::filesystem::path input;
-    std::filesystem::path output;
-    bool all = false;
-    std::optional<logdata::CsvRange> range;
+    std::filesystem::path Input;
+    std::filesystem::path Output;
+    bool All = false;
+    std::optional<logdata::CsvRange> Range;
 };
 int Export(const ExportOptions& options);
 
 // The graph area of a window showing the run (the default display, or record 0 of a layout
 // file) drawn to a PNG file, without a screen.
 struct RenderOptions {
-    std::filesystem::path input;
-    std::filesystem::path output;
-    int width = 1024;
-    int height = 600;
-    double offset = 0.0;
-    std::optional<int> pixelsPerStep;
-    std::optional<int> msPerStep;
-    std::optional<std::filesystem::path> layout;
+    std::filesystem::path Input;
+    std::filesystem::path Output;
+    int Width = 1024;
+    int Height = 600;
+    double Offset = 0.0;
+    std::optional<int> PixelsPerStep;
+    std::optional<int> MsPerStep;
+    std::optional<std::filesystem::path> Layout;
 };
 int Render(const RenderOptions& options);
 
 // The logger commands: one short link each, through the same policy as the desktop's windows.
-// Messages go to stderr; questions are answered No (Cancel) unless yes.
+// Messages go to stderr; questions are answered No (Cancel) unless Yes.
 enum class LoggerCommand { Status, List, Download, Clear };
 struct LoggerOptions {
-    LoggerCommand command = LoggerCommand::Status;
-    int number = 0;               // download: the logger's file number
-    std::filesystem::path output; // download: the logging file to write
-    bool yes = false;
-    bool json = false;
+    LoggerCommand Command = LoggerCommand::Status;
+    int Number = 0;               // download: the logger's file number
+    std::filesystem::path Output; // download: the logging file to write
+    bool Yes = false;
+    bool Json = false;
 };
 int Logger(const LoggerOptions& options);
 

@@ -10,6 +10,8 @@
 #include "vehicle/demo_setting.h"
 #include "vehicle/run_file.h"
 
+#include "byte_order.h"
+
 #include <iostream>
 
 namespace torvane::cli {
@@ -29,8 +31,7 @@ std::optional<logdata::LogHeader> ReadHeaderFile(const std::filesystem::path& fi
 std::vector<std::int16_t> WordsOf(const std::vector<std::uint8_t>& bytes) {
     std::vector<std::int16_t> words(bytes.size() / 2);
     for (std::size_t i = 0; i < words.size(); ++i) {
-        words[i] = static_cast<std::int16_t>(
-            static_cast<std::uint16_t>(bytes[2 * i] | (bytes[2 * i + 1] << 8)));
+        words[i] = GetLittleEndian<std::int16_t>(bytes, 2 * i);
     }
     return words;
 }
@@ -43,12 +44,12 @@ bool WriteLoggingFile(const std::filesystem::path& output, const std::vector<std
 } // namespace
 
 int Pack(const PackOptions& options) {
-    const auto header = ReadHeaderFile(options.header);
+    const auto header = ReadHeaderFile(options.Header);
     if (!header) {
-        return Fail("The header file must hold exactly 82 bytes: " + options.header.string());
+        return Fail("The header file must hold exactly 82 bytes: " + options.Header.string());
     }
     rlg::RlgWriter writer(header->ToBytes(), sim::LoggingFileStreams());
-    for (const std::string& given : options.streams) {
+    for (const std::string& given : options.Streams) {
         const auto equals = given.find('=');
         const int stream =
             equals == std::string::npos ? -1 : logdata::StreamIndex(given.substr(0, equals));
@@ -68,8 +69,8 @@ int Pack(const PackOptions& options) {
         }
         writer.Append(static_cast<std::size_t>(stream), WordsOf(*bytes));
     }
-    if (!WriteLoggingFile(options.output, writer.Finish())) {
-        return Fail("Can not write the logging file: " + options.output.string());
+    if (!WriteLoggingFile(options.Output, writer.Finish())) {
+        return Fail("Can not write the logging file: " + options.Output.string());
     }
     return 0;
 }
@@ -79,30 +80,30 @@ int Unpack(const UnpackOptions& options) {
     std::int32_t bytesWritten = 0;
     std::int32_t deployCount = 0;
     const int result = decomp_logfile(
-        options.input.string().c_str(), options.folder.string().c_str(),
-        static_cast<std::int16_t>(options.number), header.data(), &bytesWritten, &deployCount);
+        options.Input.string().c_str(), options.Folder.string().c_str(),
+        static_cast<std::int16_t>(options.Number), header.data(), &bytesWritten, &deployCount);
     std::cout << "result " << result << "\nDeployCount " << deployCount << '\n';
     if (result != 0) {
-        return Fail(logdata::DeployResultMessage(result, options.input));
+        return Fail(logdata::DeployResultMessage(result, options.Input));
     }
     return 0;
 }
 
 int Generate(const GenerateOptions& options) {
     logdata::LogHeader setting = sim::DemoSetting();
-    if (options.setting) {
-        const auto read = ReadHeaderFile(*options.setting);
+    if (options.Setting) {
+        const auto read = ReadHeaderFile(*options.Setting);
         if (!read) {
-            return Fail("A setting file must hold exactly 82 bytes: " + options.setting->string());
+            return Fail("A setting file must hold exactly 82 bytes: " + options.Setting->string());
         }
         setting = *read;
     }
-    if (!(options.minutes > 0.0) || options.minutes > 24 * 60) {
+    if (!(options.Minutes > 0.0) || options.Minutes > 24 * 60) {
         return Fail("--minutes must lie between 0 and 1440.");
     }
-    if (!WriteLoggingFile(options.output,
-                          sim::GenerateRunFile(setting, options.minutes * 60000.0, options.seed))) {
-        return Fail("Can not write the logging file: " + options.output.string());
+    if (!WriteLoggingFile(options.Output,
+                          sim::GenerateRunFile(setting, options.Minutes * 60000.0, options.Seed))) {
+        return Fail("Can not write the logging file: " + options.Output.string());
     }
     return 0;
 }

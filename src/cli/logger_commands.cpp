@@ -198,13 +198,13 @@ private:
 };
 
 int Run(LoggerLink& link, const LoggerOptions& options) {
-    switch (options.command) {
+    switch (options.Command) {
     case LoggerCommand::Status:
-        return Status(link, options.json);
+        return Status(link, options.Json);
     case LoggerCommand::List:
-        return List(link, options.json);
+        return List(link, options.Json);
     case LoggerCommand::Download:
-        return Download(link, options.number, options.output);
+        return Download(link, options.Number, options.Output);
     case LoggerCommand::Clear:
         return Clear(link);
     }
@@ -214,7 +214,7 @@ int Run(LoggerLink& link, const LoggerOptions& options) {
 } // namespace
 
 int Logger(const LoggerOptions& options) {
-    StderrSink stderrSink(options.yes);
+    StderrSink stderrSink(options.Yes);
     CountingSink sink(stderrSink);
     binding::TlmDriver driver;
     LoggerLink link(driver, sink);

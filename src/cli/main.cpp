@@ -49,52 +49,52 @@ int main(int argc, char** argv) {
     PackOptions pack;
     auto* packCommand = app.add_subcommand(
         "pack", "Make a logging file from a raw 82-byte header and raw int16 stream files");
-    packCommand->add_option("--header", pack.header, "Raw 82-byte header")->required();
-    packCommand->add_option("--stream", pack.streams,
+    packCommand->add_option("--header", pack.Header, "Raw 82-byte header")->required();
+    packCommand->add_option("--stream", pack.Streams,
                             "NAME=FILE, NAME one of Ne TH VFW VRW DETO1 DETO2 VB VM1 VM2 VM3 VM4 "
                             "LAP; a stream not given is empty");
-    packCommand->add_option("OUT", pack.output, "The logging file to write")->required();
+    packCommand->add_option("OUT", pack.Output, "The logging file to write")->required();
 
     UnpackOptions unpack;
     auto* unpackCommand =
         app.add_subcommand("unpack", "Deploy a logging file's streams into a folder");
-    unpackCommand->add_option("FILE", unpack.input, "The logging file")->required();
-    unpackCommand->add_option("DIR", unpack.folder, "Folder that receives the streams")->required();
-    unpackCommand->add_option("--number", unpack.number, "File number of the streams")
+    unpackCommand->add_option("FILE", unpack.Input, "The logging file")->required();
+    unpackCommand->add_option("DIR", unpack.Folder, "Folder that receives the streams")->required();
+    unpackCommand->add_option("--number", unpack.Number, "File number of the streams")
         ->capture_default_str();
 
     InfoOptions info;
     auto* infoCommand = app.add_subcommand(
         "info", "Header words, item slots, measurement time and laps of a logging file");
-    infoCommand->add_option("FILE", info.input, "The logging file")->required();
-    infoCommand->add_flag("--json", info.json, "Print JSON");
+    infoCommand->add_option("FILE", info.Input, "The logging file")->required();
+    infoCommand->add_flag("--json", info.Json, "Print JSON");
 
     ValuesOptions values;
     std::string times;
     auto* valuesCommand =
         app.add_subcommand("values", "Values of every existing item at the given times");
-    valuesCommand->add_option("FILE", values.input, "The logging file")->required();
+    valuesCommand->add_option("FILE", values.Input, "The logging file")->required();
     valuesCommand->add_option("--at", times, "Times in ms, separated by commas")->required();
-    valuesCommand->add_option("--pixels-per-step", values.pixelsPerStep, "Time scale: pixels")
+    valuesCommand->add_option("--pixels-per-step", values.PixelsPerStep, "Time scale: pixels")
         ->capture_default_str()
         ->check(CLI::PositiveNumber);
-    valuesCommand->add_option("--ms-per-step", values.msPerStep, "Time scale: ms per step")
+    valuesCommand->add_option("--ms-per-step", values.MsPerStep, "Time scale: ms per step")
         ->capture_default_str()
         ->check(CLI::PositiveNumber);
-    valuesCommand->add_flag("--json", values.json, "Print JSON");
+    valuesCommand->add_flag("--json", values.Json, "Print JSON");
 
     LapsOptions laps;
     auto* lapsCommand = app.add_subcommand("laps", "The laps of a logging file and the best one");
-    lapsCommand->add_option("FILE", laps.input, "The logging file")->required();
-    lapsCommand->add_flag("--json", laps.json, "Print JSON");
+    lapsCommand->add_option("FILE", laps.Input, "The logging file")->required();
+    lapsCommand->add_flag("--json", laps.Json, "Print JSON");
 
     ExportOptions exportOptions;
     std::vector<double> range;
     auto* exportCommand = app.add_subcommand(
         "export", "Write a logging file's items as CSV, as the desktop's Save(&S) does");
-    exportCommand->add_option("FILE", exportOptions.input, "The logging file")->required();
-    exportCommand->add_option("OUT", exportOptions.output, "The CSV file to write")->required();
-    exportCommand->add_flag("--all", exportOptions.all,
+    exportCommand->add_option("FILE", exportOptions.Input, "The logging file")->required();
+    exportCommand->add_option("OUT", exportOptions.Output, "The CSV file to write")->required();
+    exportCommand->add_flag("--all", exportOptions.All,
                             "Every item of the file, not only those the default display shows");
     exportCommand->add_option("--range", range, "START_MS END_MS: only this part of the run")
         ->expected(2);
@@ -102,43 +102,43 @@ int main(int argc, char** argv) {
     GenerateOptions generate;
     auto* generateCommand = app.add_subcommand(
         "generate", "Make a synthetic logging file from the vehicle model (deterministic by seed)");
-    generateCommand->add_option("OUT", generate.output, "The logging file to write")->required();
-    generateCommand->add_option("--minutes", generate.minutes, "Length of the run")
+    generateCommand->add_option("OUT", generate.Output, "The logging file to write")->required();
+    generateCommand->add_option("--minutes", generate.Minutes, "Length of the run")
         ->capture_default_str();
-    generateCommand->add_option("--seed", generate.seed, "Seed of the model")
+    generateCommand->add_option("--seed", generate.Seed, "Seed of the model")
         ->capture_default_str();
-    generateCommand->add_option("--setting", generate.setting,
+    generateCommand->add_option("--setting", generate.Setting,
                                 "SETTING.DAT (82 bytes) that decides the channels and intervals");
 
     RenderOptions renderOptions;
     std::string renderSize;
     auto* renderCommand = app.add_subcommand(
         "render", "Draw the graph of a window showing the run into a PNG file, without a screen");
-    renderCommand->add_option("FILE", renderOptions.input, "The logging file")->required();
-    renderCommand->add_option("OUT", renderOptions.output, "The PNG file to write")->required();
+    renderCommand->add_option("FILE", renderOptions.Input, "The logging file")->required();
+    renderCommand->add_option("OUT", renderOptions.Output, "The PNG file to write")->required();
     renderCommand->add_option("--size", renderSize, "Size of the graph, WxH (default 1024x600)");
-    renderCommand->add_option("--offset", renderOptions.offset, "Time at the left edge, ms");
+    renderCommand->add_option("--offset", renderOptions.Offset, "Time at the left edge, ms");
     renderCommand
-        ->add_option("--pixels-per-step", renderOptions.pixelsPerStep,
+        ->add_option("--pixels-per-step", renderOptions.PixelsPerStep,
                      "Time scale: pixels per step")
         ->check(CLI::PositiveNumber);
-    renderCommand->add_option("--ms-per-step", renderOptions.msPerStep, "Time scale: ms per step")
+    renderCommand->add_option("--ms-per-step", renderOptions.MsPerStep, "Time scale: ms per step")
         ->check(CLI::PositiveNumber);
-    renderCommand->add_option("--layout", renderOptions.layout,
+    renderCommand->add_option("--layout", renderOptions.Layout,
                               "LAYOUT.DAT whose record 0 is the display");
 
     LoggerOptions loggerOptions;
     auto* loggerCommand = app.add_subcommand(
         "logger", "Work with the logger: status, list, download NUMBER OUT.rlg, clear");
     loggerCommand->require_subcommand(1);
-    loggerCommand->add_flag("--yes", loggerOptions.yes,
+    loggerCommand->add_flag("--yes", loggerOptions.Yes,
                             "Answer Yes (OK) to the logger's questions; otherwise No (Cancel)");
-    loggerCommand->add_flag("--json", loggerOptions.json, "Print JSON (status, list)");
+    loggerCommand->add_flag("--json", loggerOptions.Json, "Print JSON (status, list)");
     const auto addLoggerCommand = [&](const char* name, const char* description,
                                       LoggerCommand command) {
         auto* sub = loggerCommand->add_subcommand(name, description);
         sub->fallthrough();
-        sub->callback([&loggerOptions, command] { loggerOptions.command = command; });
+        sub->callback([&loggerOptions, command] { loggerOptions.Command = command; });
         return sub;
     };
     addLoggerCommand("status", "The logger's state, sense, error and flags", LoggerCommand::Status);
@@ -146,9 +146,9 @@ int main(int argc, char** argv) {
                      LoggerCommand::List);
     auto* downloadCommand =
         addLoggerCommand("download", "Download one of the logger's files", LoggerCommand::Download);
-    downloadCommand->add_option("NUMBER", loggerOptions.number, "The file's number in the logger")
+    downloadCommand->add_option("NUMBER", loggerOptions.Number, "The file's number in the logger")
         ->required();
-    downloadCommand->add_option("OUT", loggerOptions.output, "The logging file to write")
+    downloadCommand->add_option("OUT", loggerOptions.Output, "The logging file to write")
         ->required();
     addLoggerCommand("clear", "Clear every file in the logger, after the question",
                      LoggerCommand::Clear);
@@ -165,7 +165,7 @@ int main(int argc, char** argv) {
             return Info(info);
         }
         if (*valuesCommand) {
-            values.times = ParseTimes(times);
+            values.Times = ParseTimes(times);
             return Values(values);
         }
         if (*lapsCommand) {
@@ -173,7 +173,7 @@ int main(int argc, char** argv) {
         }
         if (*exportCommand) {
             if (!range.empty()) {
-                exportOptions.range = torvane::logdata::CsvRange{range[0], range[1]};
+                exportOptions.Range = torvane::logdata::CsvRange{range[0], range[1]};
             }
             return Export(exportOptions);
         }
@@ -182,7 +182,7 @@ int main(int argc, char** argv) {
         }
         if (*renderCommand) {
             if (!renderSize.empty()) {
-                ParseSize(renderSize, renderOptions.width, renderOptions.height);
+                ParseSize(renderSize, renderOptions.Width, renderOptions.Height);
             }
             return Render(renderOptions);
         }

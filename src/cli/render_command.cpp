@@ -36,14 +36,14 @@ std::optional<graph::DisplaySet> ReadLayoutRecordZero(const std::filesystem::pat
 } // namespace
 
 int Render(const RenderOptions& options) {
-    if (options.width <= graph::GraphLeft || options.height <= graph::TimeBandHeight) {
+    if (options.Width <= graph::GraphLeft || options.Height <= graph::TimeBandHeight) {
         return Fail("--size must be wider than 100 and higher than 20 pixels");
     }
     graph::DisplaySet display = layout::DefaultLayout();
-    if (options.layout) {
-        const auto record = ReadLayoutRecordZero(*options.layout);
+    if (options.Layout) {
+        const auto record = ReadLayoutRecordZero(*options.Layout);
         if (!record) {
-            return Fail("cannot read a layout record from " + options.layout->string());
+            return Fail("cannot read a layout record from " + options.Layout->string());
         }
         display = *record;
     }
@@ -56,16 +56,16 @@ int Render(const RenderOptions& options) {
     state.Layers.TempDir = folder.Layers().TempDir;
     binding::TlmDecompressor decompressor;
     load::NoWindowView view;
-    if (!load::LoadLoggingFile(state, options.input, display, decompressor, sink, view)) {
+    if (!load::LoadLoggingFile(state, options.Input, display, decompressor, sink, view)) {
         return 1;
     }
-    if (options.pixelsPerStep || options.msPerStep) {
-        state.Time.PixelsPerStep = static_cast<std::int16_t>(options.pixelsPerStep.value_or(1));
-        state.Time.MsPerStep = options.msPerStep.value_or(graph::BaseStepMs);
+    if (options.PixelsPerStep || options.MsPerStep) {
+        state.Time.PixelsPerStep = static_cast<std::int16_t>(options.PixelsPerStep.value_or(1));
+        state.Time.MsPerStep = options.MsPerStep.value_or(graph::BaseStepMs);
         state.Time.MsPerGrid = graph::GridColumns / state.Time.PixelsPerStep * state.Time.MsPerStep;
     }
     for (int layer = 0; layer <= state.LastLayer; ++layer) {
-        state.Layers.Layer[static_cast<std::size_t>(layer)].TimeOffset = options.offset;
+        state.Layers.Layer[static_cast<std::size_t>(layer)].TimeOffset = options.Offset;
     }
 
     // Fonts and images need a Gui application, but never a screen.
@@ -82,16 +82,16 @@ int Render(const RenderOptions& options) {
     char* argv[] = {name, nullptr};
     const QGuiApplication application(argc, argv);
 
-    const QSize size(options.width, options.height);
+    const QSize size(options.Width, options.Height);
     state.BandColor = render::GraphRenderer::SurfaceBandColor();
-    render::GraphRenderer renderer(state, environment.laf, size);
+    render::GraphRenderer renderer(state, environment.Laf, size);
     renderer.DrawScaleColumn();
-    if (!renderer.RedrawGraph(1)) {
+    if (!renderer.RedrawGraph(render::RedrawMode::Rebuild)) {
         return Fail("cannot read the stream " + renderer.FailedStream().string());
     }
     const QImage picture = renderer.Picture().copy(QRect(QPoint(0, 0), size));
-    if (!picture.save(QString::fromStdString(options.output.string()), "PNG")) {
-        return Fail("cannot write " + options.output.string());
+    if (!picture.save(QString::fromStdString(options.Output.string()), "PNG")) {
+        return Fail("cannot write " + options.Output.string());
     }
     return 0;
 }

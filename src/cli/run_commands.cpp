@@ -84,8 +84,8 @@ public:
 
     bool Deployed() const { return deployed_; }
     const DeployedRun& Run() const { return run_; }
-    const logger::LafTable& Laf() const { return environment_.laf; }
-    const shell::AppPaths& Paths() const { return environment_.paths; }
+    const logger::LafTable& Laf() const { return environment_.Laf; }
+    const shell::AppPaths& Paths() const { return environment_.Paths; }
     shell::MessageSink& Sink() { return sink_; }
 
 private:
@@ -98,12 +98,12 @@ private:
 } // namespace
 
 int Info(const InfoOptions& options) {
-    const CommandRun opened(options.input);
+    const CommandRun opened(options.Input);
     if (!opened.Deployed()) {
         return 1;
     }
     const DeployedRun& run = opened.Run();
-    if (!options.json) {
+    if (!options.Json) {
         PrintInfoText(run);
         return 0;
     }
@@ -132,16 +132,16 @@ int Info(const InfoOptions& options) {
 }
 
 int Values(const ValuesOptions& options) {
-    const CommandRun opened(options.input);
+    const CommandRun opened(options.Input);
     if (!opened.Deployed()) {
         return 1;
     }
     const DeployedRun& run = opened.Run();
     const logdata::ValueReader reader(run.Layers(), opened.Laf());
-    const logdata::TimeScale scale{options.pixelsPerStep, options.msPerStep};
+    const logdata::TimeScale scale{options.PixelsPerStep, options.MsPerStep};
     const auto& layer = run.Layer();
     json rows = json::array();
-    for (const double time : options.times) {
+    for (const double time : options.Times) {
         json values = json::object();
         std::string line = shell::FormatTime(time);
         for (int slot = 0; slot < logdata::SlotCount; ++slot) {
@@ -155,18 +155,18 @@ int Values(const ValuesOptions& options) {
                 "  " + std::string(logdata::ChannelName(channel)) + " " + ValueText(value, channel);
         }
         rows.push_back({{"time", JsonNumber(time)}, {"values", values}});
-        if (!options.json) {
+        if (!options.Json) {
             std::cout << line << '\n';
         }
     }
-    if (options.json) {
+    if (options.Json) {
         std::cout << rows.dump() << '\n';
     }
     return 0;
 }
 
 int Laps(const LapsOptions& options) {
-    const CommandRun opened(options.input);
+    const CommandRun opened(options.Input);
     if (!opened.Deployed()) {
         return 1;
     }
@@ -178,13 +178,13 @@ int Laps(const LapsOptions& options) {
                         {"start", JsonNumber(marks[i - 1])},
                         {"end", JsonNumber(marks[i])},
                         {"time", JsonNumber(marks[i] - marks[i - 1])}});
-        if (!options.json) {
+        if (!options.Json) {
             std::cout << "Lap " << shell::FormatText(std::to_string(i), "@@@") << "  "
                       << shell::FormatTime(marks[i - 1]) << " - " << shell::FormatTime(marks[i])
                       << "  " << shell::FormatTime(marks[i] - marks[i - 1]) << '\n';
         }
     }
-    if (options.json) {
+    if (options.Json) {
         std::cout << json{{"laps", laps}, {"best", JsonNumber(run.Lap().BestLap)}}.dump() << '\n';
     } else {
         std::cout << "Best " << shell::FormatTime(run.Lap().BestLap) << '\n';
@@ -193,11 +193,11 @@ int Laps(const LapsOptions& options) {
 }
 
 int Export(const ExportOptions& options) {
-    if (options.range &&
-        !(options.range->Start >= 0.0 && options.range->End >= options.range->Start)) {
+    if (options.Range &&
+        !(options.Range->Start >= 0.0 && options.Range->End >= options.Range->Start)) {
         return Fail("--range: START_MS must be 0 or more and END_MS not before it");
     }
-    CommandRun opened(options.input);
+    CommandRun opened(options.Input);
     if (!opened.Deployed()) {
         return 1;
     }
@@ -206,12 +206,12 @@ int Export(const ExportOptions& options) {
     layout::LayoutStore layouts(opened.Paths(), opened.Sink());
     layouts.LoadLayouts();
     layouts.GetLayout(0, view.Display);
-    const std::vector<int> items = load::CsvItems(opened.Run().Layer(), view, options.all);
+    const std::vector<int> items = load::CsvItems(opened.Run().Layer(), view, options.All);
     if (items.empty()) {
         return Fail("No item to export: the display shows none of the file's items (try --all)");
     }
     const bool written = load::RunReportingErrors(opened.Sink(), [&] {
-        return logdata::WriteCsv(options.output, opened.Run().Layers(), items, options.range,
+        return logdata::WriteCsv(options.Output, opened.Run().Layers(), items, options.Range,
                                  opened.Laf(), opened.Sink());
     });
     return written ? 0 : 1;

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <exception>
 #include <mutex>
+#include <tuple>
+#include <type_traits>
 
 #include "link/messages.h"
 #include "link_table.h"
@@ -32,21 +34,31 @@ std::int32_t CallLink(TlmStatus* status, bool argumentsValid, Body&& body) noexc
     }
 }
 
-// One request whose inputs are the given values (integers or records), with the outputs read by
-// readOutputs (none if empty).
-template <typename... Inputs>
-std::int32_t Request(Link& link, TlmStatus& status, link::MessageKind kind,
-                     const link::Client::OutputReader& readOutputs, const Inputs&... inputs) {
+// One exchange of an operation of any shape: the request's payload is the given values
+// (integers or records), and readOutputs (none if empty) reads what follows the answer's prefix.
+template <typename Operation, typename... Inputs>
+std::int32_t Request(Link& link, TlmStatus& status, const link::Client::OutputReader& readOutputs,
+                     const Inputs&... inputs) {
     link::PayloadWriter request;
     link::PutAll(request, inputs...);
-    return link.client.Exchange(kind, request, status, readOutputs);
+    return link.client.Exchange(Operation::kind, request, status, readOutputs);
 }
 
-// An output reader that fills one record of the caller's.
-template <typename Record> link::Client::OutputReader Into(Record& record) {
-    return [&record](link::PayloadReader& reader) {
-        return link::GetAll(reader, record);
+// One exchange of a plain operation: values are its request, records receive its answer, both in
+// the order of operations.h.
+template <typename Operation, typename... Records>
+std::int32_t RequestPlain(Link& link, TlmStatus& status, const typename Operation::Request& values,
+                          Records&... records) {
+    static_assert(std::is_same_v<std::tuple<Records...>, typename Operation::Answer>,
+                  "the records of the operation's answer, in order");
+    const auto readRecords = [&records...](link::PayloadReader& reader) {
+        return link::GetAll(reader, records...);
     };
+    return std::apply(
+        [&](const auto&... value) {
+            return Request<Operation>(link, status, readRecords, value...);
+        },
+        values);
 }
 
 } // namespace torvane::tlm

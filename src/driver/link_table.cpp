@@ -38,16 +38,15 @@ Table& TheTable() {
 
 Handle ReadHandle(const TlmStatus& status) {
     const std::span<const std::uint8_t> bytes(status.bytDriver);
-    return {rlg::GetLittleEndian<std::uint32_t>(bytes, 0),
-            rlg::GetLittleEndian<std::uint32_t>(bytes, 4),
-            rlg::GetLittleEndian<std::uint64_t>(bytes, 8)};
+    return {GetLittleEndian<std::uint32_t>(bytes, 0), GetLittleEndian<std::uint32_t>(bytes, 4),
+            GetLittleEndian<std::uint64_t>(bytes, 8)};
 }
 
 void WriteHandle(const Handle& handle, TlmStatus& status) {
     const std::span<std::uint8_t> bytes(status.bytDriver);
-    rlg::PutLittleEndian(bytes, 0, handle.magic);
-    rlg::PutLittleEndian(bytes, 4, handle.slot);
-    rlg::PutLittleEndian(bytes, 8, handle.serial);
+    PutLittleEndian(bytes, 0, handle.magic);
+    PutLittleEndian(bytes, 4, handle.slot);
+    PutLittleEndian(bytes, 8, handle.serial);
 }
 
 // The slot of a valid handle; the table's mutex must be held.

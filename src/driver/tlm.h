@@ -20,7 +20,8 @@ extern "C" {
 /* Size of the header that a logging file carries: the logger's setting record at logging time. */
 #define TLM_LOG_HEADER_SIZE 82
 
-/* Driver results of the link entry points. Codes are never reused for another meaning. */
+/* Driver results of the link entry points. Codes are never reused for another meaning, except
+ * by the transfer's own results below. */
 #define TLM_OK 0
 #define TLM_ERR_NOT_CONNECTED (-1) /* no logger answers at the endpoint */
 #define TLM_ERR_OPEN_FAILED (-2)   /* a logger answered but the link could not be set up */
@@ -32,6 +33,17 @@ extern "C" {
 #define TLM_ERR_NOT_OPEN (-16)     /* the status record holds no open link */
 #define TLM_ERR_SEQUENCE (-17)     /* a transfer call out of order */
 #define TLM_ERR_SENSE (-32)        /* the logger refused the command; bytSense says why */
+
+/* TLM_ERR_NOT_CONNECTED and TLM_ERR_OPEN_FAILED come from TLM_Open alone. Every other link entry
+ * point returns TLM_OK, a code the logger gave (TLM_ERR_BUSY, TLM_ERR_SENSE, or a result of its
+ * own), or TLM_ERR_TIMEOUT, TLM_ERR_PROTOCOL, TLM_ERR_ARGUMENT, TLM_ERR_LINK_LOST or
+ * TLM_ERR_NOT_OPEN. The transfer calls GetTheLogFile_start and GetTheLogFile_end also have results
+ * of their own, at the values that callers have always tested for; those values are also codes of
+ * the link, so each call's note says which meaning a value has there. */
+#define TLM_TRANSFER_FILE_FAILED (-1)  /* the caller's file cannot be created or completed */
+#define TLM_TRANSFER_NO_SUCH_FILE (-2) /* _start: the logger has no such file */
+#define TLM_TRANSFER_END_FAILED (-2)   /* _end: the logger or the link failed the end */
+#define TLM_TRANSFER_ENDED_EARLY (-3)  /* _end: ended before the last block; counts as success */
 
 /* Logger states, as held in TlmStatus.bytState. */
 #define TLM_STATE_INITIALIZING 0
@@ -212,15 +224,21 @@ TLM_API int32_t GetTheNumberofFiles(TlmStatus* status);
 /* Fills count entries, oldest file first. */
 TLM_API int32_t GetTheDownloadList(TlmStatus* status, int16_t count, TlmDownloadEntry* entries);
 /* Starts writing the logger's file entry->intNumber, as a logging file, to path (created or
- * truncated). -1: the file cannot be created; else the logger's result, -2 for no such file. */
+ * truncated). TLM_TRANSFER_FILE_FAILED (-1): the file cannot be created, and the logger is not
+ * asked. Otherwise the logger's result (TLM_TRANSFER_NO_SUCH_FILE, -2, when it has no such file)
+ * or a code of the link, where -3 is TLM_ERR_TIMEOUT; TLM_ERR_SEQUENCE while a transfer runs.
+ * On any result but TLM_OK the file is closed and left as it is. */
 TLM_API int32_t GetTheLogFile_start(TlmStatus* status, TlmDownloadEntry* entry, const char* path,
                                     TlmTransferBlock* block);
-/* Moves one block to the file: 0 more to come, positive the file is complete. bytSense
+/* Moves one block to the file: 0 more to come, positive the file is complete, else a code of the
+ * link (-3 is TLM_ERR_TIMEOUT) or TLM_ERR_SEQUENCE without a running transfer. bytSense
  * TLM_SENSE_FILE_NOT_FOUND: the file is not there. */
 TLM_API int32_t GetTheLogFile_reading(TlmStatus* status, TlmTransferBlock* block);
-/* Ends the transfer. 0 and -3 (ended before the last block) are success; -1: the file could
- * not be completed on disk; -2: the logger failed the end, or the link did. The file is left as
- * written: keeping or deleting a partial file is the caller's choice. */
+/* Ends the transfer. 0 and TLM_TRANSFER_ENDED_EARLY (-3, also the answer after a start that
+ * failed) are success; TLM_TRANSFER_FILE_FAILED (-1): the file could not be completed on disk;
+ * TLM_TRANSFER_END_FAILED (-2): the logger failed the end, or the link did. A time-out here is
+ * never -3: link failures are folded into -2. TLM_ERR_SEQUENCE when no transfer was started. The
+ * file is left as written: keeping or deleting a partial file is the caller's choice. */
 TLM_API int32_t GetTheLogFile_end(TlmStatus* status, TlmTransferBlock* block);
 /* Clears every logging file in the logger. */
 TLM_API int32_t InitializeLogFile(TlmStatus* status);
@@ -244,8 +262,8 @@ TLM_API int32_t ServiceModeCtrl(TlmStatus* status, int16_t code);
 
 /* Results of decomp_logfile. */
 #define TLM_DECOMP_OK 0
-#define TLM_DECOMP_NOT_FOUND (-1)   /* the logging file does not exist */
-#define TLM_DECOMP_NO_DATA (-2)     /* the file holds no data */
+#define TLM_DECOMP_NOT_FOUND (-1)    /* the logging file does not exist */
+#define TLM_DECOMP_NO_DATA (-2)      /* the file holds no data */
 #define TLM_DECOMP_WRITE_FAILED (-3) /* a deployed stream could not be written */
 #define TLM_DECOMP_ACCESS_ERROR (-4) /* a read failed, or the file is damaged */
 

@@ -8,30 +8,21 @@
 #include "link/endpoint.h"
 #include "link_call.h"
 
-using torvane::link::MessageKind;
+namespace op = torvane::link::op;
 using torvane::tlm::CallLink;
-using torvane::tlm::Into;
 using torvane::tlm::Link;
 using torvane::tlm::Request;
+using torvane::tlm::RequestPlain;
 
 namespace {
 
-// A request with no inputs and no outputs.
-std::int32_t Command(TlmStatus* status, MessageKind kind) {
-    return CallLink(status, true, [&](Link& link) { return Request(link, *status, kind, {}); });
-}
-
-// A request with no inputs that fills one record.
-template <typename Record> std::int32_t Fetch(TlmStatus* status, MessageKind kind, Record* record) {
-    return CallLink(status, record != nullptr,
-                    [&](Link& link) { return Request(link, *status, kind, Into(*record)); });
-}
-
-// A request with inputs and no outputs.
-template <typename... Inputs>
-std::int32_t Send(TlmStatus* status, MessageKind kind, const Inputs&... inputs) {
-    return CallLink(status, true,
-                    [&](Link& link) { return Request(link, *status, kind, {}, inputs...); });
+// A plain operation whose answer records go to the caller's memory: every pointer must be given.
+template <typename Operation, typename... Records>
+std::int32_t Call(TlmStatus* status, const typename Operation::Request& values,
+                  Records*... records) {
+    return CallLink(status, ((records != nullptr) && ...), [&](Link& link) {
+        return RequestPlain<Operation>(link, *status, values, *records...);
+    });
 }
 
 void EndLink(Link& link) {
@@ -91,15 +82,15 @@ extern "C" TLM_API int32_t TLM_Close(TlmStatus* status) {
 }
 
 extern "C" TLM_API int32_t TLM_Reset(TlmStatus* status) {
-    return Command(status, MessageKind::Reset);
+    return Call<op::Reset>(status, {});
 }
 
 extern "C" TLM_API int32_t GetStatus(TlmStatus* status) {
-    return Command(status, MessageKind::GetStatus);
+    return Call<op::GetStatus>(status, {});
 }
 
 extern "C" TLM_API int32_t GetTheNumberofFiles(TlmStatus* status) {
-    return Command(status, MessageKind::FileCount);
+    return Call<op::FileCount>(status, {});
 }
 
 extern "C" TLM_API int32_t GetTheDownloadList(TlmStatus* status, int16_t count,
@@ -116,44 +107,42 @@ extern "C" TLM_API int32_t GetTheDownloadList(TlmStatus* status, int16_t count,
             }
             return reader.Finished();
         };
-        return Request(link, *status, MessageKind::DownloadList, readEntries, count);
+        return Request<op::DownloadList>(link, *status, readEntries, count);
     });
 }
 
 extern "C" TLM_API int32_t InitializeLogFile(TlmStatus* status) {
-    return Command(status, MessageKind::ClearFiles);
+    return Call<op::ClearFiles>(status, {});
 }
 
 extern "C" TLM_API int32_t GetTheDetonationMap(TlmStatus* status, TlmDetonationMap* map) {
-    return Fetch(status, MessageKind::DetonationMap, map);
+    return Call<op::DetonationMap>(status, {}, map);
 }
 
 extern "C" TLM_API int32_t TSInitialize(TlmStatus* status, int16_t kind) {
-    return Send(status, MessageKind::InitializeSensor, kind);
+    return Call<op::InitializeSensor>(status, {kind});
 }
 
 extern "C" TLM_API int32_t GetTheInitData(TlmStatus* status, int32_t index, TlmInitData* data) {
-    return CallLink(status, data != nullptr, [&](Link& link) {
-        return Request(link, *status, MessageKind::InitData, Into(*data), index);
-    });
+    return Call<op::InitData>(status, {index}, data);
 }
 
 extern "C" TLM_API int32_t SendTheSettingData(TlmStatus* status, const TlmSettingData* setting) {
     return CallLink(status, setting != nullptr, [&](Link& link) {
-        return Request(link, *status, MessageKind::SendSetting, {}, *setting);
+        return RequestPlain<op::SendSetting>(link, *status, {*setting});
     });
 }
 
 extern "C" TLM_API int32_t GetTheSettingData(TlmStatus* status, TlmSettingData* setting) {
-    return Fetch(status, MessageKind::ReadSetting, setting);
+    return Call<op::ReadSetting>(status, {}, setting);
 }
 
 extern "C" TLM_API int32_t GetTheSignalCondition(TlmStatus* status, TlmSignalCondition* signal) {
-    return Fetch(status, MessageKind::SignalCondition, signal);
+    return Call<op::SignalCondition>(status, {}, signal);
 }
 
 extern "C" TLM_API int32_t GetTheSpecialData(TlmStatus* status, TlmSpecialData* special) {
-    return Fetch(status, MessageKind::SpecialData, special);
+    return Call<op::SpecialData>(status, {}, special);
 }
 
 extern "C" TLM_API int32_t GetTheSpecialData_raw(TlmStatus* status, uint8_t* buffer,
@@ -163,7 +152,7 @@ extern "C" TLM_API int32_t GetTheSpecialData_raw(TlmStatus* status, uint8_t* buf
         // The same request as GetTheSpecialData; the record is laid out as bytes in the order of
         // its fields, which is the order of the wire.
         TlmSpecialData special{};
-        const std::int32_t result = Request(link, *status, MessageKind::SpecialData, Into(special));
+        const std::int32_t result = RequestPlain<op::SpecialData>(link, *status, {}, special);
         if (!link.client.LastExchangeAnswered()) {
             return result;
         }
@@ -185,14 +174,14 @@ extern "C" TLM_API int32_t GetTheErrorInfo(TlmStatus* status, uint8_t* buffer, i
             std::copy(bytes.begin(), bytes.end(), buffer);
             return true;
         };
-        return Request(link, *status, MessageKind::ErrorInfo, readLog);
+        return Request<op::ErrorInfo>(link, *status, readLog);
     });
 }
 
 extern "C" TLM_API int32_t LoggingControl(TlmStatus* status, int32_t value) {
-    return Send(status, MessageKind::LoggingControl, value);
+    return Call<op::LoggingControl>(status, {value});
 }
 
 extern "C" TLM_API int32_t ServiceModeCtrl(TlmStatus* status, int16_t code) {
-    return Send(status, MessageKind::ServiceMode, code);
+    return Call<op::ServiceMode>(status, {code});
 }

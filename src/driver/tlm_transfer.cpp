@@ -4,23 +4,13 @@
 
 #include "link_call.h"
 
-using torvane::link::MessageKind;
+namespace op = torvane::link::op;
 using torvane::link::PayloadReader;
 using torvane::tlm::CallLink;
-using torvane::tlm::Into;
 using torvane::tlm::Link;
 using torvane::tlm::Request;
+using torvane::tlm::RequestPlain;
 using torvane::tlm::TransferState;
-
-namespace {
-
-// Results of GetTheLogFile_start and _end that are the library's own.
-constexpr int32_t kStartFileFailed = -1;
-constexpr int32_t kEndFileFailed = -1;
-constexpr int32_t kEndDeviceFailed = -2;
-constexpr int32_t kEndedEarly = -3;
-
-} // namespace
 
 extern "C" TLM_API int32_t GetTheLogFile_start(TlmStatus* status, TlmDownloadEntry* entry,
                                                const char* path, TlmTransferBlock* block) {
@@ -34,11 +24,11 @@ extern "C" TLM_API int32_t GetTheLogFile_start(TlmStatus* status, TlmDownloadEnt
         }
         link.transfer = TransferState::NotBegun;
         if (!link.file.Create(path)) {
-            return kStartFileFailed;
+            return TLM_TRANSFER_FILE_FAILED;
         }
         TlmTransferBlock started{};
         const std::int32_t result =
-            Request(link, *status, MessageKind::TransferStart, Into(started), *entry);
+            RequestPlain<op::TransferStart>(link, *status, {*entry}, started);
         if (link.client.LastExchangeAnswered()) {
             *block = started;
         }
@@ -70,8 +60,7 @@ extern "C" TLM_API int32_t GetTheLogFile_reading(TlmStatus* status, TlmTransferB
             link.file.Write(bytes);
             return true;
         };
-        const std::int32_t result =
-            Request(link, *status, MessageKind::TransferRead, readBlock, *block);
+        const std::int32_t result = Request<op::TransferRead>(link, *status, readBlock, *block);
         if (!link.client.LastExchangeAnswered()) {
             return result;
         }
@@ -94,23 +83,22 @@ extern "C" TLM_API int32_t GetTheLogFile_end(TlmStatus* status, TlmTransferBlock
         }
         if (state == TransferState::NotBegun) {
             // The start failed and said so; the device has no transfer to end.
-            return kEndedEarly;
+            return TLM_TRANSFER_ENDED_EARLY;
         }
         TlmTransferBlock ended{};
-        const std::int32_t result =
-            Request(link, *status, MessageKind::TransferEnd, Into(ended), *block);
+        const std::int32_t result = RequestPlain<op::TransferEnd>(link, *status, {*block}, ended);
         const bool answered = link.client.LastExchangeAnswered();
         if (answered) {
             *block = ended;
         }
         if (!link.file.Finish()) {
-            return kEndFileFailed;
+            return TLM_TRANSFER_FILE_FAILED;
         }
         // A link failure gives the device's failure here: a time-out code would read as -3,
         // which callers take for success.
-        if (!answered || (result != TLM_OK && result != kEndedEarly)) {
-            return kEndDeviceFailed;
+        if (!answered || (result != TLM_OK && result != TLM_TRANSFER_ENDED_EARLY)) {
+            return TLM_TRANSFER_END_FAILED;
         }
-        return state == TransferState::Complete ? result : kEndedEarly;
+        return state == TransferState::Complete ? result : TLM_TRANSFER_ENDED_EARLY;
     });
 }

@@ -176,11 +176,11 @@ void GraphRenderer::EnsureSurfaces() {
     DrawScaleColumn();
 }
 
-bool GraphRenderer::RedrawGraph(int mode) {
+bool GraphRenderer::RedrawGraph(RedrawMode mode) {
     EnsureSurfaces();
     const int width = size_.width();
     const int height = size_.height();
-    if (mode == 1 && width > GraphLeft) {
+    if (mode == RedrawMode::Rebuild && width > GraphLeft) {
         CopyColumns(graph_, scale_, GraphLeft, width, height);
         DrawTimeGrid(graph_, false);
         if (const auto delta = graph::DeltaMarkColumn(state_, width)) {

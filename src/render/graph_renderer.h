@@ -10,6 +10,7 @@
 #include "graph/window_state.h"
 #include "logger/laf_table.h"
 #include "render/raster.h"
+#include "render/redraw_mode.h"
 
 #include <QFont>
 #include <QImage>
@@ -36,9 +37,8 @@ public:
     void SetPictureSize(QSize size);
     QSize PictureSize() const { return size_; }
 
-    // Mode 1 rebuilds the graph surface and composes; any other mode only composes. False
-    // when a stream could not be read.
-    bool RedrawGraph(int mode);
+    // False when a stream could not be read.
+    bool RedrawGraph(RedrawMode mode);
     // One step of held scrolling, drawn straight into the composed picture from column 100.
     bool RedrawRect();
     void DrawScaleColumn();

@@ -108,7 +108,7 @@ private slots:
         const int cursorBefore = w.State().CursorX;
 
         PullLeader(w, leader, false);
-        QCOMPARE(w.State().DragState, 5);
+        QCOMPARE(w.State().DragState, graph::DragState::CommentLeader);
         QTRY_COMPARE(w.State().Leader.End, (graph::PixelPoint{leader.x2(), leader.y2()}));
         // The rubber line shows on the screen (inverted) and stays off the picture's surfaces.
         const QPoint middle = leader.center();

@@ -3,8 +3,8 @@
 
 #include "core/logger_test_support.h"
 #include "logger/download_dialog.h"
-#include "logger/scripted_driver.h"
 #include "shell/sleep_inhibitor.h"
+#include "support/scripted_driver.h"
 #include "support/temp_folder.h"
 #include "widget_driving.h"
 

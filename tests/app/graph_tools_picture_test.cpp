@@ -1,5 +1,5 @@
 // The tools over a picture that shows one trace colour and can be told to fail: Escape in a trace
-// drag, a ghost that cannot be shown, and a failed redraw.
+// drag, a ghost that cannot be shown, a held move button, and a failed redraw.
 
 #include "core/graph_window_fixture.h"
 #include "graph/graph_picture.h"
@@ -22,8 +22,14 @@ public:
     explicit OneTracePicture(QWidget* parent)
         : QWidget(parent) {}
 
-    bool RedrawGraph(int) override { return redrawWorks; }
-    bool RedrawRect() override { return redrawWorks; }
+    bool RedrawGraph(render::RedrawMode mode) override {
+        rebuilds += mode == render::RedrawMode::Rebuild ? 1 : 0;
+        return redrawWorks;
+    }
+    bool RedrawRect() override {
+        ++shortRedraws;
+        return redrawWorks;
+    }
     void DrawScaleColumn() override {}
     bool BeginItemDrag(int, int) override { return true; }
     bool MoveGhost(QPoint) override { return ghostWorks; }
@@ -35,6 +41,8 @@ public:
     QWidget* Widget() override { return this; }
 
     int ghostsDropped = 0;
+    int rebuilds = 0;
+    int shortRedraws = 0;
     bool redrawWorks = true;
     bool ghostWorks = true;
 };
@@ -91,7 +99,7 @@ private slots:
         bench.MoveTo({300, 200});
         QTest::mousePress(bench.picture, Qt::LeftButton, {}, {300, 200});
         QTest::keyClick(&bench.window, Qt::Key_Escape);
-        QCOMPARE(bench.State().DragState, 0);
+        QCOMPARE(bench.State().DragState, graph::DragState::None);
         QCOMPARE(bench.picture->ghostsDropped, 1);
         QTest::mouseRelease(bench.picture, Qt::LeftButton, {}, {300, 200});
         QCOMPARE(bench.State().Layers.Layer[0].TimeOffset, 10000.0);
@@ -100,11 +108,40 @@ private slots:
         bench.picture->ghostWorks = false;
         QTest::mousePress(bench.picture, Qt::LeftButton, {}, {300, 200});
         bench.MoveTo({340, 200});
-        QTRY_COMPARE(bench.State().DragState, 0);
+        QTRY_COMPARE(bench.State().DragState, graph::DragState::None);
         QCOMPARE(bench.desk.sink.messages.size(), std::size_t{1});
         QCOMPARE(bench.desk.sink.messages[0].text, std::string("Error DirectX."));
         QCOMPARE(bench.desk.sink.messages[0].icon, shell::icons::Stop);
         QTest::mouseRelease(bench.picture, Qt::LeftButton, {}, {340, 200});
+    }
+
+    // A held cmdMove scrolls a pass at a time with the short redraw, which leaves the comments
+    // out, until the release, which rebuilds the picture with them; a failed pass ends the hold.
+    void AHeldMoveButtonScrollsUntilTheReleaseOrAFailedRedraw() {
+        Bench bench;
+        QTest::mousePress(bench.right, Qt::LeftButton);
+        QCOMPARE(bench.State().DragState, graph::DragState::HeldScroll);
+        QVERIFY(bench.right->isDown());
+        QTRY_VERIFY(bench.picture->shortRedraws >= 3);
+        QCOMPARE(bench.picture->rebuilds, 0);
+        QTest::mouseRelease(bench.right, Qt::LeftButton);
+        QCOMPARE(bench.State().DragState, graph::DragState::None);
+        QVERIFY(!bench.right->isDown());
+        QCOMPARE(bench.picture->rebuilds, 1);
+        const int passes = bench.picture->shortRedraws;
+        // 100 ms a column: each pass moves 500 ms.
+        QCOMPARE(bench.State().Layers.Layer[0].TimeOffset, 10'000.0 + passes * 500.0);
+        QTest::qWait(60);
+        QCOMPARE(bench.picture->shortRedraws, passes);
+
+        bench.picture->redrawWorks = false;
+        QTest::mousePress(bench.left, Qt::LeftButton);
+        QCOMPARE(bench.State().DragState, graph::DragState::None);
+        QVERIFY(!bench.left->isDown());
+        QCOMPARE(bench.picture->shortRedraws, passes + 1);
+        QCOMPARE(bench.State().SingleFileState, graph::SingleFileState::Cleared);
+        QTest::mouseRelease(bench.left, Qt::LeftButton);
+        QCOMPARE(bench.picture->rebuilds, 2);
     }
 
     // A failed redraw on a cursor move stops the picture rebuilding itself and skips the
@@ -112,12 +149,12 @@ private slots:
     void AFailedRedrawClearsTheLoadedState() {
         Bench bench;
         bench.MoveTo({300, 100});
-        QCOMPARE(bench.State().SingleFileState, 1);
+        QCOMPARE(bench.State().SingleFileState, graph::SingleFileState::Loaded);
         const std::string title = bench.State().TitleText;
         bench.picture->redrawWorks = false;
         bench.MoveTo({400, 100});
         QCOMPARE(bench.State().CursorX, 411);
-        QCOMPARE(bench.State().SingleFileState, 0);
+        QCOMPARE(bench.State().SingleFileState, graph::SingleFileState::Cleared);
         QCOMPARE(bench.State().TitleText, title);
     }
 };

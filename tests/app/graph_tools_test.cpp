@@ -31,7 +31,7 @@ private slots:
         // Left of the hot spot's reach the graph takes no press.
         w.Tool(7);
         QTest::mousePress(w.graph, Qt::LeftButton, {}, {88, 100});
-        QCOMPARE(w.State().RangeState, 0);
+        QCOMPARE(w.State().RangeState, graph::RangeState::None);
         QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {88, 100});
     }
 
@@ -64,10 +64,10 @@ private slots:
         w.Tool(7);
         w.MoveTo({289, 100});
         QTest::mousePress(w.graph, Qt::LeftButton, {}, {289, 100});
-        QCOMPARE(w.State().RangeState, 1);
+        QCOMPARE(w.State().RangeState, graph::RangeState::StartMarked);
         w.MoveTo({189, 100});
         QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {189, 100});
-        QCOMPARE(w.State().RangeState, 2);
+        QCOMPARE(w.State().RangeState, graph::RangeState::Complete);
         QCOMPARE(w.State().RangeStart, 10000.0);
         QCOMPARE(w.State().RangeEnd, 20000.0);
 
@@ -78,9 +78,10 @@ private slots:
             QTest::mouseRelease(w.graph, Qt::LeftButton, {}, {495, 100});
         });
         w.MoveTo({495, 100});
-        QCOMPARE(w.State().DragState, 0);
+        QCOMPARE(w.State().DragState, graph::DragState::HeldScroll);
+        QTRY_COMPARE(w.State().DragState, graph::DragState::None);
         QVERIFY(w.Offset() > 0.0);
-        QCOMPARE(w.State().RangeState, 2);
+        QCOMPARE(w.State().RangeState, graph::RangeState::Complete);
         QCOMPARE(w.State().RangeStart, 20000.0);
         QCOMPARE(w.State().RangeEnd, w.State().Layers.Layer[0].CursorTime);
         QVERIFY(w.State().RangeEnd > 40000.0);
@@ -133,19 +134,19 @@ private slots:
     void DraggingTheBoxScrollsAndPullingAnEdgeZooms() {
         ToolWindow w;
         QTest::mousePress(w.box, Qt::LeftButton, {}, {100, 10});
-        QCOMPARE(w.State().DragState, 1);
+        QCOMPARE(w.State().DragState, graph::DragState::BoxMove);
         QTest::mouseMove(w.box, {192, 10});
         QTRY_COMPARE(w.box->x(), 92); // on the next tick of tmrScroll
         // The box moved under the mouse.
         QTest::mouseRelease(w.box, Qt::LeftButton, {}, {100, 10});
-        QCOMPARE(w.State().DragState, 0);
+        QCOMPARE(w.State().DragState, graph::DragState::None);
         const double expected = 92.0 / 462 * w.State().ScrollSpan;
         QCOMPARE(w.Offset(), expected - std::fmod(std::round(expected), 100.0));
 
         // The right edge pulled to 41 columns wide: 60 s x 41 / 462 over 410 columns.
         const int right = w.box->width() - 2;
         QTest::mousePress(w.box, Qt::LeftButton, {}, {right, 10});
-        QCOMPARE(w.State().DragState, 3);
+        QCOMPARE(w.State().DragState, graph::DragState::BoxRightEdge);
         QTest::mouseMove(w.box, {41, 10});
         QTest::qWait(250);
         QCOMPARE(w.box->width(), 316); // only the band follows the mouse
@@ -157,7 +158,7 @@ private slots:
         const int boxRight = w.box->x() + w.box->width();
         const QPoint past(w.box->width() + 20, 10);
         QTest::mousePress(w.box, Qt::LeftButton, {}, {1, 10});
-        QCOMPARE(w.State().DragState, 2);
+        QCOMPARE(w.State().DragState, graph::DragState::BoxLeftEdge);
         QTest::mouseMove(w.box, past);
         QTest::qWait(250);
         QTest::mouseRelease(w.box, Qt::LeftButton, {}, past);

@@ -23,7 +23,7 @@ struct ToolWindow {
     }
     // The run in a new window, 640 x 400.
     void Open() {
-        window = desk.frame.OpenLoggingWindow(3, file);
+        window = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, file);
         if (window == nullptr || !QTest::qWaitForWindowExposed(&desk.frame)) {
             qFatal("no window");
         }

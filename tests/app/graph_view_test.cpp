@@ -84,7 +84,7 @@ class GraphViewTest : public QObject {
 private slots:
     void GridTraceAndTagStandOnTheirColumnsAndRows() {
         Window window;
-        QVERIFY(window.view->RedrawGraph(1));
+        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
         const QImage shown = window.Shown();
         QCOMPARE(shown.size(), QSize(Width, Height));
         // Time grid: black every 100 columns from 200, grey half lines between.
@@ -118,11 +118,11 @@ private slots:
 
     void RangeBandLiesUnderTheGraphAndTheCursorIsDotted() {
         Window window;
-        window.state.RangeState = 2;
+        window.state.RangeState = graph::RangeState::Complete;
         window.state.RangeStart = 500.0;
         window.state.RangeEnd = 1000.0;
         window.state.CursorX = 420;
-        QVERIFY(window.view->RedrawGraph(1));
+        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
         QImage shown = window.Shown();
         QCOMPARE(shown.pixelColor(230, 100), BandColor);
         QCOMPARE(window.view->PixelAt(230, 100), 0xFFFFBFU);
@@ -141,7 +141,7 @@ private slots:
         // A cursor move composes again: the old column comes back, the band follows the state.
         window.state.CursorX = 430;
         window.state.RangeEnd = 750.0;
-        QVERIFY(window.view->RedrawGraph(2));
+        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Compose));
         shown = window.Shown();
         QCOMPARE(shown.pixelColor(420, 0), White);
         QCOMPARE(shown.pixelColor(430, 0), CursorColor);
@@ -153,8 +153,8 @@ private slots:
     // follows a new size, also one the picture learns late, as on a restore from minimised.
     void APictureThatNoLongerRebuildsOnPaintFollowsItsSize() {
         Window window;
-        QVERIFY(window.view->RedrawGraph(1));
-        window.state.SingleFileState = 0;
+        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
+        window.state.SingleFileState = graph::SingleFileState::Cleared;
         window.state.Layers.Layer[0].MeasureTime = 20000.0;
         window.view->resize(Width + 300, Height + 100);
         const QImage shown = window.Shown();
@@ -166,7 +166,7 @@ private slots:
 
     void HeldScrollingRedrawsFromColumn100() {
         Window window;
-        QVERIFY(window.view->RedrawGraph(1));
+        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
         window.state.Layers.Layer[0].TimeOffset = 250.0;
         QVERIFY(window.view->RedrawRect());
         const QImage shown = window.Shown();
@@ -180,13 +180,13 @@ private slots:
         Window window;
         window.view->show();
         QVERIFY(QTest::qWaitForWindowExposed(window.view.get()));
-        window.state.SingleFileState = 1;
-        QVERIFY(window.view->RedrawGraph(1));
+        window.state.SingleFileState = graph::SingleFileState::Loaded;
+        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
         // The stream drops to 50 km/h: a cursor move only composes, so the trace stays drawn.
         window.Stream(0, "VFW", std::vector<std::int16_t>(2000, 50));
         const PaintCount paints(*window.view);
         window.state.CursorX = 420;
-        QVERIFY(window.view->RedrawGraph(2));
+        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Compose));
         QTRY_VERIFY(paints.count > 0);
         QCOMPARE(window.view->PixelAt(133, TraceRow), 0xFF0000U);
         QCOMPARE(window.view->PixelAt(420, 0), 0xFF8000U);
@@ -199,7 +199,7 @@ private slots:
 
     void TheGhostFollowsTheMouseAndGoesAway() {
         Window window;
-        QVERIFY(window.view->RedrawGraph(1));
+        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
         QVERIFY(window.view->BeginItemDrag(0, logdata::VFW));
         QVERIFY(window.view->MoveGhost({0, -62}));
         QVERIFY(BlackIn(window.Shown(), QRect(310, TraceRow - 62, 12, 1)));
@@ -210,22 +210,22 @@ private slots:
 
     void AMissingStreamIsToldOnceAndStopsTheRepaints() {
         Window window;
-        QVERIFY(window.view->RedrawGraph(1));
+        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
         std::filesystem::remove(window.state.Layers.StreamPath(0, "VFW"));
-        QVERIFY(!window.view->RedrawGraph(1));
+        QVERIFY(!window.view->RedrawGraph(render::RedrawMode::Rebuild));
         QCOMPARE(window.sink.messages.size(), std::size_t{1});
         QVERIFY(window.sink.messages[0].text.starts_with("Error(53)"));
         // A loaded window redraws on paint; a failure clears the state so it is not retried.
-        window.state.SingleFileState = 1;
+        window.state.SingleFileState = graph::SingleFileState::Loaded;
         window.Shown();
-        QCOMPARE(window.state.SingleFileState, 0);
+        QCOMPARE(window.state.SingleFileState, graph::SingleFileState::Cleared);
         QCOMPARE(window.sink.messages.size(), std::size_t{1});
         // What the operator saw stays.
         QCOMPARE(window.At(133, TraceRow), TraceColor);
 
         // A band wholly below the picture is never read, so its missing stream is no failure.
         window.state.Views[0].Display.Items[logdata::VFW].Bottom = 2000;
-        QVERIFY(window.view->RedrawGraph(1));
+        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
         QCOMPARE(window.sink.messages.size(), std::size_t{1});
     }
 

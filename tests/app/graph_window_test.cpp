@@ -72,7 +72,8 @@ private slots:
     // layout follow the mouse and the size.
     void AGeneratedRunOpensWithItsPanel() {
         Desk desk;
-        GraphWindow* window = desk.frame.OpenLoggingWindow(3, desk.Run("MUGELLO.rlg", 60000.0));
+        GraphWindow* window = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+                                                           desk.Run("MUGELLO.rlg", 60000.0));
         QVERIFY(window != nullptr);
         QVERIFY(desk.sink.messages.empty());
         QVERIFY(QTest::qWaitForWindowExposed(&desk.frame));
@@ -168,7 +169,8 @@ private slots:
         for (const auto& refused : cases) {
             desk.sink.messages.clear();
             desk.memory.usedPercent = refused.memory;
-            QVERIFY(desk.frame.OpenLoggingWindow(3, refused.file) == nullptr);
+            QVERIFY(desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, refused.file) ==
+                    nullptr);
             QCOMPARE(desk.sink.messages.size(), std::size_t{1});
             QCOMPARE(desk.sink.messages[0].text, refused.message);
             QCOMPARE(desk.sink.messages[0].icon, refused.icon);
@@ -241,7 +243,8 @@ private slots:
     // asked a second time, and all windows and streams go.
     void CancelWhileTheProgramClosesKeepsEveryWindow() {
         Desk desk;
-        GraphWindow* fromDisk = desk.frame.OpenLoggingWindow(3, desk.Run("RUN.rlg", 20000.0));
+        GraphWindow* fromDisk = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+                                                             desk.Run("RUN.rlg", 20000.0));
         const fs::path downloaded = desk.paths.TempDir() / "LGGR0001.rlg";
         QVERIFY(testing::WriteGeneratedRun(downloaded, 20000.0, 3));
         GraphWindow* fromLogger = desk.frame.ShowLoggingFile(downloaded, true);
@@ -276,7 +279,7 @@ private slots:
         const fs::path run = desk.Run("RUN.rlg", 20000.0);
         QList<QPoint> corners;
         for (int i = 0; i < 10; ++i) {
-            QVERIFY(desk.frame.OpenLoggingWindow(3, run) != nullptr);
+            QVERIFY(desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, run) != nullptr);
             const QMdiSubWindow* shown = desk.frame.Area()->subWindowList().back();
             QVERIFY(desk.frame.Area()->viewport()->rect().contains(shown->geometry()));
             corners << shown->pos();

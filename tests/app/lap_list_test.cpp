@@ -115,7 +115,8 @@ private slots:
         Desk desk;
         QAction* menu = desk.frame.Action("mnuLap");
         QVERIFY(!menu->isEnabled());
-        GraphWindow* first = desk.frame.OpenLoggingWindow(3, desk.Run("FIRST.rlg", 600000.0));
+        GraphWindow* first = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+                                                          desk.Run("FIRST.rlg", 600000.0));
         QVERIFY(menu->isEnabled() && !menu->isChecked());
         menu->trigger();
         QVERIFY(menu->isChecked());
@@ -126,7 +127,8 @@ private slots:
         QVERIFY(grid->rowCount() >= 5);
         QCOMPARE(grid->rowCount(), static_cast<int>(first->State().Layers.Lap[0].LapTime.size()));
 
-        GraphWindow* second = desk.frame.OpenLoggingWindow(3, desk.Run("SHORT.rlg", 60000.0, 2));
+        GraphWindow* second = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+                                                           desk.Run("SHORT.rlg", 60000.0, 2));
         QCOMPARE(list->windowTitle(), QString("SHORT"));
         QCOMPARE(testing::ColumnTexts(*grid->model(), 1), QStringList{"---------------"});
         Activate(desk, first);
@@ -147,7 +149,8 @@ private slots:
     // the other layer; the start row goes back to the start of the file.
     void AClickOnALapMovesTheActiveLayerToItsStart() {
         Desk desk;
-        GraphWindow* window = desk.frame.OpenLoggingWindow(3, desk.Run("MAIN.rlg", 600000.0));
+        GraphWindow* window = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+                                                           desk.Run("MAIN.rlg", 600000.0));
         desk.choices = {desk.Run("OTHER.rlg", 600000.0, 2)};
         desk.frame.Action("mnuOpenLayer")->trigger();
         desk.frame.Action("mnuLap")->trigger();
@@ -159,7 +162,7 @@ private slots:
         ClickRow(*grid, 3);
         QCOMPARE(layers.Layer[0].TimeOffset, layers.Lap[0].LapTime[2]);
         QCOMPARE(layers.Layer[1].TimeOffset, 0.0);
-        QCOMPARE(window->State().SingleFileState, 0);
+        QCOMPARE(window->State().SingleFileState, graph::SingleFileState::Cleared);
         QVERIFY(title->text() != before);
 
         ClickRow(*grid, 0);

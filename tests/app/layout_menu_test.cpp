@@ -147,7 +147,8 @@ private slots:
         QVERIFY(!desk.frame.Action("mnuLaySave")->isEnabled());
 
         SaveLayouts(desk.layouts, {"Two items"});
-        app::GraphWindow* window = desk.frame.OpenLoggingWindow(3, desk.Run("RUN.rlg", 60000.0));
+        app::GraphWindow* window = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+                                                                desk.Run("RUN.rlg", 60000.0));
         QVERIFY(window != nullptr);
         QVERIFY(QTest::qWaitForWindowExposed(&desk.frame));
         QAction* first = desk.frame.Action("mnuLayout1");
@@ -208,8 +209,8 @@ private slots:
         QCOMPARE(desk.frame.ActiveWindowNumber(), -1);
         desk.frame.show();
         const fs::path run = desk.Run("RUN.rlg", 20000.0);
-        app::GraphWindow* one = desk.frame.OpenLoggingWindow(3, run);
-        desk.frame.OpenLoggingWindow(3, run);
+        app::GraphWindow* one = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, run);
+        desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, run);
         desk.frame.Area()->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(one->parentWidget()));
         desk.frame.close();
         QCOMPARE(desk.frame.ActiveWindowNumber(), 1);
@@ -221,7 +222,7 @@ private slots:
         Desk desk;
         desk.frame.SetToolBoxPlace({false, 1500, 3000});
         desk.frame.ShowToolBox();
-        desk.frame.OpenLoggingWindow(3, desk.Run("RUN.rlg", 20000.0));
+        desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, desk.Run("RUN.rlg", 20000.0));
         desk.frame.Action("mnuFileClose")->trigger();
         QVERIFY(desk.frame.GraphWindows().isEmpty());
         layout::LayoutStore reread(desk.paths, desk.sink);

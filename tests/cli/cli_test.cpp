@@ -2,6 +2,7 @@
 
 #include "layout/layout_store.h"
 #include "logdata/log_header.h"
+#include "support/documented_json.h"
 #include "support/run_process.h"
 #include "support/temp_folder.h"
 
@@ -118,6 +119,31 @@ TEST_F(CliTest, ValuesInfoLapsAndUnpackOfAPackedRun) {
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.out, "result -3\nDeployCount 0\n");
     EXPECT_EQ(refused.err, "Can not make the file after deployment.\n");
+}
+
+// Scripts read these keys, so every --json output keeps to docs/cli-json.schema.json, key for key.
+TEST_F(CliTest, JsonOutputsHaveExactlyTheDocumentedKeys) {
+    using torvane::testing::DocumentedJson;
+    using torvane::testing::Undocumented;
+    const std::string run = PackSmallRun();
+    const std::vector<std::pair<std::string, std::vector<std::string>>> commands{
+        {"info", {"info", run, "--json"}},
+        {"values", {"values", run, "--at", "0,15.5,1000", "--json"}},
+        {"laps", {"laps", run, "--json"}}};
+    for (const auto& [command, args] : commands) {
+        const auto result = Cli(args);
+        ASSERT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(Undocumented(DocumentedJson(command), json::parse(result.out)),
+                  std::vector<std::string>{})
+            << command;
+    }
+
+    // A renamed or a missing key is caught, not only a new one.
+    auto laps = json::parse(Cli({"laps", run, "--json"}).out);
+    laps["BestLap"] = laps["best"];
+    laps.erase("best");
+    EXPECT_EQ(Undocumented(DocumentedJson("laps"), laps),
+              (std::vector<std::string>{"$: no key best", "$: key BestLap is not documented"}));
 }
 
 TEST_F(CliTest, RefusedFilesGiveTheMessageAndStatusOne) {

@@ -127,7 +127,7 @@ TEST_F(CommentTest, NewCommentIsPinnedWhereTheLeaderBeganWithItsTextWhereItEnded
     EXPECT_TRUE(end.Changed);
     EXPECT_EQ(end.Layer, 0);
     EXPECT_EQ(state.EditComment, -1);
-    EXPECT_EQ(state.DragState, 0);
+    EXPECT_EQ(state.DragState, DragState::None);
     CommentRecord pinned{0, 40, -40, logdata::Ne, 0, 0, 3000, 10000, "Late apex", "/runs/RUN.rlg"};
     EXPECT_EQ(state.Comments, CommentList{pinned});
     EXPECT_EQ(DrawComments(state, Picture).at(0).Anchor, (PixelPoint{300, 150}));

@@ -40,7 +40,7 @@ protected:
 
 TEST_F(PictureTest, RangeBandFollowsTheMarkedRangeAndTheDeltaLineItsMode) {
     EXPECT_EQ(RangeBandOf(state, 600, 400), std::nullopt);
-    state.RangeState = 1;
+    state.RangeState = RangeState::StartMarked;
     state.RangeStart = 0.0; // at the left edge: from the axis to the cursor
     EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{100, 14, 200, 366}));
     state.RangeStart = 1000.0; // on the cursor: nothing to fill
@@ -50,7 +50,7 @@ TEST_F(PictureTest, RangeBandFollowsTheMarkedRangeAndTheDeltaLineItsMode) {
     state.RangeStart = 99999.0; // past the right edge: from the cursor to the edge
     EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{300, 14, 300, 366}));
 
-    state.RangeState = 2;
+    state.RangeState = RangeState::Complete;
     state.RangeStart = 500.0;
     state.RangeEnd = 99999.0;
     EXPECT_EQ(RangeBandOf(state, 600, 400), (PixelRect{200, 14, 400, 366}));

@@ -1,6 +1,8 @@
-// The scroll strip and the moves of the layers in time: the strip's samples, the box, the ends
-// of the drags, one pass of each hold-to-scroll loop.
+// The scroll strip and the moves of the layers in time: the strip's samples, the box, the drags
+// from press to release, the holds and one pass of each.
 
+#include "graph/cursor.h"
+#include "graph/lap_list.h"
 #include "graph/scroll_strip.h"
 #include "graph/scrolling.h"
 #include "graph_window_fixture.h"
@@ -73,14 +75,14 @@ TEST(ScrollBox, ItStandsForTheVisibleTimeIsNeverNarrowerThanTenAndItsEdgesPull) 
 
     // A press near an edge pulls it. Width 9: edges of 3; width 30: a third would be 10, held
     // at 6.
-    EXPECT_EQ(BoxPressState(9, 2), 2);
-    EXPECT_EQ(BoxPressState(9, 3), 1);
-    EXPECT_EQ(BoxPressState(9, 5), 1);
-    EXPECT_EQ(BoxPressState(9, 6), 3);
-    EXPECT_EQ(BoxPressState(30, 5), 2);
-    EXPECT_EQ(BoxPressState(30, 6), 1);
-    EXPECT_EQ(BoxPressState(30, 23), 1);
-    EXPECT_EQ(BoxPressState(30, 24), 3);
+    EXPECT_EQ(BoxPressState(9, 2), DragState::BoxLeftEdge);
+    EXPECT_EQ(BoxPressState(9, 3), DragState::BoxMove);
+    EXPECT_EQ(BoxPressState(9, 5), DragState::BoxMove);
+    EXPECT_EQ(BoxPressState(9, 6), DragState::BoxRightEdge);
+    EXPECT_EQ(BoxPressState(30, 5), DragState::BoxLeftEdge);
+    EXPECT_EQ(BoxPressState(30, 6), DragState::BoxMove);
+    EXPECT_EQ(BoxPressState(30, 23), DragState::BoxMove);
+    EXPECT_EQ(BoxPressState(30, 24), DragState::BoxRightEdge);
 }
 
 class Layers : public ::testing::Test {
@@ -115,15 +117,17 @@ TEST_F(Layers, ABoxMoveShiftsAllLayersOnTheStepGridAndKeepsTheirDistance) {
 TEST_F(Layers, PullingAnEdgeSetsTheScaleThatShowsTheBoxAcrossTheGraph) {
     state.ScrollSpan = 36'000; // 90 ms a strip column
     // The right edge pulled to 5 columns: 10 wide, 1 ms a column.
-    EXPECT_EQ(EndBoxZoom(state, 3, {254, 45}, 259, 400, 1000), (ScrollBox{254, 10}));
+    EXPECT_EQ(EndBoxZoom(state, DragState::BoxRightEdge, {254, 45}, 259, 400, 1000),
+              (ScrollBox{254, 10}));
     EXPECT_EQ(state.Time, (TimeScale{5, 100, 5}));
     // The left edge pulled out to 100 wide: 10 ms a column.
-    EXPECT_EQ(EndBoxZoom(state, 2, {254, 45}, 199, 400, 1000), (ScrollBox{199, 100}));
+    EXPECT_EQ(EndBoxZoom(state, DragState::BoxLeftEdge, {254, 45}, 199, 400, 1000),
+              (ScrollBox{199, 100}));
     EXPECT_EQ(state.Time, (TimeScale{1, 1500, 15}));
     EXPECT_DOUBLE_EQ(Layer(0).TimeOffset, 4050.0);
     EXPECT_DOUBLE_EQ(Layer(1).TimeOffset, 4050.0);
     // 30 wide: 3 ms a column, one column per 5 ms.
-    EndBoxZoom(state, 3, {254, 45}, 284, 400, 1000);
+    EndBoxZoom(state, DragState::BoxRightEdge, {254, 45}, 284, 400, 1000);
     EXPECT_EQ(state.Time, (TimeScale{1, 500, 5}));
 }
 
@@ -142,6 +146,84 @@ TEST_F(Layers, ATraceDragMovesItsBandAndAllLayersByWholeSteps) {
     EndTraceDrag(state, {0, 0}, -12, 0);
     EXPECT_DOUBLE_EQ(Layer(0).TimeOffset, 1000.0);
     EXPECT_DOUBLE_EQ(Layer(1).TimeOffset, 10.0);
+}
+
+// While a drag or hold runs the graph takes no press; a move only records the cursor's column
+// when a timer draws.
+void ExpectBusy(GraphWindowState& state, bool timerDraws) {
+    EXPECT_FALSE(GraphTakesPress(state, 300.0, 100.0));
+    const std::int32_t x = state.CursorX == 300 ? 400 : 300;
+    EXPECT_EQ(MoveCursor(state, x - CursorHotSpot, 100.0, 1000).Redraw, !timerDraws);
+}
+
+TEST_F(Layers, ABoxMoveEndsNoLongerAsLoadedAndAnEdgeZoomsKeepingIt) {
+    state.ScrollSpan = 36'000;
+    BeginBoxDrag(state, DragState::BoxRightEdge);
+    ExpectBusy(state, false);
+    EXPECT_EQ(EndBoxDrag(state, DragState::BoxRightEdge, {254, 45}, 259, 400, 1000),
+              (ScrollBox{254, 10}));
+    EXPECT_EQ(state.DragState, DragState::None);
+    EXPECT_EQ(state.SingleFileState, SingleFileState::Loaded);
+
+    BeginBoxDrag(state, DragState::BoxMove);
+    EXPECT_EQ(EndBoxDrag(state, DragState::BoxMove, {194, 45}, 0, 400, 1000), (ScrollBox{194, 45}));
+    EXPECT_EQ(state.DragState, DragState::None);
+    EXPECT_DOUBLE_EQ(Layer(1).TimeOffset, 3600.0); // 40 of 400 strip columns of 36 s
+    EXPECT_EQ(state.SingleFileState, SingleFileState::Cleared);
+}
+
+TEST_F(Layers, ATraceDragMovesTheMarkedRowOnReleaseAndNothingOnEscape) {
+    state.Time = {5, 100, 5};
+    Layer(0).TimeOffset = 1000.0;
+    const ItemDisplay& ne = state.Views[0].Display.Items[0];
+    state.Panel.SelectItem(0, 0);
+    BeginTraceDrag(state);
+    ExpectBusy(state, true);
+    DropTraceDrag(state);
+    EXPECT_EQ(state.DragState, DragState::None);
+    EXPECT_DOUBLE_EQ(Layer(0).TimeOffset, 1000.0);
+    EXPECT_EQ(state.SingleFileState, SingleFileState::Loaded);
+
+    const std::int16_t top = ne.Top;
+    BeginTraceDrag(state);
+    ReleaseTraceDrag(state, 12, -7);
+    EXPECT_EQ(state.DragState, DragState::None);
+    EXPECT_EQ(ne.Top, top - 7);
+    EXPECT_DOUBLE_EQ(Layer(0).TimeOffset, 990.0);
+    EXPECT_EQ(state.SingleFileState, SingleFileState::Cleared);
+}
+
+// Linked layers, one at its end: a no ends the hold and asks again next time, a yes lets them
+// drift apart from then on.
+TEST_F(Layers, AHoldLastsUntilItEndsAndTheShiftAnswerEndsItToo) {
+    state.MouseX = 650;
+    state.MouseY = 200;
+    Layer(1).TimeOffset = 100'000.0 - 900 * 5;
+    for (const bool shift : {false, true}) {
+        BeginHold(state);
+        EXPECT_TRUE(Holding(state));
+        ExpectBusy(state, true);
+        ASSERT_EQ(AutoScrollStep(state, true, 1000, 400), AutoScrollResult::AskShift);
+        AnswerLayerShift(state, shift);
+        EXPECT_FALSE(Holding(state));
+        EXPECT_TRUE(GraphTakesPress(state, 300.0, 100.0));
+        EXPECT_EQ(state.ShiftAccepted, shift);
+    }
+    EXPECT_EQ(AutoScrollStep(state, true, 1000, 400), AutoScrollResult::Scrolled);
+}
+
+TEST_F(Layers, AFailedRedrawAndAJumpToALapLeaveTheWindowNoLongerAsLoaded) {
+    EXPECT_TRUE(RecordRedraw(state, true));
+    EXPECT_EQ(state.SingleFileState, SingleFileState::Loaded);
+    EXPECT_FALSE(RecordRedraw(state, false));
+    EXPECT_EQ(state.SingleFileState, SingleFileState::Cleared);
+
+    state.SingleFileState = SingleFileState::Loaded;
+    state.Layers.Lap[0].LapTime = {30'000.0, 60'000.0};
+    EXPECT_FALSE(MoveLapTime(state, 2));
+    EXPECT_EQ(state.SingleFileState, SingleFileState::Loaded);
+    EXPECT_TRUE(MoveLapTime(state, 1));
+    EXPECT_EQ(state.SingleFileState, SingleFileState::Cleared);
 }
 
 TEST_F(Layers, AutoScrollGoesFasterAwayFromTheMiddleAndWaitsOutside) {

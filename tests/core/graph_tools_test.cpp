@@ -40,11 +40,11 @@ TEST(Cursor, TheHotSpotAndTheRightEdgeDecideTheColumnAndAMoveRedrawsOnANewOne) {
     EXPECT_FALSE(GraphTakesPress(state, 88.9, 0.0));
     state.LapBarHeight = 14;
     EXPECT_FALSE(GraphTakesPress(state, 200.0, 13.0));
-    state.DragState = 1;
+    state.DragState = DragState::BoxMove;
     EXPECT_FALSE(GraphTakesPress(state, 200.0, 20.0));
 
     // A move redraws only when the column changes, and never while a loop draws.
-    state.DragState = 0;
+    state.DragState = DragState::None;
     state.LapBarHeight = 0;
     const CursorMove first = MoveCursor(state, 289.0, 40.0, 800);
     EXPECT_TRUE(first.Moved && first.Redraw);
@@ -53,13 +53,16 @@ TEST(Cursor, TheHotSpotAndTheRightEdgeDecideTheColumnAndAMoveRedrawsOnANewOne) {
     EXPECT_EQ(state.MouseY, 40);
     EXPECT_FALSE(MoveCursor(state, 289.4, 50.0, 800).Moved);
     EXPECT_EQ(state.MouseY, 50);
-    for (const int drag : {4, 5, 6, 99}) {
+    int x = 300;
+    for (const DragState drag :
+         {DragState::TraceDrag, DragState::CommentLeader, DragState::HeldScroll}) {
         state.DragState = drag;
-        const CursorMove move = MoveCursor(state, 300.0 + drag, 40.0, 800);
+        x += 25;
+        const CursorMove move = MoveCursor(state, x, 40.0, 800);
         EXPECT_TRUE(move.Moved);
-        EXPECT_FALSE(move.Redraw) << drag;
+        EXPECT_FALSE(move.Redraw) << static_cast<int>(drag);
     }
-    state.DragState = 1;
+    state.DragState = DragState::BoxMove;
     EXPECT_TRUE(MoveCursor(state, 500.0, 40.0, 800).Redraw);
 }
 
@@ -175,12 +178,12 @@ TEST(RangeTool, PressAndReleaseMarkARangeInOrderOrClearItAndTheEdgesScrollMeanwh
 
     cursor = 5000.0;
     PressRangeTool(state);
-    EXPECT_EQ(state.RangeState, 1);
+    EXPECT_EQ(state.RangeState, RangeState::StartMarked);
     cursor = 3000.0;
     PressRangeTool(state); // a second press while marking changes nothing
     EXPECT_DOUBLE_EQ(state.RangeStart, 5000.0);
     EXPECT_TRUE(ReleaseRangeTool(state));
-    EXPECT_EQ(state.RangeState, 2);
+    EXPECT_EQ(state.RangeState, RangeState::Complete);
     EXPECT_DOUBLE_EQ(state.RangeStart, 3000.0);
     EXPECT_DOUBLE_EQ(state.RangeEnd, 5000.0);
     EXPECT_FALSE(ReleaseRangeTool(state));
@@ -188,13 +191,13 @@ TEST(RangeTool, PressAndReleaseMarkARangeInOrderOrClearItAndTheEdgesScrollMeanwh
     PressRangeTool(state);
     EXPECT_DOUBLE_EQ(state.RangeEnd, 0.0);
     EXPECT_TRUE(ReleaseRangeTool(state));
-    EXPECT_EQ(state.RangeState, 0);
+    EXPECT_EQ(state.RangeState, RangeState::None);
 
     state.DeltaMode = true;
     cursor = 7000.0;
     PressRangeTool(state);
     EXPECT_DOUBLE_EQ(state.DeltaMark, 7000.0);
-    EXPECT_EQ(state.RangeState, 0);
+    EXPECT_EQ(state.RangeState, RangeState::None);
     EXPECT_FALSE(ReleaseRangeTool(state));
 
     // The edges scroll only while a range is marked.
@@ -202,7 +205,7 @@ TEST(RangeTool, PressAndReleaseMarkARangeInOrderOrClearItAndTheEdgesScrollMeanwh
     state.Time = {25, 20, 5};
     state.CursorX = 119;
     EXPECT_FALSE(RangeEdgeScrolls(state, 1010));
-    state.RangeState = 1;
+    state.RangeState = RangeState::StartMarked;
     EXPECT_TRUE(RangeEdgeScrolls(state, 1010));
     state.CursorX = 120;
     EXPECT_FALSE(RangeEdgeScrolls(state, 1010));

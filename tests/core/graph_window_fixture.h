@@ -73,7 +73,7 @@ public:
         if (layer == 0) {
             state.Panel.MarkFile(0);
             SelectLayer(state, 0);
-            state.SingleFileState = 1;
+            state.SingleFileState = SingleFileState::Loaded;
         }
     }
 

@@ -88,7 +88,7 @@ protected:
 TEST_F(LoadTest, MainFileIsReadyToShowWithTheScrollItemItHas) {
     ASSERT_TRUE(Load(MakeRun(6000, true)));
     EXPECT_TRUE(sink.messages.empty());
-    EXPECT_EQ(files.SingleFileState, 1);
+    EXPECT_EQ(files.SingleFileState, graph::SingleFileState::Loaded);
     EXPECT_EQ(files.Layers.Layer[0].MeasureTime, 6000.0);
     EXPECT_EQ(files.Time, display.Time);
     graph::ScaleRecord neScale;
@@ -132,7 +132,7 @@ TEST_F(LoadTest, FailedDeploymentShowsTheDriversMessageAndAFailedWindowStepFails
 
     view.selectFails = true;
     EXPECT_FALSE(Load(MakeRun(6000)));
-    EXPECT_EQ(files.SingleFileState, 0);
+    EXPECT_EQ(files.SingleFileState, graph::SingleFileState::Cleared);
     EXPECT_NE(view.steps.back(), "values, cursor found again");
     view = RecordingView{};
     view.panelFails = true;
@@ -148,7 +148,7 @@ TEST_F(LoadTest, SecondAndThirdLayersOpenAndAFourthIsRefused) {
 
     ASSERT_TRUE(Open(MakeRun(4000), "/runs/SECOND.rlg"));
     EXPECT_EQ(files.ActiveLayer, 0);
-    EXPECT_EQ(files.SingleFileState, 0);
+    EXPECT_EQ(files.SingleFileState, graph::SingleFileState::Cleared);
     EXPECT_EQ(LayerMenus(files), (std::array{true, true, true}));
     // The new layer starts where the main file is shown, with its display.
     EXPECT_EQ(files.Layers.Layer[1].TimeOffset, 1500.0);
@@ -337,7 +337,7 @@ TEST(UnloadWindowTest, RemovesTheWindowsStreamsAndKeepsItsDisplay) {
         WriteWords16(first.Layers.StreamPath(layer, "Ne"), {1});
         WriteWords16(second.Layers.StreamPath(layer, "Ne"), {1});
     }
-    first.SingleFileState = 1;
+    first.SingleFileState = graph::SingleFileState::Loaded;
     first.Views[0].Display = layout::DefaultLayout();
     first.Views[0].Display.Items[logdata::TH].Zoom = 9;
     first.Time = {4, 2000, 20};
@@ -351,7 +351,7 @@ TEST(UnloadWindowTest, RemovesTheWindowsStreamsAndKeepsItsDisplay) {
     EXPECT_EQ(kept.Items, first.Views[0].Display.Items);
 
     // The last window saves the store; its display was changed, so record 0 stays.
-    second.SingleFileState = 0;
+    second.SingleFileState = graph::SingleFileState::Cleared;
     const layout::ToolBoxPlace toolBox{true, 120, 240};
     EXPECT_TRUE(UnloadWindow(second, registry, store, toolBox).LastWindow);
     layout::LayoutStore reread(paths, sink);

@@ -3,8 +3,8 @@
 // scripted driver whose readiness wait counts its pauses instead of sleeping.
 
 #include "logger/logger_link.h"
-#include "logger/scripted_driver.h"
 #include "shell/message_sink.h"
+#include "support/scripted_driver.h"
 
 #include <chrono>
 #include <deque>

@@ -53,9 +53,9 @@ TEST(AppPaths, HomeVariableWinsThenProgramFolderThenUserFolder) {
     TempFolder folder;
     PathInputs inputs{folder / "home", folder.Path(), folder / "user"};
     EXPECT_EQ(AppPaths::Resolve(inputs).AppPath(), folder / "home");
-    inputs.torvaneHome.reset();
+    inputs.TorvaneHome.reset();
     EXPECT_EQ(AppPaths::Resolve(inputs).AppPath(), folder.Path());
-    inputs.programDir = folder / "no-such-folder";
+    inputs.ProgramDir = folder / "no-such-folder";
     EXPECT_EQ(AppPaths::Resolve(inputs).AppPath(), folder / "user");
 }
 

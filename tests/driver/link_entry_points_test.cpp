@@ -163,7 +163,7 @@ TEST_F(LinkEntryPoints, TransferStartAndEndFailuresAFullDiskIncluded) {
     // A path that cannot be created: -1 before the device is asked; the end has nothing to end.
     const auto unreachable = logger.Folder() / "missing" / "LGGR0002.rlg";
     EXPECT_EQ(GetTheLogFile_start(&status, &entry, unreachable.c_str(), &block), -1);
-    EXPECT_EQ(std::count(device.calls.begin(), device.calls.end(), "StartTransfer"), 0);
+    EXPECT_EQ(std::count(device.calls.begin(), device.calls.end(), "TransferStart"), 0);
     EXPECT_EQ(GetTheLogFile_end(&status, &block), -3);
 
     // The device refusing: its own result.

@@ -24,11 +24,11 @@ std::int32_t ScriptedDevice::Answer(const char* call, TlmStatus& s) {
     return result;
 }
 
-std::int32_t ScriptedDevice::ReadTransfer(TlmStatus& s, TlmTransferBlock& block,
+std::int32_t ScriptedDevice::TransferRead(TlmStatus& s, TlmTransferBlock& block,
                                           std::vector<std::uint8_t>& bytes) {
     blockAsked = block;
     ++reads_;
-    const std::int32_t given = Answer("ReadTransfer", s);
+    const std::int32_t given = Answer("TransferRead", s);
     if (nextBlock_ < blocks.size()) {
         bytes = blocks[nextBlock_++];
     }

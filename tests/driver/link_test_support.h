@@ -60,7 +60,7 @@ public:
     std::vector<std::uint8_t> errorInfo;
 
     // Faults: the next call sleeps this long; DropLinkNow() turns true after this many
-    // ReadTransfer calls (negative: never).
+    // TransferRead calls (negative: never).
     std::atomic<int> stallNextCallMs{0};
     std::atomic<int> dropAfterReads{-1};
 
@@ -95,18 +95,20 @@ public:
         std::copy_n(entries.begin(), std::min(entries.size(), list.size()), list.begin());
         return Answer("DownloadList", s);
     }
-    std::int32_t StartTransfer(TlmStatus& s, const TlmDownloadEntry& entry,
+    std::int32_t TransferStart(TlmStatus& s, const TlmDownloadEntry& entry,
                                TlmTransferBlock& block) override {
         entryAsked = entry;
         block = startBlock;
         nextBlock_ = 0;
-        return Answer("StartTransfer", s);
+        return Answer("TransferStart", s);
     }
-    std::int32_t ReadTransfer(TlmStatus& s, TlmTransferBlock& block,
+    std::int32_t TransferRead(TlmStatus& s, TlmTransferBlock& block,
                               std::vector<std::uint8_t>& bytes) override;
-    std::int32_t EndTransfer(TlmStatus& s, TlmTransferBlock& block) override {
-        blockAsked = block;
-        Answer("EndTransfer", s);
+    std::int32_t TransferEnd(TlmStatus& s, const TlmTransferBlock& asked,
+                             TlmTransferBlock& block) override {
+        blockAsked = asked;
+        block = asked;
+        Answer("TransferEnd", s);
         return endResult;
     }
     std::int32_t ClearFiles(TlmStatus& s) override { return Answer("ClearFiles", s); }

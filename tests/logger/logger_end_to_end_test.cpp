@@ -2,6 +2,7 @@
 // logger recorded, the acquisition question, clearing, and the faults a real link shows (a
 // dropped link, a file that is not there, a logger out of order, a logger that dies mid-way).
 
+#include "support/documented_json.h"
 #include "support/run_process.h"
 #include "support/simulator_process.h"
 #include "support/temp_folder.h"
@@ -19,9 +20,11 @@ namespace torvane::logger {
 namespace {
 
 using nlohmann::json;
+using torvane::testing::DocumentedJson;
 using torvane::testing::ProcessResult;
 using torvane::testing::SimulatorProcess;
 using torvane::testing::TempFolder;
+using torvane::testing::Undocumented;
 namespace fs = std::filesystem;
 
 class LoggerEndToEnd : public ::testing::Test {
@@ -66,6 +69,12 @@ TEST_F(LoggerEndToEnd, DownloadedFileIsTheRunTheLoggerRecorded) {
     StartLogger({"--idle", "--files", "2", "--minutes", "1", "--seed", "7", "--rate", "0"});
     const json files = List();
     ASSERT_EQ(files.size(), 2u);
+    // Both listings keep to docs/cli-json.schema.json, key for key.
+    EXPECT_EQ(Undocumented(DocumentedJson("logger list"), files), std::vector<std::string>{});
+    const auto status = Cli({"logger", "status", "--json"});
+    ASSERT_EQ(status.status, 0) << status.err;
+    EXPECT_EQ(Undocumented(DocumentedJson("logger status"), json::parse(status.out)),
+              std::vector<std::string>{});
     EXPECT_EQ(files[0].at("number"), 1);
     EXPECT_EQ(files[0].at("seconds"), 60);
     EXPECT_EQ(files[0].at("done"), false);

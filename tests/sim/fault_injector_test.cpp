@@ -32,9 +32,18 @@ TEST(FaultInjector, SenseAndResultForTheNextNCallsThenCleanOnEntriesNamedAsTheDr
     EXPECT_EQ(faulty.LoggingControl(status, 1), TLM_OK);
 
     // Entry points are known by their driver names; a close cannot fail.
-    EXPECT_EQ(EntryNamed("GetTheLogFile_reading"), Entry::ReadTransfer);
+    EXPECT_EQ(EntryNamed("GetTheLogFile_reading"), Entry::TransferRead);
     EXPECT_EQ(EntryNamed("getstatus"), std::nullopt);
     EXPECT_EQ(EntryNamed("TLM_Close"), std::nullopt);
+    EXPECT_EQ(EntryNamed("TLM_Open"), Entry::Hello);
+    EXPECT_EQ(EntryNamed("GetTheSpecialData_raw"), Entry::SpecialData);
+    // The command line's names, which scripts use, in the order the usage message gives them.
+    EXPECT_EQ(EntryNames(), "TLM_Open TLM_Reset GetStatus GetTheNumberofFiles GetTheDownloadList "
+                            "GetTheLogFile_start GetTheLogFile_reading GetTheLogFile_end "
+                            "InitializeLogFile GetTheDetonationMap TSInitialize GetTheInitData "
+                            "SendTheSettingData GetTheSettingData GetTheSignalCondition "
+                            "GetTheSpecialData GetTheSpecialData_raw GetTheErrorInfo "
+                            "LoggingControl ServiceModeCtrl");
 }
 
 TEST(FaultInjector, DropsTheLinkOnceAfterNBlocks) {
@@ -47,18 +56,18 @@ TEST(FaultInjector, DropsTheLinkOnceAfterNBlocks) {
     TlmTransferBlock block{};
     std::vector<std::uint8_t> bytes;
 
-    faulty.StartTransfer(status, TlmDownloadEntry{1, 0, 0, 0}, block);
+    faulty.TransferStart(status, TlmDownloadEntry{1, 0, 0, 0}, block);
     for (int read = 1; read <= 3; ++read) {
-        ASSERT_EQ(faulty.ReadTransfer(status, block, bytes), 0);
+        ASSERT_EQ(faulty.TransferRead(status, block, bytes), 0);
         EXPECT_EQ(faulty.DropLinkNow(), read == 3) << "after block " << read;
     }
     faulty.Closed(); // what the server does after dropping
     EXPECT_EQ(logger.device.State(), TLM_STATE_IDLE);
 
-    faulty.StartTransfer(status, TlmDownloadEntry{1, 0, 0, 0}, block);
+    faulty.TransferStart(status, TlmDownloadEntry{1, 0, 0, 0}, block);
     std::int32_t result = 0;
     while (result == 0 && status.bytSense == 0) {
-        result = faulty.ReadTransfer(status, block, bytes);
+        result = faulty.TransferRead(status, block, bytes);
         EXPECT_FALSE(faulty.DropLinkNow()) << "only once";
     }
     EXPECT_TRUE(logger.device.Memory().Files()[0].done);

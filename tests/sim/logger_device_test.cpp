@@ -165,13 +165,13 @@ TEST(LoggerDevice, TransfersAFileInBlocksMarksItDoneAndAnAbandonedOneLeavesItNew
     TlmTransferBlock block{};
     logger.device.LoggingControl(status, 0);
     logger.device.LoggingControl(status, 1);
-    logger.device.StartTransfer(status, entries[1], block);
+    logger.device.TransferStart(status, entries[1], block);
     EXPECT_EQ(status.bytState, TLM_STATE_SENDING) << "right after stopping, too";
     int blocks = 0;
     std::vector<std::uint8_t> bytes;
     std::int32_t result = 0;
     while (result == 0) {
-        result = logger.device.ReadTransfer(status, block, bytes);
+        result = logger.device.TransferRead(status, block, bytes);
         ASSERT_EQ(status.bytSense, 0);
         EXPECT_LE(block.lngSize, 4096);
         ++blocks;
@@ -179,7 +179,7 @@ TEST(LoggerDevice, TransfersAFileInBlocksMarksItDoneAndAnAbandonedOneLeavesItNew
     EXPECT_GT(result, 0);
     EXPECT_EQ(static_cast<std::int64_t>(bytes.size()), entries[1].lngSize);
     EXPECT_EQ(blocks, (entries[1].lngSize + 4095) / 4096);
-    logger.device.EndTransfer(status, block);
+    logger.device.TransferEnd(status, block, block);
     EXPECT_EQ(status.bytState, TLM_STATE_IDLE);
 
     logger.device.DownloadList(status, entries);
@@ -188,13 +188,13 @@ TEST(LoggerDevice, TransfersAFileInBlocksMarksItDoneAndAnAbandonedOneLeavesItNew
     EXPECT_EQ(status.bytFlags & TLM_FLAG_DOWNLOAD, TLM_FLAG_DOWNLOAD) << "file 1 is still new";
 
     // A transfer abandoned by a closed link leaves the file new.
-    logger.device.StartTransfer(status, TlmDownloadEntry{1, 0, 0, 0}, block);
-    logger.device.ReadTransfer(status, block, bytes);
+    logger.device.TransferStart(status, TlmDownloadEntry{1, 0, 0, 0}, block);
+    logger.device.TransferRead(status, block, bytes);
     logger.device.Closed();
 
     EXPECT_EQ(logger.device.State(), TLM_STATE_IDLE);
     EXPECT_FALSE(logger.device.Memory().Files()[0].done);
-    logger.device.EndTransfer(status, block);
+    logger.device.TransferEnd(status, block, block);
     EXPECT_EQ(status.bytSense, SenseNotInThisState) << "nothing to end any more";
 
     const auto whole = logger.Download(1, status);

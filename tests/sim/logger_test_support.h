@@ -50,16 +50,16 @@ public:
     std::vector<std::uint8_t> Download(std::int16_t number, TlmStatus& last) {
         TlmDownloadEntry entry{number, 0, 0, 0};
         TlmTransferBlock block{};
-        device.StartTransfer(last, entry, block);
+        device.TransferStart(last, entry, block);
         std::vector<std::uint8_t> bytes;
         for (int guard = 0; guard < 100000; ++guard) {
-            const std::int32_t result = device.ReadTransfer(last, block, bytes);
+            const std::int32_t result = device.TransferRead(last, block, bytes);
             if (result != 0 || last.bytSense != 0) {
                 break;
             }
         }
         TlmStatus endStatus{};
-        device.EndTransfer(endStatus, block);
+        device.TransferEnd(endStatus, block, block);
         return bytes;
     }
 

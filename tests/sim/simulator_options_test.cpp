@@ -38,7 +38,7 @@ TEST(SimulatorOptions, TakesEveryOptionAndRefusesMistakesWithAReason) {
     const FaultRule& result = options.faults.rules[1];
     EXPECT_EQ(result.kind, FaultRule::Kind::Result);
     EXPECT_EQ(result.code, -3);
-    EXPECT_EQ(result.entry, Entry::ReadTransfer);
+    EXPECT_EQ(result.entry, Entry::TransferRead);
     EXPECT_EQ(result.times, 1) << "--times applies to its own rule only";
     EXPECT_EQ(options.errorCode, 17);
     EXPECT_TRUE(options.broken);

@@ -4,6 +4,8 @@
 // colour under the mouse. The tools change the window model and call these; the picture draws the
 // model.
 
+#include "render/redraw_mode.h"
+
 #include <QLine>
 #include <QPoint>
 
@@ -18,11 +20,10 @@ class GraphPicture {
 public:
     virtual ~GraphPicture() = default;
 
-    // Mode 1 rebuilds the graph (grid, traces, tags, time band, comments, lap bar) and then
-    // composes; any other mode only composes (range band, graph, cursor). False when it failed.
-    virtual bool RedrawGraph(int mode) = 0;
+    // False when it failed.
+    virtual bool RedrawGraph(render::RedrawMode mode) = 0;
     // One step of held scrolling: the graph from column 100 drawn straight into the composed
-    // picture, leaving the rebuilt graph alone (comments return with the next RedrawGraph(1)).
+    // picture, leaving the rebuilt graph alone (comments return with the next rebuild).
     virtual bool RedrawRect() = 0;
     // Rebuilds the scale column after a scale changed.
     virtual void DrawScaleColumn() = 0;

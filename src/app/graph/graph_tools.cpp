@@ -15,7 +15,6 @@
 #include "shell/rounding.h"
 #include "shell/tool_box.h"
 
-#include <QEventLoop>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPointer>
@@ -27,8 +26,7 @@ namespace torvane::app {
 namespace {
 
 constexpr int DragTickMs = 100;
-// A held loop waits this long between passes, taking events meanwhile, so that the scrolling
-// keeps one pace whatever a redraw costs.
+// A hold waits this long after each pass, taking events meanwhile.
 constexpr int HeldPassMs = 20;
 // The ghost follows only moves of at least this many pixels.
 constexpr int GhostStep = 3;
@@ -44,12 +42,6 @@ enum Tool {
     TextTool,
     DeltaTool
 };
-
-void LetEventsIn() {
-    QEventLoop pause;
-    QTimer::singleShot(HeldPassMs, &pause, &QEventLoop::quit);
-    pause.exec();
-}
 
 int Round(double value) {
     return static_cast<int>(shell::RoundToInt64(value));
@@ -77,10 +69,14 @@ GraphTools::GraphTools(graph::GraphWindowState& state, GraphWindowContext& conte
     tmrDrag_.setObjectName("tmrDrag");
     tmrDrag_.setInterval(DragTickMs);
     connect(&tmrDrag_, &QTimer::timeout, this, &GraphTools::FollowGhost);
+    tmrHold_.setSingleShot(true);
+    tmrHold_.setInterval(HeldPassMs);
+    connect(&tmrHold_, &QTimer::timeout, this, &GraphTools::HoldPass);
     connect(&controls_.Strip, &ScrollStripView::DragStarted, this,
-            [this](int dragState) { state_.DragState = dragState; });
+            [this](graph::DragState drag) { graph::BeginBoxDrag(state_, drag); });
     connect(&controls_.Strip, &ScrollStripView::DragEnded, this, &GraphTools::EndBoxDrag);
-    connect(comments_, &CommentEditor::CommentsChanged, this, [this] { Redraw(1); });
+    connect(comments_, &CommentEditor::CommentsChanged, this,
+            [this] { Redraw(render::RedrawMode::Rebuild); });
 }
 
 const ToolSettings& GraphTools::Tools() const {
@@ -114,11 +110,13 @@ bool GraphTools::eventFilter(QObject* watched, QEvent* event) {
         }
         buttonMouse_ = position.toPoint();
         if (type == QEvent::MouseButtonPress && mouse->button() == Qt::LeftButton) {
-            ScrollByButton(index);
+            HoldButton(index);
             return true;
         }
         if (type == QEvent::MouseButtonRelease && mouse->button() == Qt::LeftButton) {
-            state_.DragState = 0;
+            if (graph::Holding(state_)) {
+                EndHold();
+            }
             return true;
         }
         return false;
@@ -153,17 +151,17 @@ void GraphTools::MoveMouse(QPointF position, bool leftHeld) {
     }
     const graph::CursorMove move = graph::MoveCursor(state_, position.x(), position.y(), Width());
     if (move.Redraw) {
-        if (!Redraw(2)) {
+        if (!Redraw(render::RedrawMode::Compose)) {
             return;
         }
         DispValues(1);
     }
     if (markingRange_ && leftHeld && Tools().ToolMode == DeltaTool) {
         const bool edge = graph::RangeEdgeScrolls(state_, Width());
-        if (edge && state_.DragState == 0) {
-            ScrollHeld();
-        } else if (!edge && state_.DragState == 6) {
-            state_.DragState = 99;
+        if (edge && state_.DragState == graph::DragState::None) {
+            HoldToScroll();
+        } else if (!edge && graph::Holding(state_)) {
+            EndHold();
         }
     }
 }
@@ -177,7 +175,7 @@ void GraphTools::PressLeft(QPointF position) {
         BeginTraceDrag(position);
         break;
     case ScrollTool:
-        ScrollHeld();
+        HoldToScroll();
         break;
     case ReduceTime:
     case ExpandTime:
@@ -193,7 +191,7 @@ void GraphTools::PressLeft(QPointF position) {
     case DeltaTool:
         graph::PressRangeTool(state_);
         markingRange_ = true;
-        Redraw(1);
+        Redraw(render::RedrawMode::Rebuild);
         break;
     default:
         break;
@@ -212,16 +210,16 @@ void GraphTools::PressRight(QPointF position) {
 }
 
 void GraphTools::Release(QPointF position) {
-    if (state_.DragState == 6) {
-        state_.DragState = 99;
-    } else if (state_.DragState == 4) {
+    if (graph::Holding(state_)) {
+        EndHold();
+    } else if (state_.DragState == graph::DragState::TraceDrag) {
         EndTraceDrag(position.toPoint());
-    } else if (state_.DragState == graph::CommentLeaderDrag) {
+    } else if (state_.DragState == graph::DragState::CommentLeader) {
         mouse_ = position.toPoint();
         comments_->EndLeader();
     }
     if (markingRange_ && Tools().ToolMode == DeltaTool && graph::ReleaseRangeTool(state_)) {
-        Redraw(1);
+        Redraw(render::RedrawMode::Rebuild);
     }
     markingRange_ = false;
 }
@@ -237,13 +235,14 @@ bool GraphTools::PressKey(int key) {
         return false;
     }
     if (key == Qt::Key_Escape) {
-        if (state_.DragState != 4) {
+        if (state_.DragState != graph::DragState::TraceDrag) {
             return false;
         }
         DropGhost();
         return true;
     }
-    if ((key != Qt::Key_Right && key != Qt::Key_Left) || state_.DragState != 0) {
+    if ((key != Qt::Key_Right && key != Qt::Key_Left) ||
+        state_.DragState != graph::DragState::None) {
         return false;
     }
     const bool linked = Tools().LinkLayers == 1;
@@ -254,7 +253,7 @@ bool GraphTools::PressKey(int key) {
         DispValues(0);
     } else if (result == graph::ArrowResult::Shifted) {
         MoveBoxToOffset();
-        Redraw(1);
+        Redraw(render::RedrawMode::Rebuild);
         DispValues(1);
     }
     return true;
@@ -274,7 +273,7 @@ void GraphTools::ZoomTime(bool expand, double mouseX) {
         controls_.Strip.PlaceBox(state_, Width());
     }
     controls_.Picture.DrawScaleColumn();
-    Redraw(1);
+    Redraw(render::RedrawMode::Rebuild);
     DispValues(1);
     SaveLayout();
 }
@@ -290,7 +289,7 @@ void GraphTools::ZoomValue(bool expand, QPointF position) {
         return;
     }
     controls_.Picture.DrawScaleColumn();
-    Redraw(1);
+    Redraw(render::RedrawMode::Rebuild);
     DispValues(0);
     SaveLayout();
 }
@@ -316,7 +315,7 @@ void GraphTools::BeginTraceDrag(QPointF position) {
         return;
     }
     dragStart_ = ghostAt_ = position.toPoint();
-    state_.DragState = 4;
+    graph::BeginTraceDrag(state_);
     tmrDrag_.start();
 }
 
@@ -338,117 +337,117 @@ void GraphTools::FollowGhost() {
 void GraphTools::EndTraceDrag(QPoint release) {
     tmrDrag_.stop();
     controls_.Picture.EndItemDrag();
-    if (const graph::ItemRow* row = state_.Panel.MarkedRow()) {
-        const QPoint offset = release - dragStart_;
-        graph::EndTraceDrag(state_, {row->Layer, row->Position}, offset.x(), offset.y());
-    }
+    const QPoint offset = release - dragStart_;
+    graph::ReleaseTraceDrag(state_, offset.x(), offset.y());
     controls_.Picture.DrawScaleColumn();
-    Redraw(1);
+    Redraw(render::RedrawMode::Rebuild);
     SaveLayout();
     MoveBoxToOffset();
     DispValues(1);
-    state_.DragState = 0;
-    state_.SingleFileState = 0;
 }
 
 void GraphTools::DropGhost() {
-    state_.DragState = 0;
+    graph::DropTraceDrag(state_);
     tmrDrag_.stop();
     controls_.Picture.EndItemDrag();
 }
 
-void GraphTools::ScrollHeld() {
-    QPointer<GraphTools> alive(this);
-    state_.DragState = 6;
-    AutoScroll();
-    if (!alive) {
-        return;
-    }
-    Redraw(1);
-    state_.DragState = 0;
+void GraphTools::HoldToScroll() {
+    graph::BeginHold(state_);
+    heldButton_ = nullptr;
+    HoldPass();
 }
 
-void GraphTools::AutoScroll() {
-    QPointer<GraphTools> alive(this);
-    while (state_.DragState == 6) {
+void GraphTools::HoldButton(int index) {
+    if (graph::Holding(state_)) {
+        return;
+    }
+    heldButton_ = index == 0 ? &controls_.MoveLeft : &controls_.MoveRight;
+    heldIndex_ = index;
+    heldButton_->setDown(true);
+    graph::BeginHold(state_);
+    HoldPass();
+}
+
+void GraphTools::HoldPass() {
+    if (!graph::Holding(state_)) {
+        return;
+    }
+    bool goesOn = true;
+    if (heldButton_ != nullptr) {
+        goesOn = ButtonPass();
+    } else {
         const graph::AutoScrollResult result =
             graph::AutoScrollStep(state_, Tools().LinkLayers == 1, Width(), Height());
         if (result == graph::AutoScrollResult::AskShift) {
-            if (shell::ShowMessage(context_.Sink, graph::LayerShiftQuestion, shell::buttons::YesNo,
-                                   shell::icons::Information) == shell::answers::Yes) {
-                state_.ShiftAccepted = true;
-            }
+            AskLayerShift();
             return;
         }
-        if (result == graph::AutoScrollResult::Scrolled) {
-            MoveBoxToOffset();
-            if (!controls_.Picture.RedrawRect()) {
-                state_.SingleFileState = 0;
-                return;
-            }
-            DispValues(1);
-        }
-        LetEventsIn();
-        if (!alive) {
-            return;
-        }
+        goesOn = result == graph::AutoScrollResult::Waited || ShowScrolled();
     }
-}
-
-void GraphTools::ScrollByButton(int index) {
-    QPointer<GraphTools> alive(this);
-    QPushButton& button = index == 0 ? controls_.MoveLeft : controls_.MoveRight;
-    button.setDown(true);
-    state_.DragState = 6;
-    while (state_.DragState != 0) {
-        if (!button.rect().contains(buttonMouse_) ||
-            !graph::ScrollButtonStep(state_, index, Width())) {
-            state_.DragState = 0;
-            break;
-        }
-        MoveBoxToOffset();
-        if (!controls_.Picture.RedrawRect()) {
-            state_.DragState = 0;
-            state_.SingleFileState = 0;
-            break;
-        }
-        DispValues(1);
-        LetEventsIn();
-        if (!alive) {
-            return;
-        }
-    }
-    button.setDown(false);
-    Redraw(1);
-}
-
-void GraphTools::EndBoxDrag(int dragState, std::int32_t mouseX) {
-    const int stripWidth = controls_.Strip.width();
-    if (dragState == 1) {
-        graph::EndBoxMove(state_, controls_.Strip.Box().Left, stripWidth);
+    if (goesOn) {
+        tmrHold_.start();
     } else {
-        const graph::ScrollBox box = graph::EndBoxZoom(state_, dragState, controls_.Strip.Box(),
-                                                       mouseX, stripWidth, Width());
+        EndHold();
+    }
+}
+
+void GraphTools::AskLayerShift() {
+    // The question waits for the operator, who may close the window meanwhile.
+    const QPointer<GraphTools> alive(this);
+    const bool shift =
+        shell::ShowMessage(context_.Sink, graph::LayerShiftQuestion, shell::buttons::YesNo,
+                           shell::icons::Information) == shell::answers::Yes;
+    if (alive) {
+        graph::AnswerLayerShift(state_, shift);
+        EndHold();
+    }
+}
+
+bool GraphTools::ButtonPass() {
+    if (!heldButton_->rect().contains(buttonMouse_) ||
+        !graph::ScrollButtonStep(state_, heldIndex_, Width())) {
+        return false;
+    }
+    return ShowScrolled();
+}
+
+bool GraphTools::ShowScrolled() {
+    MoveBoxToOffset();
+    if (!graph::RecordRedraw(state_, controls_.Picture.RedrawRect())) {
+        return false;
+    }
+    DispValues(1);
+    return true;
+}
+
+void GraphTools::EndHold() {
+    tmrHold_.stop();
+    graph::EndHold(state_);
+    if (heldButton_ != nullptr) {
+        heldButton_->setDown(false);
+        heldButton_ = nullptr;
+    }
+    // The short redraws of the hold left the comments out.
+    Redraw(render::RedrawMode::Rebuild);
+}
+
+void GraphTools::EndBoxDrag(graph::DragState drag, std::int32_t mouseX) {
+    const graph::ScrollBox box = graph::EndBoxDrag(state_, drag, controls_.Strip.Box(), mouseX,
+                                                   controls_.Strip.width(), Width());
+    if (drag != graph::DragState::BoxMove) {
         controls_.Strip.MoveBox(box.Left, box.Width);
     }
-    state_.DragState = 0;
-    if (Redraw(1)) {
+    if (Redraw(render::RedrawMode::Rebuild)) {
         DispValues(1);
-        if (dragState != 1) {
+        if (drag != graph::DragState::BoxMove) {
             SaveLayout();
         }
     }
-    if (dragState == 1) {
-        state_.SingleFileState = 0;
-    }
 }
 
-bool GraphTools::Redraw(int mode) {
-    if (controls_.Picture.RedrawGraph(mode)) {
-        return true;
-    }
-    state_.SingleFileState = 0;
-    return false;
+bool GraphTools::Redraw(render::RedrawMode mode) {
+    return graph::RecordRedraw(state_, controls_.Picture.RedrawGraph(mode));
 }
 
 void GraphTools::DispValues(int move) {

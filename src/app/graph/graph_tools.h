@@ -3,7 +3,8 @@
 // left press by the toolbox's tool (trace drag, hold to scroll, time and value zoom, comments,
 // range and Delta reference), the text tool's double click, the right press's popup, the arrow keys
 // and Escape, the held cmdMove buttons and the drags of the scroll box. Every decision is core's;
-// this applies it and asks the picture to redraw.
+// this applies it and asks the picture to redraw. A hold is a pass at a time from a timer, so the
+// release that ends it arrives as an ordinary event.
 
 #include "graph/graph_picture.h"
 #include "graph/graph_window_context.h"
@@ -73,12 +74,17 @@ private:
     void FollowGhost();
     void EndTraceDrag(QPoint release);
     void DropGhost();
-    void ScrollHeld();
-    void AutoScroll();
-    void ScrollByButton(int index);
-    void EndBoxDrag(int dragState, std::int32_t mouseX);
+    // Holds run one pass now and then one on each tick of tmrHold until they end.
+    void HoldToScroll();
+    void HoldButton(int index);
+    void HoldPass();
+    void AskLayerShift();
+    bool ButtonPass();
+    bool ShowScrolled();
+    void EndHold();
+    void EndBoxDrag(graph::DragState drag, std::int32_t mouseX);
 
-    bool Redraw(int mode);
+    bool Redraw(render::RedrawMode mode);
     void DispValues(int move);
     void MoveBoxToOffset();
     void SaveLayout();
@@ -89,6 +95,9 @@ private:
     graph::TraceExtent extent_;
 
     QTimer tmrDrag_;
+    QTimer tmrHold_;
+    QPushButton* heldButton_ = nullptr; // the cmdMove being held, none for the mouse tools
+    int heldIndex_ = 0;
     CommentEditor* comments_;
     QPoint mouse_;       // last mouse position over the graph
     QPoint dragStart_;   // where a trace drag began

@@ -26,7 +26,7 @@ GraphView::GraphView(graph::GraphWindowState& state, const logger::LafTable& laf
     , sink_(sink)
     , renderer_(state, laf, SurfaceSize()) {
     setAttribute(Qt::WA_OpaquePaintEvent);
-    state_.BandColor = render::GraphRenderer::SurfaceBandColor();
+    graph::SetBandColor(state_, render::GraphRenderer::SurfaceBandColor());
 }
 
 bool GraphView::Report(bool drawn) {
@@ -46,7 +46,7 @@ void GraphView::ShowPicture() {
     }
 }
 
-bool GraphView::RedrawGraph(int mode) {
+bool GraphView::RedrawGraph(render::RedrawMode mode) {
     return Report(renderer_.RedrawGraph(mode));
 }
 
@@ -86,9 +86,9 @@ void GraphView::paintEvent(QPaintEvent*) {
     // A freshly loaded window rebuilds its picture when it is uncovered, not when it only shows
     // what the program has just drawn; a failure is not retried for ever.
     const bool requested = std::exchange(paintRequested_, false);
-    if (!requested && state_.SingleFileState != 0 && !renderer_.Dragging() &&
-        !renderer_.RedrawGraph(state_.SingleFileState)) {
-        state_.SingleFileState = 0;
+    if (!requested && state_.SingleFileState == graph::SingleFileState::Loaded &&
+        !renderer_.Dragging()) {
+        graph::RecordRedraw(state_, renderer_.RedrawGraph(render::RedrawMode::Rebuild));
     }
     QPainter painter(this);
     painter.drawImage(QPoint(0, 0), renderer_.Picture(), rect());
@@ -107,8 +107,9 @@ void GraphView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     // A freshly loaded window rebuilds on that paint; one whose layers or place changed no
     // longer does, so its picture follows the new size here.
-    if (state_.SingleFileState == 0 && state_.Layers.Layer[0].MeasureTime > 0.0) {
-        RedrawGraph(1);
+    if (state_.SingleFileState == graph::SingleFileState::Cleared &&
+        state_.Layers.Layer[0].MeasureTime > 0.0) {
+        RedrawGraph(render::RedrawMode::Rebuild);
     }
 }
 

@@ -19,7 +19,7 @@ public:
     GraphView(graph::GraphWindowState& state, const logger::LafTable& laf, shell::MessageSink& sink,
               QWidget* parent = nullptr);
 
-    bool RedrawGraph(int mode) override;
+    bool RedrawGraph(render::RedrawMode mode) override;
     bool RedrawRect() override;
     void DrawScaleColumn() override;
     bool BeginItemDrag(int layer, int position) override;

@@ -17,7 +17,6 @@
 #include "shell/wait_cursor.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QFrame>
 #include <QLabel>
 #include <QMouseEvent>
@@ -50,8 +49,7 @@ GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* paren
     , tools_(new GraphTools(state_, context, {*graph_, *strip_, *moveLeft_, *moveRight_, *this},
                             this)) {
     setObjectName("frmTLM0100");
-    state_.Layers.WindowNumber = number;
-    state_.Layers.TempDir = context.TempDir;
+    graph::NumberWindow(state_, number, context.TempDir);
 
     title_->setObjectName("lblTm");
     QFont titleFont = title_->font();
@@ -101,12 +99,14 @@ void GraphWindow::Save() {
     if (!context_.ChooseSaveOrExport) {
         return;
     }
-    const auto choice = context_.ChooseSaveOrExport(this, state_.RangeState == 2);
+    const auto choice =
+        context_.ChooseSaveOrExport(this, state_.RangeState == graph::RangeState::Complete);
     if (!choice) {
         return;
     }
-    // The dialog's area is painted again before the copy or export holds the interface.
-    QCoreApplication::processEvents();
+    // The area the dialog covered is painted again now, not after the copy or export that holds
+    // the interface.
+    window()->repaint();
     {
         const WaitCursor hourglass;
         load::SaveMainFile(state_, *choice, context_.Registry, context_.Laf, context_.Sink);
@@ -122,7 +122,7 @@ void GraphWindow::Discard() {
 }
 
 void GraphWindow::Activated() {
-    if (state_.SingleFileState == 1) {
+    if (state_.SingleFileState == graph::SingleFileState::Loaded) {
         load::KeepAsLastDisplay(state_, context_.Layouts);
     }
     emit MenusChanged();
@@ -134,7 +134,6 @@ bool GraphWindow::MoveLapTime(int lapNo) {
     }
     ApplyScrollStrip();
     DispValues(true);
-    state_.SingleFileState = 0;
     return true;
 }
 
@@ -154,12 +153,9 @@ void GraphWindow::ApplyDefaultLayout() {
 }
 
 void GraphWindow::ChooseScrollItem(int item) {
-    logdata::LayerRecord& active =
-        state_.Layers.Layer.at(static_cast<std::size_t>(state_.ActiveLayer));
-    if (active.ScrollItem == item) {
+    if (!graph::FollowScrollItem(state_, item)) {
         return;
     }
-    active.ScrollItem = item;
     ApplyScrollStrip();
     emit MenusChanged();
 }
@@ -194,11 +190,7 @@ bool GraphWindow::DrawScales() {
 }
 
 bool GraphWindow::RedrawGraph() {
-    if (!graph_->RedrawGraph(1)) {
-        state_.SingleFileState = 0;
-        return false;
-    }
-    return true;
+    return graph::RecordRedraw(state_, graph_->RedrawGraph(render::RedrawMode::Rebuild));
 }
 
 void GraphWindow::DispValues(bool recalculateCursor) {
@@ -247,8 +239,7 @@ bool GraphWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void GraphWindow::ApplyGeometry() {
-    const graph::WindowGeometry geometry = graph::GeometryFor(width(), height());
-    state_.GraphMidX = geometry.GraphMidX;
+    const graph::WindowGeometry geometry = graph::ResizeWindow(state_, width(), height());
     title_->setGeometry(0, 0, graph::PanelWidth, graph::FirstFileCaptionTop);
     graph_->setGeometry(ToQRect(geometry.Graph));
     strip_->setGeometry(ToQRect(geometry.Strip));

@@ -7,7 +7,6 @@
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QHeaderView>
 #include <QLabel>
 #include <QScrollBar>
@@ -33,6 +32,8 @@ LapListWindow::LapListWindow(QWidget* owner)
     , grid_(new QTableWidget(0, 2, this)) {
     setObjectName("frmTLM0090");
     setAttribute(Qt::WA_DeleteOnClose);
+    // The operator goes on working in the graph window: showing the list leaves it active.
+    setAttribute(Qt::WA_ShowWithoutActivating);
     setWindowTitle("LAP File Name");
     title_->setObjectName("lblTitle");
     time_->setObjectName("lblTime");
@@ -129,8 +130,6 @@ void LapListToggle::Show() {
     menu_.setChecked(true);
     list_->show();
     Refill();
-    QCoreApplication::processEvents();
-    // The operator goes on working in the graph window.
     if (GraphWindow* window = activeWindow_()) {
         frame_.activateWindow();
         window->setFocus();

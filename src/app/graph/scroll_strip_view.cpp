@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 namespace torvane::app {
 
@@ -36,7 +37,7 @@ protected:
             strip_.FollowMouse(mapToParent(at).x());
             return;
         }
-        const bool edge = graph::BoxPressState(width(), at.x()) != 1;
+        const bool edge = graph::BoxPressState(width(), at.x()) != graph::DragState::BoxMove;
         setCursor(edge ? Qt::SizeHorCursor : Qt::ArrowCursor);
     }
     void mouseReleaseEvent(QMouseEvent* event) override {
@@ -142,7 +143,7 @@ void ScrollStripView::PaintBand(QWidget& band) const {
     }
     // The box with the pulled edge at the mouse, inverting what lies under its pen.
     QRect outline = boxView_->geometry();
-    if (dragState_ == 2) {
+    if (dragState_ == graph::DragState::BoxLeftEdge) {
         outline.setLeft(bandEdge_);
     } else {
         outline.setRight(bandEdge_);
@@ -159,9 +160,10 @@ void ScrollStripView::PressBox(QPoint inBox) {
     }
     dragState_ = graph::BoxPressState(box_.Width, inBox.x());
     mouseX_ = lastX_ = boxView_->x() + inBox.x();
-    if (dragState_ != 1) {
+    if (dragState_ != graph::DragState::BoxMove) {
         boxView_->setCursor(Qt::SizeHorCursor);
-        bandEdge_ = dragState_ == 2 ? boxView_->x() : boxView_->geometry().right();
+        bandEdge_ = dragState_ == graph::DragState::BoxLeftEdge ? boxView_->x()
+                                                                : boxView_->geometry().right();
         bandView_->raise();
         bandView_->update();
     }
@@ -179,13 +181,13 @@ void ScrollStripView::Tick() {
         return;
     }
     const QRect box = boxView_->geometry();
-    if (dragState_ == 1) {
+    if (dragState_ == graph::DragState::BoxMove) {
         const int left =
             std::clamp(box_.Left + difference, graph::StripLeft,
                        std::max(graph::StripLeft, width() + graph::StripLeft - box_.Width));
         MoveBox(left, 0);
-    } else if ((dragState_ == 2 && mouseX_ < box.right() - EdgeKeep) ||
-               (dragState_ == 3 && mouseX_ > box.left() + EdgeKeep)) {
+    } else if ((dragState_ == graph::DragState::BoxLeftEdge && mouseX_ < box.right() - EdgeKeep) ||
+               (dragState_ == graph::DragState::BoxRightEdge && mouseX_ > box.left() + EdgeKeep)) {
         bandEdge_ = mouseX_;
         bandView_->update();
     }
@@ -193,19 +195,18 @@ void ScrollStripView::Tick() {
 }
 
 void ScrollStripView::ReleaseBox() {
-    if (dragState_ == 0) {
+    if (dragState_ == graph::DragState::None) {
         return;
     }
     Tick();
     tmrScroll_.stop();
-    const int state = dragState_;
-    dragState_ = 0;
+    const graph::DragState drag = std::exchange(dragState_, graph::DragState::None);
     bandEdge_ = -1;
     boxView_->unsetCursor();
     bandView_->update();
     // The mouse, not the band: a band stops short of the other edge, while an edge pulled onto
     // or past it makes the narrowest box.
-    emit DragEnded(state, mouseX_ + graph::StripLeft);
+    emit DragEnded(drag, mouseX_ + graph::StripLeft);
 }
 
 } // namespace torvane::app

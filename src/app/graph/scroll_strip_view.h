@@ -31,15 +31,15 @@ public:
     void MoveBox(std::int32_t left, std::int32_t width);
     // The box where the active layer's offset and the visible time put it.
     void PlaceBox(const graph::GraphWindowState& state, int graphWidth);
-    bool Dragging() const { return dragState_ != 0; }
+    bool Dragging() const { return dragState_ != graph::DragState::None; }
 
     const QImage& Picture() const { return picture_; }
 
 signals:
     // A drag of the box began: 1 the box, 2 its left edge, 3 its right edge.
-    void DragStarted(int dragState);
+    void DragStarted(graph::DragState drag);
     // The mouse was released; `mouseX` is where it was held last, in window columns.
-    void DragEnded(int dragState, std::int32_t mouseX);
+    void DragEnded(graph::DragState drag, std::int32_t mouseX);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -59,7 +59,7 @@ private:
     BandView* bandView_;
     graph::ScrollBox box_;
     QTimer tmrScroll_;
-    int dragState_ = 0;
+    graph::DragState dragState_ = graph::DragState::None;
     int mouseX_ = 0;    // strip column of the mouse, held within the strip
     int lastX_ = 0;     // where tmrScroll saw it last
     int bandEdge_ = -1; // strip column of the pulled edge while a band is shown

@@ -115,7 +115,7 @@ void Desktop::OpenPath(const QString& path) {
     // leaves the frame as it is, like any other.
     const std::string whole = path.toStdString();
     if (load::FileKindOf(whole) == load::FileKind::LoggingFile) {
-        frame_.OpenLoggingWindow(3, whole);
+        frame_.OpenLoggingWindow(LoggingFileSource::Given, whole);
     }
 }
 

@@ -246,28 +246,27 @@ void MainFrame::Attach(GraphWindowContext& context) {
     ApplyWindowMenus();
 }
 
-GraphWindow* MainFrame::OpenLoggingWindow(int mode, const std::filesystem::path& path) {
+GraphWindow* MainFrame::OpenLoggingWindow(LoggingFileSource source,
+                                          const std::filesystem::path& path) {
     if (context_ == nullptr || !load::CheckMemory(context_->Memory, context_->Sink)) {
         return nullptr;
     }
     std::optional<std::filesystem::path> file;
-    switch (mode) {
-    case 1:
+    switch (source) {
+    case LoggingFileSource::Chosen:
         file = context_->ChooseLoggingFile ? context_->ChooseLoggingFile(this) : std::nullopt;
         break;
-    case 2:
+    case LoggingFileSource::Downloaded:
         file = context_->DownloadFromLogger ? context_->DownloadFromLogger(this) : std::nullopt;
         break;
-    case 3:
+    case LoggingFileSource::Given:
         file = path;
-        break;
-    default:
         break;
     }
     if (!file) {
         return nullptr;
     }
-    return ShowLoggingFile(*file, mode == 2);
+    return ShowLoggingFile(*file, source == LoggingFileSource::Downloaded);
 }
 
 GraphWindow* MainFrame::ShowLoggingFile(const std::filesystem::path& path, bool fromLogger) {
@@ -355,7 +354,7 @@ void MainFrame::dropEvent(QDropEvent* event) {
         return;
     }
     if (load::FileKindOf(path.string()) == load::FileKind::LoggingFile) {
-        OpenLoggingWindow(3, path);
+        OpenLoggingWindow(LoggingFileSource::Given, path);
     }
 }
 
@@ -369,11 +368,11 @@ void MainFrame::ShowAbout() {
 }
 
 void MainFrame::FileOpen() {
-    OpenLoggingWindow(1);
+    OpenLoggingWindow(LoggingFileSource::Chosen);
 }
 
 void MainFrame::OpenFromLogger() {
-    OpenLoggingWindow(2);
+    OpenLoggingWindow(LoggingFileSource::Downloaded);
 }
 
 void MainFrame::OpenLayer() {

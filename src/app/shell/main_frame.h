@@ -25,6 +25,13 @@ class GraphWindow;
 struct GraphWindowContext;
 class LapListToggle;
 
+// Where the file of a new graph window comes from.
+enum class LoggingFileSource {
+    Chosen,     // the operator chooses it
+    Downloaded, // from the logger
+    Given,      // the path passed along (command line, drop, another instance)
+};
+
 class MainFrame : public QMainWindow {
     Q_OBJECT
 public:
@@ -40,10 +47,10 @@ public:
     // Gives the frame what its graph windows work with; the file commands work from then on.
     void Attach(GraphWindowContext& context);
 
-    // Opens a logging file in a new graph window after the memory check: mode 1 a file the
-    // operator chooses, 2 a file downloaded from the logger, 3 the file given. Null when no
-    // window opened.
-    GraphWindow* OpenLoggingWindow(int mode, const std::filesystem::path& path = {});
+    // Opens a logging file in a new graph window after the memory check. Null when no window
+    // opened.
+    GraphWindow* OpenLoggingWindow(LoggingFileSource source,
+                                   const std::filesystem::path& path = {});
     // The steps after the file is known: a numbered window, the load, and the window removed
     // again when the load fails. A file from the logger is marked as not saved yet, whether it
     // loaded or not.

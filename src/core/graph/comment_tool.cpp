@@ -103,13 +103,13 @@ CommentEditEnd ApplyEdit(GraphWindowState& state, std::string_view typed) {
 
 void BeginCommentLeader(GraphWindowState& state, ItemRef item, PixelPoint at) {
     state.Panel.SelectItem(item.Layer, item.Position);
-    state.DragState = CommentLeaderDrag;
+    state.DragState = DragState::CommentLeader;
     state.EditComment = -1;
     state.Leader = {at, at};
 }
 
 bool MoveCommentLeader(GraphWindowState& state, PixelPoint at) {
-    if (state.DragState == 0) {
+    if (state.DragState == DragState::None) {
         return false;
     }
     state.Leader.End = at;
@@ -117,7 +117,7 @@ bool MoveCommentLeader(GraphWindowState& state, PixelPoint at) {
 }
 
 std::optional<CommentEditBox> EndCommentLeader(GraphWindowState& state, PictureSize picture) {
-    state.DragState = 0;
+    state.DragState = DragState::None;
     const PixelPoint end = state.Leader.End;
     if (end.X > GraphLeft && end.X < picture.Width && end.Y > 0 &&
         end.Y < picture.Height - TimeBandHeight) {

@@ -13,9 +13,6 @@
 
 namespace torvane::graph {
 
-// DragState while the leader of a new comment is pulled.
-inline constexpr int CommentLeaderDrag = 5;
-
 // A press of the text tool on a trace: the item is marked and the leader starts, both ends at
 // the press point.
 void BeginCommentLeader(GraphWindowState& state, ItemRef item, PixelPoint at);

@@ -6,9 +6,10 @@
 namespace torvane::graph {
 namespace {
 
-// While these drags run, a loop or a timer draws; the move only records the column.
-bool LoopDraws(int dragState) {
-    return dragState == 4 || dragState == 5 || dragState == 6 || dragState == 99;
+// While these drags run, a timer draws; the move only records the column.
+bool TimerDraws(DragState drag) {
+    return drag == DragState::TraceDrag || drag == DragState::CommentLeader ||
+           drag == DragState::HeldScroll;
 }
 
 } // namespace
@@ -34,11 +35,11 @@ CursorMove MoveCursor(GraphWindowState& state, double mouseX, double mouseY, std
         return {};
     }
     state.CursorX = column;
-    return {true, !LoopDraws(state.DragState)};
+    return {true, !TimerDraws(state.DragState)};
 }
 
 bool GraphTakesPress(const GraphWindowState& state, double mouseX, double mouseY) {
-    return state.DragState == 0 && mouseX + CursorHotSpot >= GraphLeft &&
+    return state.DragState == DragState::None && mouseX + CursorHotSpot >= GraphLeft &&
            mouseY >= state.LapBarHeight;
 }
 

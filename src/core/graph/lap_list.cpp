@@ -58,6 +58,7 @@ bool MoveLapTime(GraphWindowState& state, int lapNo) {
     }
     state.Layers.Layer.at(layer).TimeOffset =
         lapNo >= 1 ? marks[static_cast<std::size_t>(lapNo - 1)] : 0.0;
+    state.SingleFileState = SingleFileState::Cleared;
     return true;
 }
 

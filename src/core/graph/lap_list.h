@@ -48,8 +48,8 @@ LapList LapListOf(const logdata::LapInfo& lap, std::string_view fileName);
 
 // The jump to lap `lapNo` of the list: the active layer's TimeOffset becomes the start of that
 // lap (row 0 and below: 0). Only the active layer moves, whatever LinkLayers says and wherever
-// its file ends; this is how two layers are brought to the same lap. False, with nothing
-// changed, for a lap the layer does not have.
+// its file ends; this is how two layers are brought to the same lap. The window no longer shows
+// its file as loaded. False, with nothing changed, for a lap the layer does not have.
 bool MoveLapTime(GraphWindowState& state, int lapNo);
 
 } // namespace torvane::graph

@@ -44,7 +44,7 @@ std::optional<PixelRect> RangeBandOf(const GraphWindowState& state, std::int32_t
     const double rightEdge = RightEdgeTime(leftEdge, width, state.Time);
     std::int32_t left = GraphLeft;
     std::int32_t right = width;
-    if (state.RangeState == 1) {
+    if (state.RangeState == RangeState::StartMarked) {
         if (state.RangeStart <= leftEdge) {
             right = state.CursorX;
         } else if (state.RangeStart > rightEdge) {
@@ -54,7 +54,7 @@ std::optional<PixelRect> RangeBandOf(const GraphWindowState& state, std::int32_t
             left = std::min(start, state.CursorX);
             right = std::max(start, state.CursorX);
         }
-    } else if (state.RangeState == 2) {
+    } else if (state.RangeState == RangeState::Complete) {
         const auto inside = [&](double t) {
             return t >= leftEdge && t <= rightEdge;
         };

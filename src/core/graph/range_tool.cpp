@@ -8,7 +8,7 @@ double CursorTimeOfMain(const GraphWindowState& state) {
 }
 
 bool MarkingRange(const GraphWindowState& state) {
-    return !state.DeltaMode && state.RangeState == 1;
+    return !state.DeltaMode && state.RangeState == RangeState::StartMarked;
 }
 
 } // namespace
@@ -16,10 +16,10 @@ bool MarkingRange(const GraphWindowState& state) {
 void PressRangeTool(GraphWindowState& state) {
     if (state.DeltaMode) {
         state.DeltaMark = CursorTimeOfMain(state);
-    } else if (state.RangeState != 1) {
+    } else if (state.RangeState != RangeState::StartMarked) {
         state.RangeStart = CursorTimeOfMain(state);
         state.RangeEnd = 0.0;
-        state.RangeState = 1;
+        state.RangeState = RangeState::StartMarked;
     }
 }
 
@@ -29,14 +29,14 @@ bool ReleaseRangeTool(GraphWindowState& state) {
     }
     const double cursor = CursorTimeOfMain(state);
     if (state.RangeStart == cursor) {
-        state.RangeState = 0;
+        state.RangeState = RangeState::None;
     } else if (state.RangeStart > cursor) {
         state.RangeEnd = state.RangeStart;
         state.RangeStart = cursor;
-        state.RangeState = 2;
+        state.RangeState = RangeState::Complete;
     } else {
         state.RangeEnd = cursor;
-        state.RangeState = 2;
+        state.RangeState = RangeState::Complete;
     }
     return true;
 }

@@ -106,15 +106,15 @@ ScrollBox DrawScrollBox(const GraphWindowState& state, ScrollBox box, std::int32
     return MoveScrollBox(box, ScrollBoxLeft(state, stripWidth), width);
 }
 
-int BoxPressState(std::int32_t width, std::int32_t x) {
+DragState BoxPressState(std::int32_t width, std::int32_t x) {
     const std::int32_t edge = std::clamp(width / 3, 3, 6);
     if (x < edge) {
-        return 2;
+        return DragState::BoxLeftEdge;
     }
     if (x >= width - edge) {
-        return 3;
+        return DragState::BoxRightEdge;
     }
-    return 1;
+    return DragState::BoxMove;
 }
 
 } // namespace torvane::graph

@@ -54,8 +54,8 @@ ScrollBox DrawScrollBox(const GraphWindowState& state, ScrollBox box, std::int32
 // The left of the box for the active layer's offset: what every scroll moves, keeping the width.
 std::int32_t ScrollBoxLeft(const GraphWindowState& state, std::int32_t stripWidth);
 
-// What a press at `x` columns into a box `width` wide drags: 2 its left edge, 3 its right edge,
-// 1 the whole box. The edges take a third of the width, from 3 to 6 columns.
-int BoxPressState(std::int32_t width, std::int32_t x);
+// What a press at `x` columns into a box `width` wide drags: one of its edges or the whole box.
+// The edges take a third of the width, from 3 to 6 columns.
+DragState BoxPressState(std::int32_t width, std::int32_t x);
 
 } // namespace torvane::graph

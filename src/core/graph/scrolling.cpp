@@ -49,9 +49,9 @@ void EndBoxMove(GraphWindowState& state, std::int32_t boxLeft, std::int32_t stri
     ShiftAll(state, onGrid - RecordOf(state, state.ActiveLayer).TimeOffset);
 }
 
-ScrollBox EndBoxZoom(GraphWindowState& state, int dragState, ScrollBox box, std::int32_t mouseX,
+ScrollBox EndBoxZoom(GraphWindowState& state, DragState edge, ScrollBox box, std::int32_t mouseX,
                      std::int32_t stripWidth, std::int32_t graphWidth) {
-    if (dragState == 2) {
+    if (edge == DragState::BoxLeftEdge) {
         const std::int32_t right = box.Left + box.Width;
         box.Width = std::max(right - mouseX, MinBoxWidth);
         box.Left = right - box.Width;
@@ -87,6 +87,56 @@ void EndTraceDrag(GraphWindowState& state, ItemRef item, std::int32_t dx, std::i
         logdata::LayerRecord& record = RecordOf(state, layer);
         record.TimeOffset = record.TimeOffset <= e ? 0.0 : record.TimeOffset - e;
     }
+}
+
+void BeginBoxDrag(GraphWindowState& state, DragState drag) {
+    state.DragState = drag;
+}
+
+ScrollBox EndBoxDrag(GraphWindowState& state, DragState drag, ScrollBox box, std::int32_t mouseX,
+                     std::int32_t stripWidth, std::int32_t graphWidth) {
+    state.DragState = DragState::None;
+    if (drag != DragState::BoxMove) {
+        return EndBoxZoom(state, drag, box, mouseX, stripWidth, graphWidth);
+    }
+    EndBoxMove(state, box.Left, stripWidth);
+    state.SingleFileState = SingleFileState::Cleared;
+    return box;
+}
+
+void BeginTraceDrag(GraphWindowState& state) {
+    state.DragState = DragState::TraceDrag;
+}
+
+void ReleaseTraceDrag(GraphWindowState& state, std::int32_t dx, std::int32_t dy) {
+    if (const ItemRow* row = state.Panel.MarkedRow()) {
+        EndTraceDrag(state, {row->Layer, row->Position}, dx, dy);
+    }
+    state.DragState = DragState::None;
+    state.SingleFileState = SingleFileState::Cleared;
+}
+
+void DropTraceDrag(GraphWindowState& state) {
+    state.DragState = DragState::None;
+}
+
+void BeginHold(GraphWindowState& state) {
+    state.DragState = DragState::HeldScroll;
+}
+
+bool Holding(const GraphWindowState& state) {
+    return state.DragState == DragState::HeldScroll;
+}
+
+void EndHold(GraphWindowState& state) {
+    state.DragState = DragState::None;
+}
+
+void AnswerLayerShift(GraphWindowState& state, bool shift) {
+    if (shift) {
+        state.ShiftAccepted = true;
+    }
+    EndHold(state);
 }
 
 AutoScrollResult AutoScrollStep(GraphWindowState& state, bool linkLayers, std::int32_t width,

@@ -1,7 +1,8 @@
 #pragma once
-// Moving the layers in time: the end of a drag on the scroll box or of a trace, one pass of the
-// hold-to-scroll loops (tool 1 and the cmdMove buttons), and the limits they share. Each routine
-// changes the layers' TimeOffset; the window redraws and moves the box.
+// Moving the layers in time: the drags of the scroll box and of a trace, the holds that scroll
+// (tool 1, tool 7 at an edge, the cmdMove buttons) and one pass of each, and the limits they
+// share. Each routine changes DragState and the layers' TimeOffset; the window redraws and moves
+// the box.
 
 #include "graph/scroll_strip.h"
 #include "graph/window_state.h"
@@ -24,15 +25,41 @@ double MaxOffset(const GraphWindowState& state, int layer, std::int32_t width);
 // distance.
 void EndBoxMove(GraphWindowState& state, std::int32_t boxLeft, std::int32_t stripWidth);
 
-// The end of pulling an edge of the box (dragState 2 the left, 3 the right) to window column
-// mouseX: the new box, at least 10 wide with the other edge kept; the time scale that shows its
-// span across the picture; then the offsets as in a box move. Returns the new box.
-ScrollBox EndBoxZoom(GraphWindowState& state, int dragState, ScrollBox box, std::int32_t mouseX,
+// The end of pulling an edge of the box (BoxLeftEdge or BoxRightEdge) to window column mouseX:
+// the new box, at least 10 wide with the other edge kept; the time scale that shows its span
+// across the picture; then the offsets as in a box move. Returns the new box.
+ScrollBox EndBoxZoom(GraphWindowState& state, DragState edge, ScrollBox box, std::int32_t mouseX,
+                     std::int32_t stripWidth, std::int32_t graphWidth);
+
+// A press on the scroll box starts the drag that BoxPressState chose.
+void BeginBoxDrag(GraphWindowState& state, DragState drag);
+// The release of a box drag, the box where the strip left it: a move shifts the layers
+// (EndBoxMove) and leaves the window no longer as loaded; an edge zooms (EndBoxZoom). The drag is
+// over; returns the box to show.
+ScrollBox EndBoxDrag(GraphWindowState& state, DragState drag, ScrollBox box, std::int32_t mouseX,
                      std::int32_t stripWidth, std::int32_t graphWidth);
 
 // The end of a trace drag by (dx, dy): the item's band moves by dy, and all layers move by dx
 // in whole steps, so a trace drag never shifts one layer against another.
 void EndTraceDrag(GraphWindowState& state, ItemRef item, std::int32_t dx, std::int32_t dy);
+
+// A trace drag runs from a press on a trace whose ghost could be built.
+void BeginTraceDrag(GraphWindowState& state);
+// The release (or a ghost that could not be shown): the marked row's trace moves as in
+// EndTraceDrag, and the window no longer shows its file as loaded.
+void ReleaseTraceDrag(GraphWindowState& state, std::int32_t dx, std::int32_t dy);
+// Escape: the ghost goes and nothing moves.
+void DropTraceDrag(GraphWindowState& state);
+
+// A hold runs a pass of AutoScrollStep or ScrollButtonStep at a steady pace while it lasts. It
+// ends on the release, when the mouse leaves an edge of tool 7, when a pass cannot go on, and
+// when a redraw fails.
+void BeginHold(GraphWindowState& state);
+bool Holding(const GraphWindowState& state);
+void EndHold(GraphWindowState& state);
+// The operator's answer to LayerShiftQuestion ends the hold; a yes lets linked layers drift
+// apart in every hold that follows.
+void AnswerLayerShift(GraphWindowState& state, bool shift);
 
 // One pass of the scroll loop of tool 1 (and of tool 7 at the edges).
 enum class AutoScrollResult {

@@ -1,5 +1,7 @@
 #include "graph/window_geometry.h"
 
+#include "graph/window_state.h"
+
 #include <algorithm>
 
 namespace torvane::graph {
@@ -17,6 +19,12 @@ WindowGeometry GeometryFor(int width, int height) {
     geometry.MoveRight = {w - buttonWidth, stripTop, buttonWidth, StripHeight};
     geometry.ScrollTitle = {0, stripTop, PanelWidth, StripHeight};
     geometry.GraphMidX = (geometry.Graph.Width + 100) / 2;
+    return geometry;
+}
+
+WindowGeometry ResizeWindow(GraphWindowState& state, int width, int height) {
+    const WindowGeometry geometry = GeometryFor(width, height);
+    state.GraphMidX = geometry.GraphMidX;
     return geometry;
 }
 

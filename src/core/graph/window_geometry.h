@@ -32,4 +32,9 @@ struct WindowGeometry {
 
 WindowGeometry GeometryFor(int width, int height);
 
+struct GraphWindowState;
+// The geometry of a window resized to width x height; the window keeps the graph's middle, on
+// which the tools' pointers and the direction of held scrolling turn.
+WindowGeometry ResizeWindow(GraphWindowState& state, int width, int height);
+
 } // namespace torvane::graph

@@ -4,6 +4,8 @@
 #include "logdata/channels.h"
 #include "shell/common.h"
 
+#include <utility>
+
 namespace torvane::graph {
 namespace {
 
@@ -12,6 +14,22 @@ bool IsOpenLayer(const GraphWindowState& state, int layer) {
 }
 
 } // namespace
+
+void NumberWindow(GraphWindowState& state, int number, std::filesystem::path tempDir) {
+    state.Layers.WindowNumber = number;
+    state.Layers.TempDir = std::move(tempDir);
+}
+
+void SetBandColor(GraphWindowState& state, std::uint32_t color) {
+    state.BandColor = color;
+}
+
+bool RecordRedraw(GraphWindowState& state, bool drawn) {
+    if (!drawn) {
+        state.SingleFileState = SingleFileState::Cleared;
+    }
+    return drawn;
+}
 
 bool SelectLayer(GraphWindowState& state, int layer) {
     if (!IsOpenLayer(state, layer)) {
@@ -35,6 +53,16 @@ ScrollStripState ScrollStripOf(const GraphWindowState& state) {
         strip.LineColor = shell::ColorValue(display->Color);
     }
     return strip;
+}
+
+bool FollowScrollItem(GraphWindowState& state, int item) {
+    logdata::LayerRecord& active =
+        state.Layers.Layer.at(static_cast<std::size_t>(state.ActiveLayer));
+    if (active.ScrollItem == item) {
+        return false;
+    }
+    active.ScrollItem = item;
+    return true;
 }
 
 bool ResizeRebuildsStrip(const GraphWindowState& state) {

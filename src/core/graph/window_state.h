@@ -11,6 +11,7 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,31 @@ namespace torvane::graph {
 
 inline constexpr std::string_view InitialTitleText = " Time 00h00m00s000";
 
+// What the mouse holds in the window. While any of these runs the graph takes no press.
+enum class DragState {
+    None = 0,
+    BoxMove = 1,      // the scroll box itself
+    BoxLeftEdge = 2,  // the box's left edge, zooming
+    BoxRightEdge = 3, // the box's right edge, zooming
+    TraceDrag = 4,    // a trace's ghost, until the release moves the trace
+    CommentLeader = 5,
+    HeldScroll = 6, // tool 1, tool 7 at an edge, or a held cmdMove: a pass every HeldPassMs
+};
+
+enum class RangeState {
+    None = 0,
+    StartMarked = 1,
+    Complete = 2,
+};
+
+// Loaded: the window shows one file just as it was loaded, so its picture is rebuilt when
+// uncovered and its layout may be kept as the last display. Cleared by anything that changes
+// what the window shows, and by a failed redraw.
+enum class SingleFileState {
+    Cleared = 0,
+    Loaded = 1,
+};
+
 struct GraphWindowState {
     logdata::LayerSet Layers;
     std::array<LayerView, logdata::LayerCount> Views;
@@ -27,17 +53,16 @@ struct GraphWindowState {
 
     int LastLayer = 0;
     int ActiveLayer = 0;
-    // 1 after a load; 0 after a layer was opened or closed and after a failed redraw.
-    int SingleFileState = 0;
+    graph::SingleFileState SingleFileState = graph::SingleFileState::Cleared;
     TimeScale Time;
 
     bool DeltaMode = false;
     double DeltaMark = 0.0; // reference of the Delta display, 0 = none
     bool ShiftAccepted = false;
-    int RangeState = 0; // 0 no range, 1 start marked, 2 range complete
+    graph::RangeState RangeState = graph::RangeState::None;
     double RangeStart = 0.0;
     double RangeEnd = 0.0;
-    int DragState = 0;
+    graph::DragState DragState = graph::DragState::None;
     int EditComment = -1; // index of the comment in the edit box, -1 none
     CommentList Comments = NewCommentList();
     // The comments as they were before the operator changed or removed them, each with the
@@ -62,6 +87,15 @@ struct GraphWindowState {
     std::string TitleText{InitialTitleText};
 };
 
+// A window's number and the folder its streams are deployed to, given once when it is made.
+void NumberWindow(GraphWindowState& state, int number, std::filesystem::path tempDir);
+// The raw surface value the range band is filled with, which only the picture's format knows.
+void SetBandColor(GraphWindowState& state, std::uint32_t color);
+
+// Every redraw's result passes here: a failed one clears SingleFileState, so that a picture
+// that cannot be drawn is not rebuilt again on every uncovering. Returns `drawn`.
+bool RecordRedraw(GraphWindowState& state, bool drawn);
+
 // Makes a layer active; false for a layer that is not open.
 bool SelectLayer(GraphWindowState& state, int layer);
 
@@ -74,6 +108,8 @@ struct ScrollStripState {
     std::uint32_t LineColor = 0;
 };
 ScrollStripState ScrollStripOf(const GraphWindowState& state);
+// The active layer's strip follows `item` (-1 none); false when it already did.
+bool FollowScrollItem(GraphWindowState& state, int item);
 
 // After a resize the strip and its box are rebuilt whenever the active layer has something to
 // follow: the picture follows the window's new width, and the strip keeps in step with it.

@@ -2,6 +2,8 @@
 
 #include "shell/common.h"
 
+#include "byte_order.h"
+
 #include <algorithm>
 
 namespace torvane::layout {
@@ -13,8 +15,8 @@ public:
     explicit FieldWriter(std::span<std::uint8_t> out)
         : out_(out) {}
     void Byte(std::uint8_t value) { out_[at_++] = value; }
-    void Word16(std::int16_t value) { Put(static_cast<std::uint16_t>(value), 2); }
-    void Word32(std::int32_t value) { Put(static_cast<std::uint32_t>(value), 4); }
+    void Word16(std::int16_t value) { Put(value); }
+    void Word32(std::int32_t value) { Put(value); }
     void Bytes(std::span<const std::uint8_t> bytes, std::size_t size) {
         std::fill_n(out_.begin() + static_cast<std::ptrdiff_t>(at_), size, std::uint8_t{0});
         std::copy_n(bytes.begin(), std::min(size, bytes.size()),
@@ -23,10 +25,9 @@ public:
     }
 
 private:
-    void Put(std::uint32_t value, std::size_t size) {
-        for (std::size_t i = 0; i < size; ++i) {
-            out_[at_++] = static_cast<std::uint8_t>(value >> (8 * i));
-        }
+    template <std::integral Value> void Put(Value value) {
+        PutLittleEndian(out_, at_, value);
+        at_ += sizeof(Value);
     }
     std::span<std::uint8_t> out_;
     std::size_t at_ = 0;
@@ -37,8 +38,8 @@ public:
     explicit FieldReader(std::span<const std::uint8_t> bytes)
         : bytes_(bytes) {}
     std::uint8_t Byte() { return bytes_[at_++]; }
-    std::int16_t Word16() { return static_cast<std::int16_t>(static_cast<std::uint16_t>(Get(2))); }
-    std::int32_t Word32() { return static_cast<std::int32_t>(Get(4)); }
+    std::int16_t Word16() { return Get<std::int16_t>(); }
+    std::int32_t Word32() { return Get<std::int32_t>(); }
     std::span<const std::uint8_t> Bytes(std::size_t size) {
         const auto bytes = bytes_.subspan(at_, size);
         at_ += size;
@@ -46,11 +47,9 @@ public:
     }
 
 private:
-    std::uint32_t Get(std::size_t size) {
-        std::uint32_t value = 0;
-        for (std::size_t i = 0; i < size; ++i) {
-            value |= static_cast<std::uint32_t>(bytes_[at_++]) << (8 * i);
-        }
+    template <std::integral Value> Value Get() {
+        const auto value = GetLittleEndian<Value>(bytes_, at_);
+        at_ += sizeof(Value);
         return value;
     }
     std::span<const std::uint8_t> bytes_;

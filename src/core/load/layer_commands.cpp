@@ -40,7 +40,7 @@ bool AddLayer(graph::GraphWindowState& files, const std::filesystem::path& logFi
     view.DrawScales();
     view.RedrawGraph();
     view.DispValues(false);
-    files.SingleFileState = 0;
+    files.SingleFileState = graph::SingleFileState::Cleared;
     return true;
 }
 
@@ -82,7 +82,7 @@ bool CloseLayer(graph::GraphWindowState& files, WindowView& view) {
     files.LapBarHeight = LapBarHeight(files.Layers, files.LastLayer);
     view.DrawScales();
     view.RedrawGraph();
-    files.SingleFileState = 0;
+    files.SingleFileState = graph::SingleFileState::Cleared;
     return true;
 }
 

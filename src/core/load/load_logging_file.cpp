@@ -47,10 +47,10 @@ bool LoadMainFile(graph::GraphWindowState& files, const std::filesystem::path& l
     main.ScrollItem = graph::ChooseScrollItem(main);
     files.ActiveLayer = 0;
     if (!view.SelectLayer(0)) {
-        files.SingleFileState = 0;
+        files.SingleFileState = graph::SingleFileState::Cleared;
         return false;
     }
-    files.SingleFileState = 1;
+    files.SingleFileState = graph::SingleFileState::Loaded;
     ReadLayerComments(files, 0, sink);
     view.DispValues(true);
     return true;
@@ -66,7 +66,7 @@ bool LoadLoggingFile(graph::GraphWindowState& files, const std::filesystem::path
         return LoadMainFile(files, logFile, defaultDisplay, decompressor, sink, view);
     });
     if (!loaded) {
-        files.SingleFileState = 0;
+        files.SingleFileState = graph::SingleFileState::Cleared;
     }
     return loaded;
 }

@@ -56,7 +56,7 @@ WindowUnloaded UnloadWindow(const graph::GraphWindowState& files, shell::WindowR
         registry.DeleteFrom(window);
         shell::DeleteTempFiles(files.Layers.TempDir, window);
     }
-    if (files.SingleFileState == 1) {
+    if (files.SingleFileState == graph::SingleFileState::Loaded) {
         KeepAsLastDisplay(files, store);
     }
     WindowUnloaded result;

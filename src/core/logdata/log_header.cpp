@@ -1,5 +1,7 @@
 #include "logdata/log_header.h"
 
+#include "byte_order.h"
+
 #include <algorithm>
 
 namespace torvane::logdata {
@@ -7,9 +9,7 @@ namespace torvane::logdata {
 LogHeader LogHeader::FromBytes(std::span<const std::uint8_t, LogHeaderSize> bytes) {
     LogHeader header;
     for (std::size_t i = 0; i < header.words_.size(); ++i) {
-        const auto low = static_cast<std::uint16_t>(bytes[2 * i]);
-        const auto high = static_cast<std::uint16_t>(bytes[2 * i + 1]);
-        header.words_[i] = static_cast<std::int16_t>(static_cast<std::uint16_t>(low | (high << 8)));
+        header.words_[i] = GetLittleEndian<std::int16_t>(bytes, 2 * i);
     }
     return header;
 }
@@ -17,9 +17,7 @@ LogHeader LogHeader::FromBytes(std::span<const std::uint8_t, LogHeaderSize> byte
 LogHeader::Bytes LogHeader::ToBytes() const {
     Bytes bytes{};
     for (std::size_t i = 0; i < words_.size(); ++i) {
-        const auto word = static_cast<std::uint16_t>(words_[i]);
-        bytes[2 * i] = static_cast<std::uint8_t>(word & 0xFF);
-        bytes[2 * i + 1] = static_cast<std::uint8_t>(word >> 8);
+        PutLittleEndian(bytes, 2 * i, words_[i]);
     }
     return bytes;
 }

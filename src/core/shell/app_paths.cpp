@@ -58,30 +58,30 @@ bool IsWritableFolder(const fs::path& folder) {
 
 PathInputs AppPaths::ProcessInputs() {
     PathInputs inputs;
-    inputs.torvaneHome = Environment("TORVANE_HOME");
+    inputs.TorvaneHome = Environment("TORVANE_HOME");
     std::error_code error;
     const fs::path executable = fs::read_symlink("/proc/self/exe", error);
-    inputs.programDir = error ? fs::current_path(error) : executable.parent_path();
+    inputs.ProgramDir = error ? fs::current_path(error) : executable.parent_path();
     if (const auto xdg = Environment("XDG_DATA_HOME")) {
-        inputs.userDataDir = *xdg / "torvane-studio";
+        inputs.UserDataDir = *xdg / "torvane-studio";
     } else if (const auto appData = Environment("APPDATA")) {
-        inputs.userDataDir = *appData / "Torvane Studio";
+        inputs.UserDataDir = *appData / "Torvane Studio";
     } else if (const auto home = Environment("HOME")) {
-        inputs.userDataDir = *home / ".local" / "share" / "torvane-studio";
+        inputs.UserDataDir = *home / ".local" / "share" / "torvane-studio";
     } else {
-        inputs.userDataDir = fs::temp_directory_path(error) / "torvane-studio";
+        inputs.UserDataDir = fs::temp_directory_path(error) / "torvane-studio";
     }
     return inputs;
 }
 
 AppPaths AppPaths::Resolve(const PathInputs& inputs) {
-    if (inputs.torvaneHome) {
-        return AppPaths(*inputs.torvaneHome);
+    if (inputs.TorvaneHome) {
+        return AppPaths(*inputs.TorvaneHome);
     }
-    if (IsWritableFolder(inputs.programDir)) {
-        return AppPaths(inputs.programDir);
+    if (IsWritableFolder(inputs.ProgramDir)) {
+        return AppPaths(inputs.ProgramDir);
     }
-    return AppPaths(inputs.userDataDir);
+    return AppPaths(inputs.UserDataDir);
 }
 
 bool AppPaths::MakeFolders() const {

@@ -9,9 +9,9 @@ namespace torvane::shell {
 
 // What decides where the folders live; gathered by the caller so that the rule can be tested.
 struct PathInputs {
-    std::optional<std::filesystem::path> torvaneHome; // TORVANE_HOME, when set and not empty
-    std::filesystem::path programDir;                 // folder of the running program
-    std::filesystem::path userDataDir;                // the per-user data folder
+    std::optional<std::filesystem::path> TorvaneHome; // TORVANE_HOME, when set and not empty
+    std::filesystem::path ProgramDir;                 // folder of the running program
+    std::filesystem::path UserDataDir;                // the per-user data folder
 };
 
 class AppPaths {

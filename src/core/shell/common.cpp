@@ -1,5 +1,7 @@
 #include "shell/common.h"
 
+#include "byte_order.h"
+
 #include <algorithm>
 #include <array>
 #include <numeric>
@@ -31,19 +33,11 @@ void DigitKey(int& key) {
 }
 
 std::int32_t BytesToHex(std::span<const std::uint8_t> bytes) {
-    std::uint32_t value = 0;
-    for (const std::uint8_t byte : bytes) {
-        value = (value << 8) | byte;
-    }
-    return static_cast<std::int32_t>(value);
+    return static_cast<std::int32_t>(GetBigEndian<std::uint32_t>(bytes));
 }
 
 void LongToBytes(std::int32_t value, std::span<std::uint8_t> bytes) {
-    auto remaining = static_cast<std::uint32_t>(value);
-    for (auto it = bytes.rbegin(); it != bytes.rend(); ++it) {
-        *it = static_cast<std::uint8_t>(remaining & 0xFF);
-        remaining >>= 8;
-    }
+    PutBigEndian(bytes, static_cast<std::uint32_t>(value));
 }
 
 std::string BytesToString(std::span<const std::uint8_t> bytes) {

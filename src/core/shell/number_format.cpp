@@ -29,26 +29,26 @@ NumberFormat::Picture NumberFormat::Parse(std::string_view format) {
     Picture picture;
     std::size_t i = 0;
     while (i < format.size() && !IsPlaceholder(format[i]) && format[i] != '.') {
-        picture.prefix += format[i++];
+        picture.Prefix += format[i++];
     }
     for (; i < format.size() && (IsPlaceholder(format[i]) || format[i] == ','); ++i) {
         if (format[i] == '0') {
-            ++picture.minIntegerDigits;
+            ++picture.MinIntegerDigits;
         } else if (format[i] == ',') {
-            picture.grouping = true;
+            picture.Grouping = true;
         }
     }
     if (i < format.size() && format[i] == '.') {
-        picture.hasPoint = true;
+        picture.HasPoint = true;
         ++i;
         int trailingHashes = 0;
         for (; i < format.size() && IsPlaceholder(format[i]); ++i) {
-            ++picture.decimals;
+            ++picture.Decimals;
             trailingHashes = format[i] == '#' ? trailingHashes + 1 : 0;
         }
-        picture.optionalTrailingDecimals = trailingHashes;
+        picture.OptionalTrailingDecimals = trailingHashes;
     }
-    picture.suffix = std::string(format.substr(i));
+    picture.Suffix = std::string(format.substr(i));
     return picture;
 }
 
@@ -58,17 +58,17 @@ NumberFormat::NumberFormat(std::string_view format)
 
 void NumberFormat::AppendTo(std::string& out, double value) const {
     const Picture& picture = picture_;
-    out += picture.prefix;
+    out += picture.Prefix;
     if (!std::isfinite(value)) {
         out += '0';
-        out += picture.suffix;
+        out += picture.Suffix;
         return;
     }
 
     // to_chars rounds the exact binary value correctly; an exact tie goes to even.
     std::array<char, 400> buffer; // to_chars writes it; the rest is never read
     const auto result = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
-                                      std::fabs(value), std::chars_format::fixed, picture.decimals);
+                                      std::fabs(value), std::chars_format::fixed, picture.Decimals);
     const std::string_view text(buffer.data(),
                                 static_cast<std::size_t>(result.ptr - buffer.data()));
 
@@ -76,7 +76,7 @@ void NumberFormat::AppendTo(std::string& out, double value) const {
     std::string_view integerDigits = text.substr(0, point);
     std::string_view decimalDigits =
         point == std::string_view::npos ? std::string_view() : text.substr(point + 1);
-    for (int i = 0; i < picture.optionalTrailingDecimals && !decimalDigits.empty() &&
+    for (int i = 0; i < picture.OptionalTrailingDecimals && !decimalDigits.empty() &&
                     decimalDigits.back() == '0';
          ++i) {
         decimalDigits.remove_suffix(1);
@@ -90,8 +90,8 @@ void NumberFormat::AppendTo(std::string& out, double value) const {
         out += '-';
     }
     const auto padding = static_cast<std::size_t>(
-        std::max(picture.minIntegerDigits - static_cast<int>(integerDigits.size()), 0));
-    if (picture.grouping) {
+        std::max(picture.MinIntegerDigits - static_cast<int>(integerDigits.size()), 0));
+    if (picture.Grouping) {
         std::string padded(padding, '0');
         padded += integerDigits;
         out += GroupThousands(padded);
@@ -99,11 +99,11 @@ void NumberFormat::AppendTo(std::string& out, double value) const {
         out.append(padding, '0');
         out += integerDigits;
     }
-    if (picture.hasPoint) {
+    if (picture.HasPoint) {
         out += '.';
         out += decimalDigits;
     }
-    out += picture.suffix;
+    out += picture.Suffix;
 }
 
 std::string FormatNumber(double value, std::string_view format) {

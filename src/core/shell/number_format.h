@@ -39,14 +39,14 @@ public:
 
 private:
     struct Picture {
-        std::string prefix;
-        int minIntegerDigits = 0;
-        bool grouping = false;
-        int decimals = 0;
+        std::string Prefix;
+        int MinIntegerDigits = 0;
+        bool Grouping = false;
+        int Decimals = 0;
         // Trailing decimal places written '#', which drop their zeros.
-        int optionalTrailingDecimals = 0;
-        bool hasPoint = false;
-        std::string suffix;
+        int OptionalTrailingDecimals = 0;
+        bool HasPoint = false;
+        std::string Suffix;
     };
     static Picture Parse(std::string_view format);
 

@@ -10,7 +10,7 @@ bool WindowRegistry::Contains(int number) const {
 
 int WindowRegistry::Claim() {
     for (std::size_t number = 1; number < slots_.size(); ++number) {
-        if (slots_[number].free) {
+        if (slots_[number].Free) {
             // A number given up may still carry the logger mark set after its window was gone.
             slots_[number] = Slot{false, 0};
             return static_cast<int>(number);
@@ -22,7 +22,7 @@ int WindowRegistry::Claim() {
 
 bool WindowRegistry::AnyFroms() const {
     for (std::size_t number = 1; number < slots_.size(); ++number) {
-        if (!slots_[number].free) {
+        if (!slots_[number].Free) {
             return true;
         }
     }
@@ -38,19 +38,19 @@ bool WindowRegistry::DeleteFrom(int number) {
 }
 
 std::int32_t WindowRegistry::GetLogger(int number) const {
-    return Contains(number) ? slots_[static_cast<std::size_t>(number)].logger : 0;
+    return Contains(number) ? slots_[static_cast<std::size_t>(number)].Logger : 0;
 }
 
 bool WindowRegistry::SetLogger(int number, std::int32_t logger) {
     if (!Contains(number)) {
         return false;
     }
-    slots_[static_cast<std::size_t>(number)].logger = logger;
+    slots_[static_cast<std::size_t>(number)].Logger = logger;
     return true;
 }
 
 bool WindowRegistry::InUse(int number) const {
-    return number > 0 && Contains(number) && !slots_[static_cast<std::size_t>(number)].free;
+    return number > 0 && Contains(number) && !slots_[static_cast<std::size_t>(number)].Free;
 }
 
 } // namespace torvane::shell

@@ -26,8 +26,8 @@ public:
 
 private:
     struct Slot {
-        bool free = true;
-        std::int32_t logger = 0;
+        bool Free = true;
+        std::int32_t Logger = 0;
     };
     bool Contains(int number) const;
     std::vector<Slot> slots_;

@@ -9,10 +9,8 @@
 // seen here) and returns a TLM_ code of tlm.h, or for FileCount the number of files.
 
 #include <cstdint>
-#include <span>
-#include <string_view>
-#include <vector>
 
+#include "operations.h"
 #include "tlm.h"
 
 namespace torvane::link {
@@ -28,37 +26,29 @@ public:
     // usable by the next client: a transfer in progress is abandoned.
     virtual void Closed() = 0;
 
-    virtual std::int32_t Reset(TlmStatus& status) = 0;
-    virtual std::int32_t GetStatus(TlmStatus& status) = 0;
-    virtual std::int32_t FileCount(TlmStatus& status) = 0;
-    // entries.size() is the count the client asked for.
-    virtual std::int32_t DownloadList(TlmStatus& status, std::span<TlmDownloadEntry> entries) = 0;
-
-    // A transfer: the device sends the logging file (*.rlg bytes) of entry.intNumber in blocks.
-    // ReadTransfer appends the next block to bytes and sets block.lngSize to its length; it
-    // returns 0 while more is to come and a positive value with the last block.
-    virtual std::int32_t StartTransfer(TlmStatus& status, const TlmDownloadEntry& entry,
-                                       TlmTransferBlock& block) = 0;
-    virtual std::int32_t ReadTransfer(TlmStatus& status, TlmTransferBlock& block,
-                                      std::vector<std::uint8_t>& bytes) = 0;
-    virtual std::int32_t EndTransfer(TlmStatus& status, TlmTransferBlock& block) = 0;
-
-    virtual std::int32_t ClearFiles(TlmStatus& status) = 0;
-    virtual std::int32_t DetonationMap(TlmStatus& status, TlmDetonationMap& map) = 0;
-    virtual std::int32_t InitializeSensor(TlmStatus& status, std::int16_t kind) = 0;
-    virtual std::int32_t InitData(TlmStatus& status, std::int32_t index, TlmInitData& data) = 0;
-    virtual std::int32_t SendSetting(TlmStatus& status, const TlmSettingData& setting) = 0;
-    virtual std::int32_t ReadSetting(TlmStatus& status, TlmSettingData& setting) = 0;
-    virtual std::int32_t SignalCondition(TlmStatus& status, TlmSignalCondition& signal) = 0;
-    virtual std::int32_t SpecialData(TlmStatus& status, TlmSpecialData& special) = 0;
-    // buffer.size() is TLM_ERROR_INFO_SIZE.
-    virtual std::int32_t ErrorInfo(TlmStatus& status, std::span<std::uint8_t> buffer) = 0;
-    virtual std::int32_t LoggingControl(TlmStatus& status, std::int32_t value) = 0;
-    virtual std::int32_t ServiceMode(TlmStatus& status, std::int16_t code) = 0;
+    // One call per operation of operations.h, named after it: a plain one is
+    // Name(status, request values..., answer records&...), e.g.
+    //   std::int32_t ReadSetting(TlmStatus& status, TlmSettingData& setting);
+    //   std::int32_t InitData(TlmStatus& status, std::int32_t index, TlmInitData& data);
+    // and a special one takes the parameters the table gives it:
+    //   DownloadList: entries.size() is the count the client asked for.
+    //   TransferRead: appends the next block of the logging file (*.rlg bytes) to bytes and sets
+    //     block.lngSize to its length; returns 0 while more is to come and a positive value with
+    //     the last block.
+    //   ErrorInfo: buffer.size() is TLM_ERROR_INFO_SIZE.
+    // A transfer sends the logging file of the entry given to TransferStart, in blocks.
+#define TORVANE_DEVICE_PLAIN(Name, ...) virtual DeviceCall<op::Name> Name = 0;
+#define TORVANE_DEVICE_SPECIAL(Name, kind, Entry, Parameters)                                      \
+    virtual std::int32_t Name(TlmStatus& status, TORVANE_LINK_LIST Parameters) = 0;
+    TORVANE_LINK_OPERATIONS(TORVANE_DEVICE_PLAIN, TORVANE_DEVICE_SPECIAL)
+#undef TORVANE_DEVICE_PLAIN
+#undef TORVANE_DEVICE_SPECIAL
 
     // Asked by the server after every answer it has sent: true makes it drop the link at once,
     // as a pulled cable would (a fault the virtual logger can inject).
-    virtual bool DropLinkNow() { return false; }
+    virtual bool DropLinkNow() {
+        return false;
+    }
 };
 
 } // namespace torvane::link

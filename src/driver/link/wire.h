@@ -14,6 +14,9 @@
 #include <span>
 #include <vector>
 
+#include "byte_order.h"
+#include "operations.h"
+
 namespace torvane::link {
 
 inline constexpr std::uint32_t kProtocolMagic = 0x4b4c5654; // "TVLK" on the wire
@@ -23,30 +26,6 @@ inline constexpr std::size_t kFrameHeaderSize = 10;
 // before anything is allocated.
 inline constexpr std::uint32_t kMaxPayload = 1u << 20;
 
-enum class MessageKind : std::uint16_t {
-    Hello = 1,
-    Close,
-    Reset,
-    GetStatus,
-    FileCount,
-    DownloadList,
-    TransferStart,
-    TransferRead,
-    TransferEnd,
-    ClearFiles,
-    DetonationMap,
-    InitializeSensor,
-    InitData,
-    SendSetting,
-    ReadSetting,
-    SignalCondition,
-    SpecialData,
-    ErrorInfo,
-    LoggingControl,
-    ServiceMode,
-};
-inline constexpr std::uint16_t kLastMessageKind =
-    static_cast<std::uint16_t>(MessageKind::ServiceMode);
 inline constexpr std::uint16_t kAnswerBit = 0x8000;
 
 // What the server says to a hello, before the device's own result.
@@ -74,11 +53,9 @@ FrameDecode TakeFrame(std::vector<std::uint8_t>& buffer, Frame& frame);
 class PayloadWriter {
 public:
     template <std::integral Value> void Put(Value value) {
-        using Unsigned = std::make_unsigned_t<Value>;
-        const auto bits = static_cast<Unsigned>(value);
-        for (std::size_t i = 0; i < sizeof(Value); ++i) {
-            bytes_.push_back(static_cast<std::uint8_t>(bits >> (8 * i)));
-        }
+        const std::size_t offset = bytes_.size();
+        bytes_.resize(offset + sizeof(Value));
+        PutLittleEndian(bytes_, offset, value);
     }
     template <std::integral Value, std::size_t N> void Put(const Value (&values)[N]) {
         for (const Value value : values) {
@@ -104,12 +81,7 @@ public:
         if (!Has(sizeof(Value))) {
             return false;
         }
-        std::make_unsigned_t<Value> bits = 0;
-        for (std::size_t i = 0; i < sizeof(Value); ++i) {
-            bits = static_cast<decltype(bits)>(
-                bits | static_cast<decltype(bits)>(bytes_[offset_ + i]) << (8 * i));
-        }
-        value = static_cast<Value>(bits);
+        value = GetLittleEndian<Value>(bytes_, offset_);
         offset_ += sizeof(Value);
         return true;
     }

@@ -17,7 +17,7 @@ bool StateAccepts(std::uint8_t state, Command command) {
     switch (state) {
     case TLM_STATE_IDLE:
     case TLM_STATE_READY:
-        return command != Command::ReadTransfer && command != Command::EndTransfer;
+        return command != Command::TransferRead && command != Command::TransferEnd;
     case TLM_STATE_ACQUIRING:
         return command == Command::SignalCondition || command == Command::FileCount ||
                command == Command::DownloadList || command == Command::ReadSetting ||
@@ -26,7 +26,7 @@ bool StateAccepts(std::uint8_t state, Command command) {
     case TLM_STATE_SENDING:
         return command == Command::SignalCondition || command == Command::FileCount ||
                command == Command::DownloadList || command == Command::ReadSetting ||
-               command == Command::ReadTransfer || command == Command::EndTransfer;
+               command == Command::TransferRead || command == Command::TransferEnd;
     case TLM_STATE_THROTTLE_INIT:
     case TLM_STATE_SUSPENSION_INIT:
         return command == Command::SignalCondition || command == Command::FileCount ||
@@ -43,7 +43,7 @@ bool StateAccepts(std::uint8_t state, Command command) {
 bool MakesLoggerAct(Command command) {
     switch (command) {
     case Command::SendSetting:
-    case Command::StartTransfer:
+    case Command::TransferStart:
     case Command::ClearFiles:
     case Command::ServiceMode:
     case Command::InitializeSensor:

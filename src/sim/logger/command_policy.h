@@ -16,11 +16,11 @@
 //   InitializeSensor        x                   x    x
 //   LoggingControl          x    x                   x
 //   SendSetting             x                        x
-//   StartTransfer           x                        x
+//   TransferStart           x                        x
 //   ClearFiles              x                        x
 //   ServiceMode             x                        x
-//   ReadTransfer                      x
-//   EndTransfer                       x
+//   TransferRead                      x
+//   TransferEnd                       x
 //
 // 0 initialising, 1 idle, 2 acquiring, 3 sending a file, 4 writing flash, 5/6 throttle and
 // suspension initialisation, 7 just stopped (idle-like), 208 service function, 240 broken.
@@ -28,34 +28,17 @@
 // memory or setting. The sensor states take the next sensor command and the throttle points'
 // read-back at once, because the setting window sends them without waiting in between. A logger
 // that has stopped on an error (bytError) refuses in addition everything that would make it act:
-// SendSetting, StartTransfer, ClearFiles, ServiceMode, InitializeSensor and LoggingControl 0.
+// SendSetting, TransferStart, ClearFiles, ServiceMode, InitializeSensor and LoggingControl 0.
 
+#include "link/operations.h"
 #include "tlm.h"
 
 #include <cstdint>
 
 namespace torvane::sim {
 
-enum class Command {
-    Reset,
-    GetStatus,
-    SpecialData,
-    ErrorInfo,
-    SignalCondition,
-    FileCount,
-    DownloadList,
-    ReadSetting,
-    DetonationMap,
-    InitData,
-    InitializeSensor,
-    LoggingControl,
-    SendSetting,
-    StartTransfer,
-    ClearFiles,
-    ServiceMode,
-    ReadTransfer,
-    EndTransfer,
-};
+// A command is the message kind of its request.
+using Command = link::MessageKind;
 
 bool StateAccepts(std::uint8_t state, Command command);
 

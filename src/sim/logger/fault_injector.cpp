@@ -1,55 +1,45 @@
 #include "logger/fault_injector.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <utility>
 
 namespace torvane::sim {
 namespace {
 
-struct NamedEntry {
-    std::string_view name;
-    Entry entry;
-};
-
-constexpr std::array<NamedEntry, 20> EntryTable{{
-    {"TLM_Open", Entry::Open},
-    {"TLM_Reset", Entry::Reset},
-    {"GetStatus", Entry::GetStatus},
-    {"GetTheNumberofFiles", Entry::FileCount},
-    {"GetTheDownloadList", Entry::DownloadList},
-    {"GetTheLogFile_start", Entry::StartTransfer},
-    {"GetTheLogFile_reading", Entry::ReadTransfer},
-    {"GetTheLogFile_end", Entry::EndTransfer},
-    {"InitializeLogFile", Entry::ClearFiles},
-    {"GetTheDetonationMap", Entry::DetonationMap},
-    {"TSInitialize", Entry::InitializeSensor},
-    {"GetTheInitData", Entry::InitData},
-    {"SendTheSettingData", Entry::SendSetting},
-    {"GetTheSettingData", Entry::ReadSetting},
-    {"GetTheSignalCondition", Entry::SignalCondition},
-    {"GetTheSpecialData", Entry::SpecialData},
-    {"GetTheSpecialData_raw", Entry::SpecialData},
-    {"GetTheErrorInfo", Entry::ErrorInfo},
-    {"LoggingControl", Entry::LoggingControl},
-    {"ServiceModeCtrl", Entry::ServiceMode},
-}};
+// Faults name entry points; the link's table knows the entry point of each operation. The two
+// that are not in it: the open, which is the hello, and the raw identity read, which sends the
+// identity request.
+constexpr std::string_view OpenName = "TLM_Open";
+constexpr std::string_view RawSpecialDataName = "GetTheSpecialData_raw";
 
 } // namespace
 
 std::optional<Entry> EntryNamed(std::string_view name) {
-    const auto found = std::find_if(EntryTable.begin(), EntryTable.end(),
-                                    [name](const NamedEntry& named) { return named.name == name; });
-    return found == EntryTable.end() ? std::nullopt : std::optional(found->entry);
+    if (name == OpenName) {
+        return Entry::Hello;
+    }
+    if (name == RawSpecialDataName) {
+        return Entry::SpecialData;
+    }
+    for (const link::OperationName& operation : link::kOperations) {
+        if (operation.entryPoint == name) {
+            return operation.kind;
+        }
+    }
+    return std::nullopt;
 }
 
 std::string_view EntryNames() {
     static const std::string names = [] {
-        std::string joined;
-        for (const NamedEntry& named : EntryTable) {
-            joined += joined.empty() ? "" : " ";
-            joined += named.name;
+        std::string joined(OpenName);
+        for (const link::OperationName& operation : link::kOperations) {
+            joined += " ";
+            joined += operation.entryPoint;
+            if (operation.kind == Entry::SpecialData) {
+                joined += " ";
+                joined += RawSpecialDataName;
+            }
         }
         return joined;
     }();
@@ -86,8 +76,15 @@ std::int32_t FaultInjector::Pass(Entry entry, TlmStatus& status, Call call) {
     return call();
 }
 
+template <typename Method, typename... Arguments>
+std::int32_t FaultInjector::Forward(Entry entry, Method call, TlmStatus& status,
+                                    Arguments&&... arguments) {
+    return Pass(entry, status,
+                [&] { return (device_.*call)(status, std::forward<Arguments>(arguments)...); });
+}
+
 std::int32_t FaultInjector::Open(TlmStatus& status) {
-    return Pass(Entry::Open, status, [&] { return device_.Open(status); });
+    return Pass(Entry::Hello, status, [&] { return device_.Open(status); });
 }
 
 void FaultInjector::Closed() {
@@ -96,35 +93,35 @@ void FaultInjector::Closed() {
 }
 
 std::int32_t FaultInjector::Reset(TlmStatus& status) {
-    return Pass(Entry::Reset, status, [&] { return device_.Reset(status); });
+    return Forward(Entry::Reset, &DeviceCalls::Reset, status);
 }
 
 std::int32_t FaultInjector::GetStatus(TlmStatus& status) {
-    return Pass(Entry::GetStatus, status, [&] { return device_.GetStatus(status); });
+    return Forward(Entry::GetStatus, &DeviceCalls::GetStatus, status);
 }
 
 std::int32_t FaultInjector::FileCount(TlmStatus& status) {
-    return Pass(Entry::FileCount, status, [&] { return device_.FileCount(status); });
+    return Forward(Entry::FileCount, &DeviceCalls::FileCount, status);
 }
 
 std::int32_t FaultInjector::DownloadList(TlmStatus& status, std::span<TlmDownloadEntry> entries) {
-    return Pass(Entry::DownloadList, status, [&] { return device_.DownloadList(status, entries); });
+    return Forward(Entry::DownloadList, &DeviceCalls::DownloadList, status, entries);
 }
 
-std::int32_t FaultInjector::StartTransfer(TlmStatus& status, const TlmDownloadEntry& entry,
+std::int32_t FaultInjector::TransferStart(TlmStatus& status, const TlmDownloadEntry& entry,
                                           TlmTransferBlock& block) {
-    return Pass(Entry::StartTransfer, status, [&] {
-        const std::int32_t result = device_.StartTransfer(status, entry, block);
+    return Pass(Entry::TransferStart, status, [&] {
+        const std::int32_t result = device_.TransferStart(status, entry, block);
         blocksSent_ = 0;
         dropDue_ = !dropped_ && plan_.dropAfterBlocks == 0;
         return result;
     });
 }
 
-std::int32_t FaultInjector::ReadTransfer(TlmStatus& status, TlmTransferBlock& block,
+std::int32_t FaultInjector::TransferRead(TlmStatus& status, TlmTransferBlock& block,
                                          std::vector<std::uint8_t>& bytes) {
-    return Pass(Entry::ReadTransfer, status, [&] {
-        const std::int32_t result = device_.ReadTransfer(status, block, bytes);
+    return Pass(Entry::TransferRead, status, [&] {
+        const std::int32_t result = device_.TransferRead(status, block, bytes);
         if (result >= 0 && block.lngSize > 0 && ++blocksSent_ == plan_.dropAfterBlocks) {
             dropDue_ = !dropped_;
         }
@@ -135,59 +132,57 @@ std::int32_t FaultInjector::ReadTransfer(TlmStatus& status, TlmTransferBlock& bl
 // The end of a transfer is the one call whose failure must not leave the device where it was: a
 // logger that kept sending (state 3) after its end failed would hold every later wait for
 // readiness for ever. So the device ends the transfer and only its answer is faulted.
-std::int32_t FaultInjector::EndTransfer(TlmStatus& status, TlmTransferBlock& block) {
-    const std::int32_t ended = device_.EndTransfer(status, block);
-    if (const auto fault = Fault(Entry::EndTransfer, status)) {
+std::int32_t FaultInjector::TransferEnd(TlmStatus& status, const TlmTransferBlock& asked,
+                                        TlmTransferBlock& block) {
+    const std::int32_t ended = device_.TransferEnd(status, asked, block);
+    if (const auto fault = Fault(Entry::TransferEnd, status)) {
         return *fault;
     }
     return ended;
 }
 
 std::int32_t FaultInjector::ClearFiles(TlmStatus& status) {
-    return Pass(Entry::ClearFiles, status, [&] { return device_.ClearFiles(status); });
+    return Forward(Entry::ClearFiles, &DeviceCalls::ClearFiles, status);
 }
 
 std::int32_t FaultInjector::DetonationMap(TlmStatus& status, TlmDetonationMap& map) {
-    return Pass(Entry::DetonationMap, status, [&] { return device_.DetonationMap(status, map); });
+    return Forward(Entry::DetonationMap, &DeviceCalls::DetonationMap, status, map);
 }
 
 std::int32_t FaultInjector::InitializeSensor(TlmStatus& status, std::int16_t kind) {
-    return Pass(Entry::InitializeSensor, status,
-                [&] { return device_.InitializeSensor(status, kind); });
+    return Forward(Entry::InitializeSensor, &DeviceCalls::InitializeSensor, status, kind);
 }
 
 std::int32_t FaultInjector::InitData(TlmStatus& status, std::int32_t index, TlmInitData& data) {
-    return Pass(Entry::InitData, status, [&] { return device_.InitData(status, index, data); });
+    return Forward(Entry::InitData, &DeviceCalls::InitData, status, index, data);
 }
 
 std::int32_t FaultInjector::SendSetting(TlmStatus& status, const TlmSettingData& setting) {
-    return Pass(Entry::SendSetting, status, [&] { return device_.SendSetting(status, setting); });
+    return Forward(Entry::SendSetting, &DeviceCalls::SendSetting, status, setting);
 }
 
 std::int32_t FaultInjector::ReadSetting(TlmStatus& status, TlmSettingData& setting) {
-    return Pass(Entry::ReadSetting, status, [&] { return device_.ReadSetting(status, setting); });
+    return Forward(Entry::ReadSetting, &DeviceCalls::ReadSetting, status, setting);
 }
 
 std::int32_t FaultInjector::SignalCondition(TlmStatus& status, TlmSignalCondition& signal) {
-    return Pass(Entry::SignalCondition, status,
-                [&] { return device_.SignalCondition(status, signal); });
+    return Forward(Entry::SignalCondition, &DeviceCalls::SignalCondition, status, signal);
 }
 
 std::int32_t FaultInjector::SpecialData(TlmStatus& status, TlmSpecialData& special) {
-    return Pass(Entry::SpecialData, status, [&] { return device_.SpecialData(status, special); });
+    return Forward(Entry::SpecialData, &DeviceCalls::SpecialData, status, special);
 }
 
 std::int32_t FaultInjector::ErrorInfo(TlmStatus& status, std::span<std::uint8_t> buffer) {
-    return Pass(Entry::ErrorInfo, status, [&] { return device_.ErrorInfo(status, buffer); });
+    return Forward(Entry::ErrorInfo, &DeviceCalls::ErrorInfo, status, buffer);
 }
 
 std::int32_t FaultInjector::LoggingControl(TlmStatus& status, std::int32_t value) {
-    return Pass(Entry::LoggingControl, status,
-                [&] { return device_.LoggingControl(status, value); });
+    return Forward(Entry::LoggingControl, &DeviceCalls::LoggingControl, status, value);
 }
 
 std::int32_t FaultInjector::ServiceMode(TlmStatus& status, std::int16_t code) {
-    return Pass(Entry::ServiceMode, status, [&] { return device_.ServiceMode(status, code); });
+    return Forward(Entry::ServiceMode, &DeviceCalls::ServiceMode, status, code);
 }
 
 bool FaultInjector::DropLinkNow() {

@@ -13,31 +13,13 @@
 
 namespace torvane::sim {
 
-// The link's entry points, by the names of tlm.h.
-enum class Entry {
-    Open,
-    Reset,
-    GetStatus,
-    FileCount,
-    DownloadList,
-    StartTransfer,
-    ReadTransfer,
-    EndTransfer,
-    ClearFiles,
-    DetonationMap,
-    InitializeSensor,
-    InitData,
-    SendSetting,
-    ReadSetting,
-    SignalCondition,
-    SpecialData,
-    ErrorInfo,
-    LoggingControl,
-    ServiceMode,
-};
+// A fault's target: the operation of the link (operations.h), or Hello for TLM_Open.
+using Entry = link::MessageKind;
 
-// "GetStatus", "GetTheLogFile_reading", ...; GetTheSpecialData and GetTheSpecialData_raw both
-// name SpecialData, which serves them both. nullopt for any other name.
+// The entry point names of tlm.h that faults may name, as the command line gives them:
+// "TLM_Open", "GetStatus", "GetTheLogFile_reading", ...; GetTheSpecialData_raw sends the same
+// request as GetTheSpecialData and names it too. nullopt for any other name (TLM_Close is not
+// faulted: it must always free the logger).
 std::optional<Entry> EntryNamed(std::string_view name);
 // Every name EntryNamed takes, for messages.
 std::string_view EntryNames();
@@ -66,11 +48,12 @@ public:
     std::int32_t GetStatus(TlmStatus& status) override;
     std::int32_t FileCount(TlmStatus& status) override;
     std::int32_t DownloadList(TlmStatus& status, std::span<TlmDownloadEntry> entries) override;
-    std::int32_t StartTransfer(TlmStatus& status, const TlmDownloadEntry& entry,
+    std::int32_t TransferStart(TlmStatus& status, const TlmDownloadEntry& entry,
                                TlmTransferBlock& block) override;
-    std::int32_t ReadTransfer(TlmStatus& status, TlmTransferBlock& block,
+    std::int32_t TransferRead(TlmStatus& status, TlmTransferBlock& block,
                               std::vector<std::uint8_t>& bytes) override;
-    std::int32_t EndTransfer(TlmStatus& status, TlmTransferBlock& block) override;
+    std::int32_t TransferEnd(TlmStatus& status, const TlmTransferBlock& asked,
+                             TlmTransferBlock& block) override;
     std::int32_t ClearFiles(TlmStatus& status) override;
     std::int32_t DetonationMap(TlmStatus& status, TlmDetonationMap& map) override;
     std::int32_t InitializeSensor(TlmStatus& status, std::int16_t kind) override;
@@ -89,6 +72,9 @@ private:
     std::optional<std::int32_t> Fault(Entry entry, TlmStatus& status);
     // Calls the device unless a fault is due; then answers the fault instead.
     template <typename Call> std::int32_t Pass(Entry entry, TlmStatus& status, Call call);
+    // The same for a call that the injector only passes on: device_.*call(status, arguments...).
+    template <typename Method, typename... Arguments>
+    std::int32_t Forward(Entry entry, Method call, TlmStatus& status, Arguments&&... arguments);
 
     link::DeviceCalls& device_;
     FaultPlan plan_;

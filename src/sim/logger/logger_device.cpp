@@ -1,8 +1,8 @@
 #include "logger/logger_device.h"
 
-#include "vehicle/run_file.h"
 #include "logger/setting_record.h"
 #include "vehicle/demo_setting.h"
+#include "vehicle/run_file.h"
 #include "vehicle/time_step.h"
 
 #include <algorithm>
@@ -296,10 +296,10 @@ std::int32_t LoggerDevice::DownloadList(TlmStatus& status, std::span<TlmDownload
     return Answer(status);
 }
 
-std::int32_t LoggerDevice::StartTransfer(TlmStatus& status, const TlmDownloadEntry& entry,
+std::int32_t LoggerDevice::TransferStart(TlmStatus& status, const TlmDownloadEntry& entry,
                                          TlmTransferBlock& block) {
     CatchUp();
-    if (!Accept(status, Command::StartTransfer)) {
+    if (!Accept(status, Command::TransferStart)) {
         return TLM_OK;
     }
     // A number the logger does not hold is taken, and answered "not found" on the first read.
@@ -317,10 +317,10 @@ std::int32_t LoggerDevice::StartTransfer(TlmStatus& status, const TlmDownloadEnt
     return Answer(status);
 }
 
-std::int32_t LoggerDevice::ReadTransfer(TlmStatus& status, TlmTransferBlock& block,
+std::int32_t LoggerDevice::TransferRead(TlmStatus& status, TlmTransferBlock& block,
                                         std::vector<std::uint8_t>& bytes) {
     CatchUp();
-    if (!Accept(status, Command::ReadTransfer)) {
+    if (!Accept(status, Command::TransferRead)) {
         return TLM_OK;
     }
     block = transfer_->entry;
@@ -341,9 +341,10 @@ std::int32_t LoggerDevice::ReadTransfer(TlmStatus& status, TlmTransferBlock& blo
     return sender->Complete() ? 1 : 0;
 }
 
-std::int32_t LoggerDevice::EndTransfer(TlmStatus& status, TlmTransferBlock& block) {
+std::int32_t LoggerDevice::TransferEnd(TlmStatus& status, const TlmTransferBlock& /*asked*/,
+                                       TlmTransferBlock& block) {
     CatchUp();
-    if (!Accept(status, Command::EndTransfer)) {
+    if (!Accept(status, Command::TransferEnd)) {
         return TLM_OK;
     }
     block = transfer_->entry;

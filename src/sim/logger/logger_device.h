@@ -73,11 +73,12 @@ public:
     std::int32_t GetStatus(TlmStatus& status) override;
     std::int32_t FileCount(TlmStatus& status) override;
     std::int32_t DownloadList(TlmStatus& status, std::span<TlmDownloadEntry> entries) override;
-    std::int32_t StartTransfer(TlmStatus& status, const TlmDownloadEntry& entry,
+    std::int32_t TransferStart(TlmStatus& status, const TlmDownloadEntry& entry,
                                TlmTransferBlock& block) override;
-    std::int32_t ReadTransfer(TlmStatus& status, TlmTransferBlock& block,
+    std::int32_t TransferRead(TlmStatus& status, TlmTransferBlock& block,
                               std::vector<std::uint8_t>& bytes) override;
-    std::int32_t EndTransfer(TlmStatus& status, TlmTransferBlock& block) override;
+    std::int32_t TransferEnd(TlmStatus& status, const TlmTransferBlock& asked,
+                             TlmTransferBlock& block) override;
     std::int32_t ClearFiles(TlmStatus& status) override;
     std::int32_t DetonationMap(TlmStatus& status, TlmDetonationMap& map) override;
     std::int32_t InitializeSensor(TlmStatus& status, std::int16_t kind) override;

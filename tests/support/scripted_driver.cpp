@@ -1,4 +1,4 @@
-#include "logger/scripted_driver.h"
+#include "support/scripted_driver.h"
 
 #include <algorithm>
 #include <cstring>
