@@ -16,8 +16,8 @@ constexpr const char* LoginService = "org.freedesktop.login1";
 constexpr const char* LoginPath = "/org/freedesktop/login1";
 constexpr const char* LoginManager = "org.freedesktop.login1.Manager";
 
-// The calls run on the interface thread between two blocks of a download: a session that does
-// not answer soon must not hold the transfer up.
+// The calls run on the interface thread, inside a step of the download: a session that does not
+// answer soon must not hold the transfer up.
 constexpr int CallTimeoutMs = 2000;
 
 // Whether `service` runs on `bus` now. Asking only then keeps the bus from starting a service
@@ -30,7 +30,7 @@ bool Running(const QDBusConnection& bus, const char* service) {
     return reply.isValid() && reply.value();
 }
 
-QDBusMessage Call(const QDBusConnection& bus, QDBusMessage message) {
+QDBusMessage Call(const QDBusConnection& bus, const QDBusMessage& message) {
     return bus.call(message, QDBus::Block, CallTimeoutMs);
 }
 
