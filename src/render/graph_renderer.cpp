@@ -187,16 +187,17 @@ bool GraphRenderer::RedrawGraph(RedrawMode mode) {
             Raster(graph_, QRect(0, 0, width, height))
                 .VerticalLine(*delta, 0, height, SolidPen(DeltaColor));
         }
-        const bool drawn = DrawTraces(graph_);
+        composed_.reset();
+        // A stream that cannot be read ends the pass where it stands: the graph surface keeps
+        // what was drawn up to it, and the picture on show is not composed again.
+        if (!DrawTraces(graph_)) {
+            return false;
+        }
         CopyColumns(graph_, scale_, 0, GraphLeft, height);
         DrawTimeBand(graph_);
         DrawComments(graph_);
         if (state_.LapBarHeight >= 1) {
             DrawLapBar(graph_);
-        }
-        composed_.reset();
-        if (!drawn) {
-            return false;
         }
     }
     Compose();

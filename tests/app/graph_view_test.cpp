@@ -223,10 +223,20 @@ private slots:
         // What the operator saw stays.
         QCOMPARE(window.At(133, TraceRow), TraceColor);
 
+        // The failed pass stopped at the stream: composed now, the graph has its grid but neither
+        // the trace nor the time band, its line and labels, that come after the traces.
+        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Compose));
+        const QImage partial = window.Shown();
+        QCOMPARE(partial.pixelColor(200, 50), Black);
+        QVERIFY(partial.pixelColor(133, TraceRow) != TraceColor);
+        QCOMPARE(partial.pixelColor(230, Height - 20), White);
+        QVERIFY(!BlackIn(partial, QRect(200, Height - 15, 30, 14)));
+
         // A band wholly below the picture is never read, so its missing stream is no failure.
         window.state.Views[0].Display.Items[logdata::VFW].Bottom = 2000;
         QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
         QCOMPARE(window.sink.messages.size(), std::size_t{1});
+        QCOMPARE(window.At(230, Height - 20), Black);
     }
 
     void LinesKeepTheirDashPatternAndTheirPixelsWhenClipped() {
