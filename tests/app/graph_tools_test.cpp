@@ -165,6 +165,66 @@ private slots:
         QCOMPARE(w.box->width(), 10);
         QCOMPARE(w.box->x() + w.box->width(), boxRight);
     }
+
+    // A box narrowed by its edge stays as it is when the strip is drawn again for another layer;
+    // a right press in the graph leaves the strip alone; a lap jump only moves the box; a new
+    // size places it for what the graph shows.
+    void ThePulledBoxOutlivesARebuiltStripUntilTheWindowIsResized() {
+        ToolWindow w;
+        QVERIFY(w.window->OpenLayer(w.desk.Run("HALF.rlg", 30000.0, 2)));
+        QCOMPARE(w.State().ActiveLayer, 0);
+        QTest::mousePress(w.box, Qt::LeftButton, {}, {w.box->width() - 2, 10});
+        QTest::mouseMove(w.box, {41, 10});
+        QTest::mouseRelease(w.box, Qt::LeftButton, {}, {41, 10});
+        const QRect pulled = w.box->geometry();
+        QCOMPARE(pulled.width(), 41);
+
+        // The 30 s run of layer 1 under the same box, where its offset would put a wider one.
+        QTest::mouseClick(w.window->findChild<QWidget*>("chkFile1"), Qt::LeftButton);
+        QCOMPARE(w.State().ActiveLayer, 1);
+        QCOMPARE(w.State().ScrollSpan, 30000);
+        QCOMPARE(w.box->geometry(), pulled);
+        const QImage ofLayer1 = w.window->grab(w.strip->geometry()).toImage();
+
+        // A right press on a trace of layer 0 makes it active and opens the popup; the strip
+        // still shows layer 1's run.
+        const graph::TraceExtent extent = graph::TraceExtentOf(w.State(), w.desk.laf);
+        auto* picture = dynamic_cast<app::GraphPicture*>(w.graph);
+        const graph::PixelReader pixels = [picture](int x, int y) {
+            return picture->PixelAt(x, y);
+        };
+        std::optional<QPoint> onLayer0;
+        for (int y = 40; y < w.graph->height() - 40 && !onLayer0; y += 3) {
+            for (int x = 120; x < w.graph->width() - 20 && !onLayer0; x += 3) {
+                const auto hit =
+                    graph::HitTestItem(w.State(), x, y, pixels, graph::DisplayedColors(), extent);
+                if (hit && hit->Layer == 0) {
+                    onLayer0 = QPoint(x, y);
+                }
+            }
+        }
+        QVERIFY(onLayer0.has_value());
+        QTimer::singleShot(0, [] {
+            if (QWidget* popup = QApplication::activePopupWidget()) {
+                popup->close();
+            }
+        });
+        QTest::mousePress(w.graph, Qt::RightButton, {}, *onLayer0);
+        QTest::mouseRelease(w.graph, Qt::RightButton, {}, *onLayer0);
+        QCOMPARE(w.State().ActiveLayer, 0);
+        QCOMPARE(w.State().ScrollSpan, 30000);
+        QCOMPARE(w.window->grab(w.strip->geometry()).toImage(), ofLayer1);
+        QCOMPARE(w.box->geometry(), pulled);
+
+        // The jump to the first lap takes layer 0 to its start: the box to the strip's left.
+        QVERIFY(w.window->MoveLapTime(0));
+        QCOMPARE(w.box->geometry(), QRect(0, 0, 41, 24));
+
+        // 100 columns wider: layer 0's 60 s on a strip of 562 columns, 511 steps of 15 ms shown.
+        w.window->resize(740, 400);
+        QCOMPARE(w.State().ScrollSpan, 60000);
+        QCOMPARE(w.box->geometry(), QRect(0, 0, qRound(562 / 60000.0 * 511 * 15), 24));
+    }
 };
 
 QTEST_MAIN(GraphToolsTest)

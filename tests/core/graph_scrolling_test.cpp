@@ -46,13 +46,13 @@ TEST(ScrollStrip, SamplesStandThreeColumnsApartOrSpreadAndTheStreamGivesRowsAndS
     ASSERT_EQ(state.Layers.Layer[0].ScrollItem, 1); // TH
     window.Stream(0, logdata::StreamNames[std::size_t(logdata::ChannelStream(1))],
                   {0, 255, 128, 51});
-    const ScrollStrip strip = BuildScrollStrip(state, 30);
+    const ScrollStrip strip = BuildScrollStrip(state, {}, 30);
     EXPECT_EQ(state.ScrollSpan, 40);
     EXPECT_EQ(strip.Points, (std::vector<StripPoint>{{0, 24}, {8, 0}, {16, 12}, {23, 24 - 5}}));
 
     // A missing stream reads as an empty one: no trace and no span.
     state.Layers.Layer[0].ScrollItem = 0;
-    EXPECT_TRUE(BuildScrollStrip(state, 30).Points.empty());
+    EXPECT_TRUE(BuildScrollStrip(state, {}, 30).Points.empty());
     EXPECT_EQ(state.ScrollSpan, 0);
 }
 
@@ -69,6 +69,16 @@ TEST(ScrollBox, ItStandsForTheVisibleTimeIsNeverNarrowerThanTenAndItsEdgesPull) 
     EXPECT_EQ(DrawScrollBox(state, {}, 1000, 400).Width, 400);
     state.ScrollSpan = 4'000'000;
     EXPECT_EQ(DrawScrollBox(state, {}, 1000, 400).Width, 10);
+
+    // Drawn again, the strip keeps a box pulled narrow by its edge; a new size places it.
+    const ScrollBox pulled{300, 12};
+    EXPECT_EQ(BuildScrollStrip(state, pulled, 400).Box, pulled);
+    window.Stream(0, logdata::StreamNames[std::size_t(logdata::ChannelStream(1))],
+                  std::vector<std::int16_t>(4000, 100));
+    const ScrollStrip rebuilt = RebuildStripAndBox(state, pulled, 1000, 400);
+    EXPECT_EQ(rebuilt.ScrollSpan, 40'000);
+    EXPECT_EQ(rebuilt.Box, (ScrollBox{254, 45}));
+    EXPECT_EQ(BuildScrollStrip(state, pulled, 400).Box, pulled);
 
     EXPECT_EQ(MoveScrollBox({200, 50}, 153, 0), (ScrollBox{200, 50}));
     EXPECT_EQ(MoveScrollBox({200, 50}, 154, 3), (ScrollBox{154, 10}));

@@ -456,9 +456,7 @@ void GraphTools::DispValues(int move) {
 }
 
 void GraphTools::MoveBoxToOffset() {
-    if (graph::ScrollStripOf(state_).Shown) {
-        controls_.Strip.MoveBox(graph::ScrollBoxLeft(state_, controls_.Strip.width()), 0);
-    }
+    controls_.Strip.FollowOffset(state_);
 }
 
 void GraphTools::SaveLayout() {

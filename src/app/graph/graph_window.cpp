@@ -62,14 +62,15 @@ GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* paren
     scrollTitle_->setObjectName("ucnScroll");
     tools_->SetTraceExtent(graph::TraceExtentOf(state_, context.Laf));
     connect(tools_, &GraphTools::ReadOutChanged, this, &GraphWindow::SyncPanel);
+    // A right press in the graph only makes the item's layer active: the strip keeps the signal
+    // and the box it showed.
     connect(tools_, &GraphTools::LayerChanged, this, [this] {
-        ApplyScrollStrip();
         SyncPanel();
         emit MenusChanged();
     });
     connect(tools_, &GraphTools::PopupRequested, this, &GraphWindow::PopupRequested);
     ApplyGeometry();
-    ApplyScrollStrip();
+    ApplyScrollStrip(StripBox::Placed);
 }
 
 bool GraphWindow::LoadLoggingFile(const std::filesystem::path& file) {
@@ -79,6 +80,10 @@ bool GraphWindow::LoadLoggingFile(const std::filesystem::path& file) {
     const bool loaded =
         load::LoadLoggingFile(state_, file, display, context_.Decompressor, context_.Sink, *this);
     ApplyGeometry();
+    // The box of a window's first file stands for what the graph shows, as after any new size.
+    if (loaded && graph::ResizeRebuildsStrip(state_)) {
+        ApplyScrollStrip(StripBox::Placed);
+    }
     emit MenusChanged();
     return loaded;
 }
@@ -132,7 +137,7 @@ bool GraphWindow::MoveLapTime(int lapNo) {
     if (!graph::MoveLapTime(state_, lapNo) || !RedrawGraph()) {
         return false;
     }
-    ApplyScrollStrip();
+    strip_->FollowOffset(state_);
     DispValues(true);
     return true;
 }
@@ -141,14 +146,14 @@ bool GraphWindow::ApplyStoredLayout(int index) {
     if (!load::ApplyStoredLayout(state_, context_.Layouts, index, *this)) {
         return false;
     }
-    ApplyScrollStrip();
+    ApplyScrollStrip(StripBox::Placed);
     emit MenusChanged();
     return true;
 }
 
 void GraphWindow::ApplyDefaultLayout() {
     load::ApplyDefaultLayout(state_, context_.Layouts, *this);
-    ApplyScrollStrip();
+    ApplyScrollStrip(StripBox::Placed);
     emit MenusChanged();
 }
 
@@ -156,7 +161,7 @@ void GraphWindow::ChooseScrollItem(int item) {
     if (!graph::FollowScrollItem(state_, item)) {
         return;
     }
-    ApplyScrollStrip();
+    ApplyScrollStrip(StripBox::Kept);
     emit MenusChanged();
 }
 
@@ -178,7 +183,7 @@ bool GraphWindow::SelectLayer(int layer) {
     if (!graph::SelectLayer(state_, layer)) {
         return false;
     }
-    ApplyScrollStrip();
+    ApplyScrollStrip(StripBox::Kept);
     SyncPanel();
     emit LayerSelected();
     return true;
@@ -207,7 +212,7 @@ void GraphWindow::resizeEvent(QResizeEvent* event) {
     // resize arrives: later than this one while the window is being restored or maximised.
     ApplyGeometry();
     if (graph::ResizeRebuildsStrip(state_)) {
-        ApplyScrollStrip();
+        ApplyScrollStrip(StripBox::Placed);
     }
 }
 
@@ -248,15 +253,17 @@ void GraphWindow::ApplyGeometry() {
     scrollTitle_->setGeometry(ToQRect(geometry.ScrollTitle));
 }
 
-void GraphWindow::ApplyScrollStrip() {
+void GraphWindow::ApplyScrollStrip(StripBox box) {
     const graph::ScrollStripState strip = graph::ScrollStripOf(state_);
     scrollTitle_->Show(QString::fromStdString(strip.Title), strip.LineColor);
     moveLeft_->setVisible(strip.Shown);
     moveRight_->setVisible(strip.Shown);
-    if (strip.Shown) {
-        strip_->Build(state_, graph_->width());
-    } else {
+    if (!strip.Shown) {
         strip_->Clear();
+    } else if (box == StripBox::Placed) {
+        strip_->BuildAndPlaceBox(state_, graph_->width());
+    } else {
+        strip_->Build(state_);
     }
 }
 
@@ -312,7 +319,7 @@ void GraphWindow::PressPanel(graph::PanelControl control, Qt::MouseButton button
     const graph::PanelPressResult result =
         graph::PressPanelControl(state_, control, ToMouseButton(button));
     if (result.LayerSelected) {
-        ApplyScrollStrip();
+        ApplyScrollStrip(StripBox::Kept);
         emit LayerSelected();
     }
     SyncPanel();

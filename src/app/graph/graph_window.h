@@ -87,7 +87,10 @@ protected:
 
 private:
     void ApplyGeometry();
-    void ApplyScrollStrip();
+    // The strip drawn again for the active layer: the box stays where it stood, or, for a new
+    // size, a layout or the first file, is placed again for what the graph shows.
+    enum class StripBox { Kept, Placed };
+    void ApplyScrollStrip(StripBox box);
     void SyncPanel();
     void PressPanel(graph::PanelControl control, Qt::MouseButton button);
     void Unload();

@@ -88,8 +88,15 @@ ScrollStripView::ScrollStripView(QWidget* parent)
     Clear();
 }
 
-void ScrollStripView::Build(graph::GraphWindowState& state, int graphWidth) {
-    const graph::ScrollStrip strip = graph::BuildScrollStrip(state, width());
+void ScrollStripView::Build(graph::GraphWindowState& state) {
+    ShowStrip(graph::BuildScrollStrip(state, box_, width()));
+}
+
+void ScrollStripView::BuildAndPlaceBox(graph::GraphWindowState& state, int graphWidth) {
+    ShowStrip(graph::RebuildStripAndBox(state, box_, graphWidth, width()));
+}
+
+void ScrollStripView::ShowStrip(const graph::ScrollStrip& strip) {
     picture_ = QImage(std::max(width(), 1), std::max(height(), 1), QImage::Format_RGB32);
     picture_.fill(Qt::black);
     QPainter painter(&picture_);
@@ -102,13 +109,19 @@ void ScrollStripView::Build(graph::GraphWindowState& state, int graphWidth) {
     painter.drawPolyline(line);
     painter.end();
     update();
-    PlaceBox(state, graphWidth);
+    MoveBox(strip.Box.Left, strip.Box.Width);
     boxView_->show();
 }
 
 void ScrollStripView::PlaceBox(const graph::GraphWindowState& state, int graphWidth) {
     const graph::ScrollBox box = graph::DrawScrollBox(state, box_, graphWidth, width());
     MoveBox(box.Left, box.Width);
+}
+
+void ScrollStripView::FollowOffset(const graph::GraphWindowState& state) {
+    if (graph::ScrollStripOf(state).Shown) {
+        MoveBox(graph::ScrollBoxLeft(state, width()), 0);
+    }
 }
 
 void ScrollStripView::Clear() {

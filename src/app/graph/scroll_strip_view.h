@@ -21,14 +21,18 @@ class ScrollStripView : public QWidget {
 public:
     explicit ScrollStripView(QWidget* parent = nullptr);
 
-    // Draws the strip of the active layer's ScrollItem (setting ScrollSpan) and places the box
-    // for the view; `graphWidth` is the width of picGraph.
-    void Build(graph::GraphWindowState& state, int graphWidth);
+    // Draws the strip of the active layer's ScrollItem (setting ScrollSpan) and shows the box
+    // where it stood.
+    void Build(graph::GraphWindowState& state);
+    // The same, with the box placed again for the view; `graphWidth` is the width of picGraph.
+    void BuildAndPlaceBox(graph::GraphWindowState& state, int graphWidth);
     // No item to follow: an empty strip and no box.
     void Clear();
     // The box of the core's geometry (lefts are window columns, from 154).
     graph::ScrollBox Box() const { return box_; }
     void MoveBox(std::int32_t left, std::int32_t width);
+    // The box moved to the active layer's offset, its width kept, when the strip has an item.
+    void FollowOffset(const graph::GraphWindowState& state);
     // The box where the active layer's offset and the visible time put it.
     void PlaceBox(const graph::GraphWindowState& state, int graphWidth);
     bool Dragging() const { return dragState_ != graph::DragState::None; }
@@ -48,6 +52,7 @@ protected:
 private:
     friend class BandView;
     friend class ScrollBoxView;
+    void ShowStrip(const graph::ScrollStrip& strip);
     void PaintBand(QWidget& band) const;
     void PressBox(QPoint inBox);
     void FollowMouse(int stripX);

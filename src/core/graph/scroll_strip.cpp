@@ -53,8 +53,9 @@ std::vector<StripSample> StripSamples(std::int64_t sampleCount, std::int32_t wid
     return samples;
 }
 
-ScrollStrip BuildScrollStrip(GraphWindowState& state, std::int32_t stripWidth) {
+ScrollStrip BuildScrollStrip(GraphWindowState& state, ScrollBox box, std::int32_t stripWidth) {
     ScrollStrip strip;
+    strip.Box = MoveScrollBox(box, 0, 0);
     const logdata::LayerRecord& record = ActiveRecord(state);
     const int channel = record.ScrollItem;
     if (channel < 0 || channel >= static_cast<int>(StripFullScale.size())) {
@@ -104,6 +105,13 @@ ScrollBox DrawScrollBox(const GraphWindowState& state, ScrollBox box, std::int32
         width = Round32(static_cast<double>(stripWidth) / state.ScrollSpan * span);
     }
     return MoveScrollBox(box, ScrollBoxLeft(state, stripWidth), width);
+}
+
+ScrollStrip RebuildStripAndBox(GraphWindowState& state, ScrollBox box, std::int32_t graphWidth,
+                               std::int32_t stripWidth) {
+    ScrollStrip strip = BuildScrollStrip(state, box, stripWidth);
+    strip.Box = DrawScrollBox(state, strip.Box, graphWidth, stripWidth);
+    return strip;
 }
 
 DragState BoxPressState(std::int32_t width, std::int32_t x) {

@@ -32,18 +32,26 @@ struct StripSample {
 };
 std::vector<StripSample> StripSamples(std::int64_t sampleCount, std::int32_t width);
 
-struct ScrollStrip {
-    std::int32_t ScrollSpan = 0; // ms the strip stands for
-    std::vector<StripPoint> Points;
-};
-// Reads the active layer's ScrollItem stream and sets ScrollSpan; no points without an item.
-ScrollStrip BuildScrollStrip(GraphWindowState& state, std::int32_t stripWidth);
-
 struct ScrollBox {
     std::int32_t Left = StripLeft; // window column
     std::int32_t Width = MinBoxWidth;
     friend bool operator==(const ScrollBox&, const ScrollBox&) = default;
 };
+
+struct ScrollStrip {
+    std::int32_t ScrollSpan = 0; // ms the strip stands for
+    std::vector<StripPoint> Points;
+    ScrollBox Box; // where the box stands over the new strip
+};
+// Reads the active layer's ScrollItem stream and sets ScrollSpan; no points without an item.
+// The box is only repainted where it stood, left and width kept: a zoom pulled with its edges
+// survives a change of layer or item, even when the new strip stands for another run length.
+ScrollStrip BuildScrollStrip(GraphWindowState& state, ScrollBox box, std::int32_t stripWidth);
+// The strip and the box of a window that took a new size, a layout or its first file: the strip
+// as above, the box placed again for the active layer's offset and the time the graph now shows,
+// since both the strip's width and the visible time may have changed.
+ScrollStrip RebuildStripAndBox(GraphWindowState& state, ScrollBox box, std::int32_t graphWidth,
+                               std::int32_t stripWidth);
 
 // The box moved to `left` (when at least 154) and, unless `width` is 0, that wide but at least
 // 10.
