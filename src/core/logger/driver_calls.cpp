@@ -107,7 +107,7 @@ std::int32_t ReadErrorInfo(LoggerLink& link, std::span<std::uint8_t> buffer) {
 }
 
 std::int32_t ResetLogger(LoggerLink& link) {
-    return CallWithRetries(link, [&] { return link.driver.Reset(link.status); });
+    return CallWithRetries(link, [&] { return link.driver.TLM_Reset(link.status); });
 }
 
 std::int32_t ControlLogging(LoggerLink& link, std::int32_t value) {
