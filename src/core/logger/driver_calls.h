@@ -17,10 +17,9 @@ namespace torvane::logger {
 // for the logger) says nothing when no logger is connected.
 std::int32_t OpenLogger(LoggerLink& link, bool quiet);
 
-// Any of the driver's calls under the retry policy, with link.status for its status:
-//   Retried(link, &Driver::GetTheInitData, index, data)
-// so that a new plain operation needs no wrapper of its own. The named ones below read better
-// where windows call them.
+// Any of the driver's calls under the retry policy, given the call and its arguments after the
+// status (link.status goes first), so that a new plain operation needs no wrapper of its own. The
+// named ones below read better where windows call them.
 template <typename... Parameters, typename... Arguments>
 std::int32_t Retried(LoggerLink& link, std::int32_t (Driver::*call)(TlmStatus&, Parameters...),
                      Arguments&&... arguments) {
