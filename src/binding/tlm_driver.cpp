@@ -1,6 +1,7 @@
 #include "binding/tlm_driver.h"
 
 #include <limits>
+#include <type_traits>
 
 namespace torvane::binding {
 namespace {
@@ -11,7 +12,28 @@ template <typename Length> bool FitsIn(std::size_t size) {
     return size <= static_cast<std::size_t>(std::numeric_limits<Length>::max());
 }
 
+// Integers go to the C call by value, records by pointer.
+template <typename Argument> auto Passed(Argument& argument) {
+    if constexpr (std::is_integral_v<Argument>) {
+        return argument;
+    } else {
+        return &argument;
+    }
+}
+
+template <typename Entry, typename... Arguments>
+std::int32_t Forward(Entry entry, TlmStatus& status, Arguments&... arguments) {
+    return entry(&status, Passed(arguments)...);
+}
+
 } // namespace
+
+#define TORVANE_TLM_DRIVER_FORWARD(Name, kind, Entry, Values, Records)                             \
+    std::int32_t TlmDriver::Entry(TORVANE_DRIVER_PARAMETERS(Values, Records)) {                    \
+        return Forward(::Entry, TORVANE_DRIVER_ARGUMENTS(Values, Records));                        \
+    }
+TORVANE_TLM_OPERATIONS(TORVANE_TLM_DRIVER_FORWARD, TORVANE_DRIVER_NOTHING, TORVANE_DRIVER_NOTHING)
+#undef TORVANE_TLM_DRIVER_FORWARD
 
 std::int32_t TlmDriver::Open(TlmStatus& status) {
     return TLM_Open(&status);
@@ -19,18 +41,6 @@ std::int32_t TlmDriver::Open(TlmStatus& status) {
 
 std::int32_t TlmDriver::Close(TlmStatus& status) {
     return TLM_Close(&status);
-}
-
-std::int32_t TlmDriver::Reset(TlmStatus& status) {
-    return TLM_Reset(&status);
-}
-
-std::int32_t TlmDriver::GetStatus(TlmStatus& status) {
-    return ::GetStatus(&status);
-}
-
-std::int32_t TlmDriver::GetTheNumberofFiles(TlmStatus& status) {
-    return ::GetTheNumberofFiles(&status);
 }
 
 std::int32_t TlmDriver::GetTheDownloadList(TlmStatus& status, std::span<TlmDownloadEntry> entries) {
@@ -54,38 +64,6 @@ std::int32_t TlmDriver::GetTheLogFile_end(TlmStatus& status, TlmTransferBlock& b
     return ::GetTheLogFile_end(&status, &block);
 }
 
-std::int32_t TlmDriver::InitializeLogFile(TlmStatus& status) {
-    return ::InitializeLogFile(&status);
-}
-
-std::int32_t TlmDriver::GetTheDetonationMap(TlmStatus& status, TlmDetonationMap& map) {
-    return ::GetTheDetonationMap(&status, &map);
-}
-
-std::int32_t TlmDriver::TSInitialize(TlmStatus& status, std::int16_t kind) {
-    return ::TSInitialize(&status, kind);
-}
-
-std::int32_t TlmDriver::GetTheInitData(TlmStatus& status, std::int32_t index, TlmInitData& data) {
-    return ::GetTheInitData(&status, index, &data);
-}
-
-std::int32_t TlmDriver::SendTheSettingData(TlmStatus& status, const TlmSettingData& setting) {
-    return ::SendTheSettingData(&status, &setting);
-}
-
-std::int32_t TlmDriver::GetTheSettingData(TlmStatus& status, TlmSettingData& setting) {
-    return ::GetTheSettingData(&status, &setting);
-}
-
-std::int32_t TlmDriver::GetTheSignalCondition(TlmStatus& status, TlmSignalCondition& signal) {
-    return ::GetTheSignalCondition(&status, &signal);
-}
-
-std::int32_t TlmDriver::GetTheSpecialData(TlmStatus& status, TlmSpecialData& special) {
-    return ::GetTheSpecialData(&status, &special);
-}
-
 std::int32_t TlmDriver::GetTheSpecialData_raw(TlmStatus& status, std::span<std::uint8_t> buffer) {
     if (!FitsIn<std::int32_t>(buffer.size())) {
         return TLM_ERR_ARGUMENT;
@@ -99,14 +77,6 @@ std::int32_t TlmDriver::GetTheErrorInfo(TlmStatus& status, std::span<std::uint8_
         return TLM_ERR_ARGUMENT;
     }
     return ::GetTheErrorInfo(&status, buffer.data(), static_cast<std::int32_t>(buffer.size()));
-}
-
-std::int32_t TlmDriver::LoggingControl(TlmStatus& status, std::int32_t value) {
-    return ::LoggingControl(&status, value);
-}
-
-std::int32_t TlmDriver::ServiceModeCtrl(TlmStatus& status, std::int16_t code) {
-    return ::ServiceModeCtrl(&status, code);
 }
 
 } // namespace torvane::binding

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <type_traits>
 
 namespace torvane::logger {
 namespace {
@@ -10,30 +11,27 @@ std::size_t IndexOf(Call call) {
     return static_cast<std::size_t>(call);
 }
 
+template <typename Argument> std::int64_t SmallArgument(const Argument& argument) {
+    if constexpr (std::is_integral_v<Argument>) {
+        return argument;
+    } else {
+        return 0;
+    }
+}
+
 } // namespace
 
 std::string_view CallName(Call call) {
-    static constexpr std::array<std::string_view, CallCount> names{"TLM_Open",
-                                                                   "TLM_Close",
-                                                                   "TLM_Reset",
-                                                                   "GetStatus",
-                                                                   "GetTheNumberofFiles",
-                                                                   "GetTheDownloadList",
-                                                                   "GetTheLogFile_start",
-                                                                   "GetTheLogFile_reading",
-                                                                   "GetTheLogFile_end",
-                                                                   "InitializeLogFile",
-                                                                   "GetTheDetonationMap",
-                                                                   "TSInitialize",
-                                                                   "GetTheInitData",
-                                                                   "SendTheSettingData",
-                                                                   "GetTheSettingData",
-                                                                   "GetTheSignalCondition",
-                                                                   "GetTheSpecialData",
-                                                                   "GetTheSpecialData_raw",
-                                                                   "GetTheErrorInfo",
-                                                                   "LoggingControl",
-                                                                   "ServiceModeCtrl"};
+    // clang-format off
+    static constexpr std::array<std::string_view, CallCount> names{
+        "TLM_Open",
+        "TLM_Close",
+#define TORVANE_SCRIPTED_NAME(Name, kind, Entry, ...) #Entry,
+        TORVANE_TLM_OPERATIONS(TORVANE_SCRIPTED_NAME, TORVANE_SCRIPTED_NAME, TORVANE_SCRIPTED_NAME)
+#undef TORVANE_SCRIPTED_NAME
+        "GetTheSpecialData_raw",
+    };
+    // clang-format on
     return names[IndexOf(call)];
 }
 
@@ -99,25 +97,55 @@ Reply ScriptedDriver::Answer(Call call, TlmStatus& status, std::int64_t argument
     return reply;
 }
 
+template <typename Record> Record& ScriptedDriver::Held() {
+    if constexpr (std::is_same_v<Record, TlmSettingData>) {
+        return setting;
+    } else if constexpr (std::is_same_v<Record, TlmSignalCondition>) {
+        return signal;
+    } else if constexpr (std::is_same_v<Record, TlmSpecialData>) {
+        return special;
+    } else if constexpr (std::is_same_v<Record, TlmInitData>) {
+        return initData;
+    } else {
+        static_assert(std::is_same_v<Record, TlmDetonationMap>, "a record the logger holds");
+        return detonationMap;
+    }
+}
+
+template <typename Argument> void ScriptedDriver::Exchange(const Reply& reply, Argument& argument) {
+    if constexpr (std::is_const_v<Argument>) {
+        if (reply.result == 0) {
+            Held<std::remove_const_t<Argument>>() = argument;
+        }
+    } else if constexpr (!std::is_integral_v<Argument>) {
+        argument = Held<Argument>();
+    }
+}
+
+template <typename... Arguments>
+std::int32_t ScriptedDriver::Play(Call call, TlmStatus& status, Arguments&... arguments) {
+    // A plain call has at most one integer.
+    const Reply reply = Answer(call, status, (std::int64_t{0} + ... + SmallArgument(arguments)));
+    (Exchange(reply, arguments), ...);
+    if (call == Call::InitializeLogFile && reply.result == 0) {
+        files.clear();
+    }
+    return reply.answerFileCount ? static_cast<std::int32_t>(files.size()) : reply.result;
+}
+
+#define TORVANE_SCRIPTED_PLAY(Name, kind, Entry, Values, Records)                                  \
+    std::int32_t ScriptedDriver::Entry(TORVANE_DRIVER_PARAMETERS(Values, Records)) {               \
+        return Play(Call::Entry, TORVANE_DRIVER_ARGUMENTS(Values, Records));                       \
+    }
+TORVANE_TLM_OPERATIONS(TORVANE_SCRIPTED_PLAY, TORVANE_DRIVER_NOTHING, TORVANE_DRIVER_NOTHING)
+#undef TORVANE_SCRIPTED_PLAY
+
 std::int32_t ScriptedDriver::Open(TlmStatus& status) {
     return Answer(Call::Open, status).result;
 }
 
 std::int32_t ScriptedDriver::Close(TlmStatus& status) {
     return Answer(Call::Close, status).result;
-}
-
-std::int32_t ScriptedDriver::Reset(TlmStatus& status) {
-    return Answer(Call::Reset, status).result;
-}
-
-std::int32_t ScriptedDriver::GetStatus(TlmStatus& status) {
-    return Answer(Call::GetStatus, status).result;
-}
-
-std::int32_t ScriptedDriver::GetTheNumberofFiles(TlmStatus& status) {
-    const Reply reply = Answer(Call::GetTheNumberofFiles, status);
-    return reply.answerFileCount ? static_cast<std::int32_t>(files.size()) : reply.result;
 }
 
 std::int32_t ScriptedDriver::GetTheDownloadList(TlmStatus& status,
@@ -151,52 +179,6 @@ std::int32_t ScriptedDriver::GetTheLogFile_end(TlmStatus& status, TlmTransferBlo
     return reply.result;
 }
 
-std::int32_t ScriptedDriver::InitializeLogFile(TlmStatus& status) {
-    const Reply reply = Answer(Call::InitializeLogFile, status);
-    if (reply.result == 0) {
-        files.clear();
-    }
-    return reply.result;
-}
-
-std::int32_t ScriptedDriver::GetTheDetonationMap(TlmStatus& status, TlmDetonationMap& map) {
-    map = detonationMap;
-    return Answer(Call::GetTheDetonationMap, status).result;
-}
-
-std::int32_t ScriptedDriver::TSInitialize(TlmStatus& status, std::int16_t kind) {
-    return Answer(Call::TSInitialize, status, kind).result;
-}
-
-std::int32_t ScriptedDriver::GetTheInitData(TlmStatus& status, std::int32_t index,
-                                            TlmInitData& data) {
-    data = initData;
-    return Answer(Call::GetTheInitData, status, index).result;
-}
-
-std::int32_t ScriptedDriver::SendTheSettingData(TlmStatus& status, const TlmSettingData& sent) {
-    const Reply reply = Answer(Call::SendTheSettingData, status);
-    if (reply.result == 0) {
-        setting = sent;
-    }
-    return reply.result;
-}
-
-std::int32_t ScriptedDriver::GetTheSettingData(TlmStatus& status, TlmSettingData& read) {
-    read = setting;
-    return Answer(Call::GetTheSettingData, status).result;
-}
-
-std::int32_t ScriptedDriver::GetTheSignalCondition(TlmStatus& status, TlmSignalCondition& read) {
-    read = signal;
-    return Answer(Call::GetTheSignalCondition, status).result;
-}
-
-std::int32_t ScriptedDriver::GetTheSpecialData(TlmStatus& status, TlmSpecialData& read) {
-    read = special;
-    return Answer(Call::GetTheSpecialData, status).result;
-}
-
 std::int32_t ScriptedDriver::GetTheSpecialData_raw(TlmStatus& status,
                                                    std::span<std::uint8_t> buffer) {
     std::memcpy(buffer.data(), &special, std::min(buffer.size(), sizeof special));
@@ -207,14 +189,6 @@ std::int32_t ScriptedDriver::GetTheSpecialData_raw(TlmStatus& status,
 std::int32_t ScriptedDriver::GetTheErrorInfo(TlmStatus& status, std::span<std::uint8_t> buffer) {
     std::fill(buffer.begin(), buffer.end(), std::uint8_t{0});
     return Answer(Call::GetTheErrorInfo, status, static_cast<std::int64_t>(buffer.size())).result;
-}
-
-std::int32_t ScriptedDriver::LoggingControl(TlmStatus& status, std::int32_t value) {
-    return Answer(Call::LoggingControl, status, value).result;
-}
-
-std::int32_t ScriptedDriver::ServiceModeCtrl(TlmStatus& status, std::int16_t code) {
-    return Answer(Call::ServiceModeCtrl, status, code).result;
 }
 
 } // namespace torvane::logger

@@ -18,30 +18,18 @@
 
 namespace torvane::logger {
 
+// The entry points, named as core's driver names them.
+// clang-format off
 enum class Call {
     Open,
     Close,
-    Reset,
-    GetStatus,
-    GetTheNumberofFiles,
-    GetTheDownloadList,
-    GetTheLogFile_start,
-    GetTheLogFile_reading,
-    GetTheLogFile_end,
-    InitializeLogFile,
-    GetTheDetonationMap,
-    TSInitialize,
-    GetTheInitData,
-    SendTheSettingData,
-    GetTheSettingData,
-    GetTheSignalCondition,
-    GetTheSpecialData,
+#define TORVANE_SCRIPTED_CALL(Name, kind, Entry, ...) Entry,
+    TORVANE_TLM_OPERATIONS(TORVANE_SCRIPTED_CALL, TORVANE_SCRIPTED_CALL, TORVANE_SCRIPTED_CALL)
+#undef TORVANE_SCRIPTED_CALL
     GetTheSpecialData_raw,
-    GetTheErrorInfo,
-    LoggingControl,
-    ServiceModeCtrl,
 };
-inline constexpr std::size_t CallCount = 21;
+// clang-format on
+inline constexpr std::size_t CallCount = static_cast<std::size_t>(Call::GetTheSpecialData_raw) + 1;
 
 std::string_view CallName(Call call);
 
@@ -100,9 +88,7 @@ public:
 
     std::int32_t Open(TlmStatus& status) override;
     std::int32_t Close(TlmStatus& status) override;
-    std::int32_t Reset(TlmStatus& status) override;
-    std::int32_t GetStatus(TlmStatus& status) override;
-    std::int32_t GetTheNumberofFiles(TlmStatus& status) override;
+    TORVANE_DRIVER_PLAIN_OVERRIDES
     std::int32_t GetTheDownloadList(TlmStatus& status,
                                     std::span<TlmDownloadEntry> entries) override;
     std::int32_t GetTheLogFile_start(TlmStatus& status, TlmDownloadEntry& entry,
@@ -110,22 +96,20 @@ public:
                                      TlmTransferBlock& block) override;
     std::int32_t GetTheLogFile_reading(TlmStatus& status, TlmTransferBlock& block) override;
     std::int32_t GetTheLogFile_end(TlmStatus& status, TlmTransferBlock& block) override;
-    std::int32_t InitializeLogFile(TlmStatus& status) override;
-    std::int32_t GetTheDetonationMap(TlmStatus& status, TlmDetonationMap& map) override;
-    std::int32_t TSInitialize(TlmStatus& status, std::int16_t kind) override;
-    std::int32_t GetTheInitData(TlmStatus& status, std::int32_t index, TlmInitData& data) override;
-    std::int32_t SendTheSettingData(TlmStatus& status, const TlmSettingData& setting) override;
-    std::int32_t GetTheSettingData(TlmStatus& status, TlmSettingData& setting) override;
-    std::int32_t GetTheSignalCondition(TlmStatus& status, TlmSignalCondition& signal) override;
-    std::int32_t GetTheSpecialData(TlmStatus& status, TlmSpecialData& special) override;
     std::int32_t GetTheSpecialData_raw(TlmStatus& status, std::span<std::uint8_t> buffer) override;
     std::int32_t GetTheErrorInfo(TlmStatus& status, std::span<std::uint8_t> buffer) override;
-    std::int32_t LoggingControl(TlmStatus& status, std::int32_t value) override;
-    std::int32_t ServiceModeCtrl(TlmStatus& status, std::int16_t code) override;
 
 private:
     // Records the call, takes its reply, applies it to the logger and fills status.
     Reply Answer(Call call, TlmStatus& status, std::int64_t argument = 0);
+    // A plain call: its integer is the recorded argument; then each record is exchanged.
+    template <typename... Arguments>
+    std::int32_t Play(Call call, TlmStatus& status, Arguments&... arguments);
+    // A record the call sends becomes the logger's when the reply succeeds; a record it asks for
+    // is filled from the logger.
+    template <typename Argument> void Exchange(const Reply& reply, Argument& argument);
+    // The logger's record of a type.
+    template <typename Record> Record& Held();
 
     std::array<std::deque<Reply>, CallCount> queued_;
     std::array<Reply, CallCount> defaults_{};

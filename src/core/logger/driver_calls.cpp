@@ -28,7 +28,7 @@ std::int32_t OpenLogger(LoggerLink& link, bool quiet) {
 }
 
 std::int32_t GetLoggerStatus(LoggerLink& link) {
-    return CallWithRetries(link, [&] { return link.driver.GetStatus(link.status); });
+    return Retried(link, &Driver::GetStatus);
 }
 
 std::int32_t GetFileCount(LoggerLink& link, int& count) {
@@ -46,8 +46,7 @@ std::int32_t GetFileCount(LoggerLink& link, int& count) {
 
 std::int32_t GetDownloadList(LoggerLink& link, int count, std::vector<TlmDownloadEntry>& entries) {
     entries.assign(static_cast<std::size_t>(std::max(count, 0)), TlmDownloadEntry{});
-    return CallWithRetries(link,
-                           [&] { return link.driver.GetTheDownloadList(link.status, entries); });
+    return Retried(link, &Driver::GetTheDownloadList, entries);
 }
 
 std::int32_t ReadLogFileBlock(LoggerLink& link, TlmTransferBlock& block) {
@@ -57,61 +56,55 @@ std::int32_t ReadLogFileBlock(LoggerLink& link, TlmTransferBlock& block) {
 }
 
 std::int32_t ClearLogFiles(LoggerLink& link) {
-    return CallWithRetries(link, [&] { return link.driver.InitializeLogFile(link.status); });
+    return Retried(link, &Driver::InitializeLogFile);
 }
 
 std::int32_t ReadDetonationMap(LoggerLink& link, TlmDetonationMap& map) {
-    return CallWithRetries(link, [&] { return link.driver.GetTheDetonationMap(link.status, map); });
+    return Retried(link, &Driver::GetTheDetonationMap, map);
 }
 
 std::int32_t InitializeSensor(LoggerLink& link, std::int16_t kind) {
-    return CallWithRetries(link, [&] { return link.driver.TSInitialize(link.status, kind); });
+    return Retried(link, &Driver::TSInitialize, kind);
 }
 
 std::int32_t ReadInitData(LoggerLink& link, std::int32_t index, TlmInitData& data) {
-    return CallWithRetries(link,
-                           [&] { return link.driver.GetTheInitData(link.status, index, data); });
+    return Retried(link, &Driver::GetTheInitData, index, data);
 }
 
 std::int32_t SendSetting(LoggerLink& link, const TlmSettingData& setting) {
-    return CallWithRetries(link,
-                           [&] { return link.driver.SendTheSettingData(link.status, setting); });
+    return Retried(link, &Driver::SendTheSettingData, setting);
 }
 
 std::int32_t ReadSetting(LoggerLink& link, TlmSettingData& setting) {
-    return CallWithRetries(link,
-                           [&] { return link.driver.GetTheSettingData(link.status, setting); });
+    return Retried(link, &Driver::GetTheSettingData, setting);
 }
 
 std::int32_t ReadSignalCondition(LoggerLink& link, TlmSignalCondition& signal) {
-    return CallWithRetries(link,
-                           [&] { return link.driver.GetTheSignalCondition(link.status, signal); });
+    return Retried(link, &Driver::GetTheSignalCondition, signal);
 }
 
 std::int32_t ReadSpecialData(LoggerLink& link, TlmSpecialData& special) {
-    return CallWithRetries(link,
-                           [&] { return link.driver.GetTheSpecialData(link.status, special); });
+    return Retried(link, &Driver::GetTheSpecialData, special);
 }
 
 std::int32_t ReadSpecialDataRaw(LoggerLink& link, std::span<std::uint8_t> buffer) {
-    return CallWithRetries(link,
-                           [&] { return link.driver.GetTheSpecialData_raw(link.status, buffer); });
+    return Retried(link, &Driver::GetTheSpecialData_raw, buffer);
 }
 
 std::int32_t ControlServiceMode(LoggerLink& link, std::int16_t code) {
-    return CallWithRetries(link, [&] { return link.driver.ServiceModeCtrl(link.status, code); });
+    return Retried(link, &Driver::ServiceModeCtrl, code);
 }
 
 std::int32_t ReadErrorInfo(LoggerLink& link, std::span<std::uint8_t> buffer) {
-    return CallWithRetries(link, [&] { return link.driver.GetTheErrorInfo(link.status, buffer); });
+    return Retried(link, &Driver::GetTheErrorInfo, buffer);
 }
 
 std::int32_t ResetLogger(LoggerLink& link) {
-    return CallWithRetries(link, [&] { return link.driver.Reset(link.status); });
+    return Retried(link, &Driver::TLM_Reset);
 }
 
 std::int32_t ControlLogging(LoggerLink& link, std::int32_t value) {
-    return CallWithRetries(link, [&] { return link.driver.LoggingControl(link.status, value); });
+    return Retried(link, &Driver::LoggingControl, value);
 }
 
 } // namespace torvane::logger

@@ -5,6 +5,7 @@
 // they must never be repeated.
 
 #include "logger/logger_link.h"
+#include "logger/retry_policy.h"
 
 #include <cstdint>
 #include <span>
@@ -15,6 +16,15 @@ namespace torvane::logger {
 // Opens the link and tells the operator why it did not open. A quiet open (windows that poll
 // for the logger) says nothing when no logger is connected.
 std::int32_t OpenLogger(LoggerLink& link, bool quiet);
+
+// Any of the driver's calls under the retry policy, given the call and its arguments after the
+// status (link.status goes first), so that a new plain operation needs no wrapper of its own. The
+// named ones below read better where windows call them.
+template <typename... Parameters, typename... Arguments>
+std::int32_t Retried(LoggerLink& link, std::int32_t (Driver::*call)(TlmStatus&, Parameters...),
+                     Arguments&&... arguments) {
+    return CallWithRetries(link, [&] { return (link.driver.*call)(link.status, arguments...); });
+}
 
 std::int32_t GetLoggerStatus(LoggerLink& link);
 // count receives the number of files of the last try that answered.

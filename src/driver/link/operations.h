@@ -1,18 +1,14 @@
 #pragma once
-// Every operation of the link, described once. The message kinds, the device's calls, the
-// server's dispatch, libtlm's exchanges and the simulator's fault names all come from this list,
-// so adding an operation is one line here plus what the logger does for it.
+// The wire side of the operations of tlm_operations.h. The message kinds, the device's calls, the
+// server's dispatch, libtlm's exchanges and the simulator's fault names all come from that list.
+// On the wire an operation is plain or special:
 //
 //   PLAIN(Name, kind, entry point, (request values), (answer records))
 //     The request carries the values in order; the answer, after the common prefix, the records
 //     in order. The device is called as Name(status, value..., record&...), integers by value
 //     and records by const reference.
 //   SPECIAL(Name, kind, entry point, (device parameters))
-//     A payload that a list of records cannot say (a count that sizes the answer, a block of
-//     bytes, a fixed buffer); request_handler.cpp and the entry point code it by hand.
-//
-// The kind is the number on the wire (docs/logger-protocol.md); it never changes. Hello (1) and
-// Close (2) belong to the link itself, not to the device, and are not listed.
+//     request_handler.cpp and the entry point code it by hand.
 
 #include <cstdint>
 #include <iterator>
@@ -23,32 +19,11 @@
 #include <vector>
 
 #include "tlm.h"
+#include "tlm_operations.h"
 
-// clang-format off
-#define TORVANE_LINK_OPERATIONS(PLAIN, SPECIAL)                                                    \
-    PLAIN(Reset, 3, TLM_Reset, (), ())                                                             \
-    PLAIN(GetStatus, 4, GetStatus, (), ())                                                         \
-    PLAIN(FileCount, 5, GetTheNumberofFiles, (), ())                                               \
-    SPECIAL(DownloadList, 6, GetTheDownloadList, (std::span<TlmDownloadEntry> entries))            \
-    PLAIN(TransferStart, 7, GetTheLogFile_start, (TlmDownloadEntry), (TlmTransferBlock))           \
-    SPECIAL(TransferRead, 8, GetTheLogFile_reading,                                                \
-            (TlmTransferBlock& block, std::vector<std::uint8_t>& bytes))                           \
-    PLAIN(TransferEnd, 9, GetTheLogFile_end, (TlmTransferBlock), (TlmTransferBlock))               \
-    PLAIN(ClearFiles, 10, InitializeLogFile, (), ())                                               \
-    PLAIN(DetonationMap, 11, GetTheDetonationMap, (), (TlmDetonationMap))                          \
-    PLAIN(InitializeSensor, 12, TSInitialize, (std::int16_t), ())                                  \
-    PLAIN(InitData, 13, GetTheInitData, (std::int32_t), (TlmInitData))                             \
-    PLAIN(SendSetting, 14, SendTheSettingData, (TlmSettingData), ())                               \
-    PLAIN(ReadSetting, 15, GetTheSettingData, (), (TlmSettingData))                                \
-    PLAIN(SignalCondition, 16, GetTheSignalCondition, (), (TlmSignalCondition))                    \
-    PLAIN(SpecialData, 17, GetTheSpecialData, (), (TlmSpecialData))                                \
-    SPECIAL(ErrorInfo, 18, GetTheErrorInfo, (std::span<std::uint8_t> buffer))                      \
-    PLAIN(LoggingControl, 19, LoggingControl, (std::int32_t), ())                                  \
-    PLAIN(ServiceMode, 20, ServiceModeCtrl, (std::int16_t), ())
-// clang-format on
-
-// Takes the parentheses off one of the lists above.
-#define TORVANE_LINK_LIST(...) __VA_ARGS__
+// The transfer's start and end are plain on the wire; only their entry points differ.
+#define TORVANE_LINK_OPERATIONS(PLAIN, SPECIAL) TORVANE_TLM_OPERATIONS(PLAIN, PLAIN, SPECIAL)
+#define TORVANE_LINK_LIST TORVANE_TLM_LIST
 
 namespace torvane::link {
 
@@ -108,16 +83,7 @@ consteval bool KindsFollowOn() {
 static_assert(KindsFollowOn(), "message kinds run from 3 without a gap, in the table's order");
 
 // The device's call of a plain operation: Name(status, value..., record&...).
-template <typename Value>
-using RequestParameter = std::conditional_t<std::is_integral_v<Value>, Value, const Value&>;
-
-template <typename Request, typename Answer> struct DeviceCallOf;
-template <typename... Values, typename... Records>
-struct DeviceCallOf<std::tuple<Values...>, std::tuple<Records...>> {
-    using Type = std::int32_t(TlmStatus&, RequestParameter<Values>..., Records&...);
-};
 template <typename Operation>
-using DeviceCall =
-    typename DeviceCallOf<typename Operation::Request, typename Operation::Answer>::Type;
+using DeviceCall = tlm::PlainCall<typename Operation::Request, typename Operation::Answer>;
 
 } // namespace torvane::link
