@@ -10,9 +10,9 @@
 namespace torvane::tlm {
 namespace {
 
-constexpr std::uint32_t kHandleMagic = 0x4c4d4c54; // "TLML"
+constexpr std::uint32_t HandleMagic = 0x4c4d4c54; // "TLML"
 // Far more than one program keeps open: a link lasts one user action.
-constexpr std::size_t kSlots = 64;
+constexpr std::size_t Slots = 64;
 
 struct Slot {
     std::uint64_t serial = 0; // 0: free
@@ -27,7 +27,7 @@ struct Handle {
 
 struct Table {
     std::mutex mutex;
-    std::array<Slot, kSlots> slots;
+    std::array<Slot, Slots> slots;
     std::uint64_t lastSerial = 0;
 };
 
@@ -52,7 +52,7 @@ void WriteHandle(const Handle& handle, TlmStatus& status) {
 // The slot of a valid handle; the table's mutex must be held.
 Slot* Lookup(Table& table, const TlmStatus& status) {
     const Handle handle = ReadHandle(status);
-    if (handle.magic != kHandleMagic || handle.slot >= kSlots || handle.serial == 0) {
+    if (handle.magic != HandleMagic || handle.slot >= Slots || handle.serial == 0) {
         return nullptr;
     }
     Slot& slot = table.slots[handle.slot];
@@ -71,9 +71,8 @@ bool RegisterLink(std::shared_ptr<Link> link, TlmStatus& status) {
     }
     free->serial = ++table.lastSerial;
     free->link = std::move(link);
-    WriteHandle(
-        {kHandleMagic, static_cast<std::uint32_t>(free - table.slots.begin()), free->serial},
-        status);
+    WriteHandle({HandleMagic, static_cast<std::uint32_t>(free - table.slots.begin()), free->serial},
+                status);
     return true;
 }
 

@@ -25,7 +25,7 @@ namespace shell = torvane::shell;
 
 namespace {
 
-constexpr const char* kAsk = "Do you download data from Logger?";
+constexpr const char* AskToDownload = "Do you download data from Logger?";
 
 // A scripted logger that calls back after every block it moves, as the operator's chance to
 // act while the dialog lets events in.
@@ -148,7 +148,7 @@ private slots:
         QCOMPARE(desk.driver.blocks, 0);
         QTRY_VERIFY(!dialog.Busy());
 
-        QCOMPARE(desk.sink.Texts(), std::vector<std::string>{kAsk});
+        QCOMPARE(desk.sink.Texts(), std::vector<std::string>{AskToDownload});
         QCOMPARE(desk.sink.messages[0].buttons, shell::buttons::OkCancel);
         QCOMPARE(desk.driver.blocks, 4);
         QCOMPARE(desk.driver.startedEntry->intNumber, std::int16_t{4});
@@ -177,7 +177,7 @@ private slots:
         QTRY_VERIFY(!dialog.Busy());
 
         QCOMPARE(desk.sink.Texts(),
-                 (std::vector<std::string>{kAsk, "USB device error. Error code =  1001"}));
+                 (std::vector<std::string>{AskToDownload, "USB device error. Error code =  1001"}));
         QVERIFY(desk.temp.FileNames().empty());
         QVERIFY(dialog.isVisible());
         QVERIFY(!dialog.Busy());
@@ -221,7 +221,7 @@ private slots:
         QTRY_VERIFY(!dialog.isVisible());
 
         const char* stop = "Do you stop downloading? ";
-        QCOMPARE(desk.sink.Texts(), (std::vector<std::string>{kAsk, stop, stop}));
+        QCOMPARE(desk.sink.Texts(), (std::vector<std::string>{AskToDownload, stop, stop}));
         QCOMPARE(desk.driver.blocks, 3);
         QVERIFY(dialog.Result().cancelled);
         QCOMPARE(desk.temp.FileNames(), (std::vector<std::string>{"LGGR0001.rlg"}));

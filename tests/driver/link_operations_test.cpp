@@ -51,12 +51,12 @@ const std::vector<WireOperation>& DocumentedOperations() {
 
 TEST(LinkOperations, EveryKindKeepsItsNumberAndEntryPoint) {
     const auto& documented = DocumentedOperations();
-    ASSERT_EQ(std::size(kOperations), documented.size());
+    ASSERT_EQ(std::size(Operations), documented.size());
     for (std::size_t i = 0; i < documented.size(); ++i) {
-        EXPECT_EQ(static_cast<std::uint16_t>(kOperations[i].kind), documented[i].kind);
-        EXPECT_EQ(kOperations[i].entryPoint, documented[i].entryPoint);
+        EXPECT_EQ(static_cast<std::uint16_t>(Operations[i].kind), documented[i].kind);
+        EXPECT_EQ(Operations[i].entryPoint, documented[i].entryPoint);
     }
-    EXPECT_EQ(kLastMessageKind, 20);
+    EXPECT_EQ(LastMessageKind, 20);
     EXPECT_EQ(static_cast<std::uint16_t>(MessageKind::Hello), 1);
     EXPECT_EQ(static_cast<std::uint16_t>(MessageKind::Close), 2);
 }

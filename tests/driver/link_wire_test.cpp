@@ -53,7 +53,7 @@ TEST(LinkEndpoint, ParsesAndPrintsBothKindsDefaultsPerUserAndTakesTheTimeOut) {
     }
     for (const char* ignored : {"0", "-5", "soon"}) {
         const ScopedEnvironment timeout("TORVANE_LOGGER_TIMEOUT_MS", ignored);
-        EXPECT_EQ(ExchangeTimeoutFromEnvironment(), kDefaultExchangeTimeout) << ignored;
+        EXPECT_EQ(ExchangeTimeoutFromEnvironment(), DefaultExchangeTimeout) << ignored;
     }
 }
 

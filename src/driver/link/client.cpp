@@ -28,7 +28,7 @@ std::int32_t Client::Open(const Endpoint& endpoint, std::chrono::milliseconds ti
     }
     channel_ = Channel(std::move(socket));
     PayloadWriter hello;
-    PutAll(hello, kProtocolMagic, kProtocolVersion);
+    PutAll(hello, ProtocolMagic, ProtocolVersion);
     const Frame request{MessageKind::Hello, false, ++lastId_, std::move(hello.Bytes())};
     Frame answer;
     const FrameStatus sent = channel_.Send(request, deadline);

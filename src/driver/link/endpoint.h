@@ -28,9 +28,9 @@ Endpoint DefaultEndpoint();
 // TORVANE_LOGGER if set (nullopt with a reason when it does not parse), else DefaultEndpoint().
 std::optional<Endpoint> EndpointFromEnvironment(std::string& error);
 
-inline constexpr std::chrono::milliseconds kDefaultExchangeTimeout{5000};
+inline constexpr std::chrono::milliseconds DefaultExchangeTimeout{5000};
 // How long one exchange may take: TORVANE_LOGGER_TIMEOUT_MS when it holds a positive number of
-// milliseconds, else kDefaultExchangeTimeout.
+// milliseconds, else DefaultExchangeTimeout.
 std::chrono::milliseconds ExchangeTimeoutFromEnvironment();
 
 } // namespace torvane::link

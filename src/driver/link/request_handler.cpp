@@ -57,7 +57,7 @@ bool AnswerTransferRead(DeviceCalls& device, TlmStatus& status, PayloadReader& i
     }
     std::vector<std::uint8_t> bytes;
     std::int32_t result = device.TransferRead(status, block, bytes);
-    if (bytes.size() > kMaxTransferBlock) {
+    if (bytes.size() > MaxTransferBlock) {
         // The device's block is its own choice, but it must fit in a frame.
         result = TLM_ERR_PROTOCOL;
         bytes.clear();

@@ -47,7 +47,7 @@ public:
         std::uint16_t version = 0;
         PayloadReader in(hello.payload);
         const bool understood =
-            GetAll(in, magic, version) && magic == kProtocolMagic && version == kProtocolVersion;
+            GetAll(in, magic, version) && magic == ProtocolMagic && version == ProtocolVersion;
         if (!understood) {
             SendHelloAnswer(channel_, hello.id, Admission::VersionRefused, TLM_ERR_OPEN_FAILED,
                             TlmStatus{}, Due());
@@ -121,7 +121,7 @@ private:
     static bool SendHelloAnswer(Channel& channel, std::uint32_t id, Admission admission,
                                 std::int32_t result, const TlmStatus& status, Deadline deadline) {
         PayloadWriter payload;
-        PutAll(payload, static_cast<std::uint8_t>(admission), kProtocolVersion, result, status);
+        PutAll(payload, static_cast<std::uint8_t>(admission), ProtocolVersion, result, status);
         const Frame answer{MessageKind::Hello, true, id, std::move(payload.Bytes())};
         return channel.Send(answer, deadline) == FrameStatus::Ok;
     }

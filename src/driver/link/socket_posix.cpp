@@ -19,7 +19,7 @@
 namespace torvane::link {
 namespace {
 
-constexpr int kBacklog = 4;
+constexpr int Backlog = 4;
 
 std::string SystemError(const char* what) {
     return std::string(what) + ": " + std::strerror(errno);
@@ -245,7 +245,7 @@ bool Listener::Open(const Endpoint& endpoint, std::string& error) {
             return false;
         }
     }
-    if (::listen(socket.Descriptor(), kBacklog) != 0) {
+    if (::listen(socket.Descriptor(), Backlog) != 0) {
         error = SystemError("listen");
         return false;
     }

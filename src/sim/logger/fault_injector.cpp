@@ -22,7 +22,7 @@ std::optional<Entry> EntryNamed(std::string_view name) {
     if (name == RawSpecialDataName) {
         return Entry::SpecialData;
     }
-    for (const link::OperationName& operation : link::kOperations) {
+    for (const link::OperationName& operation : link::Operations) {
         if (operation.entryPoint == name) {
             return operation.kind;
         }
@@ -33,7 +33,7 @@ std::optional<Entry> EntryNamed(std::string_view name) {
 std::string_view EntryNames() {
     static const std::string names = [] {
         std::string joined(OpenName);
-        for (const link::OperationName& operation : link::kOperations) {
+        for (const link::OperationName& operation : link::Operations) {
             joined += " ";
             joined += operation.entryPoint;
             if (operation.kind == Entry::SpecialData) {
