@@ -131,11 +131,11 @@ std::vector<std::uint8_t> RlgWriter::Finish() {
             }
             stream->context.reset();
             format::StreamEntry entry;
-            entry.name = stream->name;
-            entry.sampleCount = stream->sampleCount;
-            entry.storedSize = stream->stored.size();
-            entry.storedCrc = format::UpdateCrc32(0, stream->stored);
-            entry.dataCrc = stream->dataCrc;
+            entry.Name = stream->name;
+            entry.SampleCount = stream->sampleCount;
+            entry.StoredSize = stream->stored.size();
+            entry.StoredCrc = format::UpdateCrc32(0, stream->stored);
+            entry.DataCrc = stream->dataCrc;
             totalBytes += entry.DataBytes();
             entries.push_back(std::move(entry));
         }

@@ -87,8 +87,8 @@ private slots:
         QTest::mouseClick(ok, Qt::LeftButton);
         QVERIFY(dialog->isVisible());
         QCOMPARE(sink_.messages.size(), size_t{1});
-        QCOMPARE(sink_.messages[0].text, std::string("Already exists.Overwrite? "));
-        QCOMPARE(sink_.messages[0].buttons, torvane::shell::buttons::YesNo);
+        QCOMPARE(sink_.messages[0].Text, std::string("Already exists.Overwrite? "));
+        QCOMPARE(sink_.messages[0].Buttons, torvane::shell::buttons::YesNo);
 
         sink_.SetAnswer(answers::Yes);
         QTest::mouseClick(ok, Qt::LeftButton);

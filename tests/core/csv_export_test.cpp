@@ -148,7 +148,7 @@ TEST_F(CsvExportTest, UnwritableTargetsAreReportedAndNothingIsWritten) {
     Stream(Ne, 10, {100});
     const auto expectOneError = [&](const std::string& start) {
         ASSERT_EQ(sink.messages.size(), 1U);
-        EXPECT_TRUE(sink.messages[0].text.starts_with(start)) << sink.messages[0].text;
+        EXPECT_TRUE(sink.messages[0].Text.starts_with(start)) << sink.messages[0].Text;
         sink.messages.clear();
     };
     EXPECT_FALSE(WriteCsv(target / "missing" / "RUN.csv", layers, std::vector<int>{Ne},
@@ -182,7 +182,7 @@ TEST_F(CsvExportTest, FullDiskIsReportedAndWhatWasWrittenStays) {
 
     EXPECT_FALSE(written);
     ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_TRUE(sink.messages[0].text.starts_with("Error(61)\rDisk full")) << sink.messages[0].text;
+    EXPECT_TRUE(sink.messages[0].Text.starts_with("Error(61)\rDisk full")) << sink.messages[0].Text;
     const std::string text = ReadText(out);
     EXPECT_GT(text.size(), 50000U);
     EXPECT_TRUE(text.starts_with("Time(s),Ne\r\n0.000,0.00\r\n0.005,2000.00\r\n"));

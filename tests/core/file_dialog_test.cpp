@@ -65,9 +65,9 @@ TEST_F(PressOkTest, ExistingFileIsOverwrittenOnlyAfterYesInTheModesThatAsk) {
         PressOk(Press(FileDialogMode::SaveLoggingFile, "abc", CsvType), memory, sink);
     EXPECT_TRUE(refused.Cancel);
     ASSERT_EQ(sink.messages.size(), 1u);
-    EXPECT_EQ(sink.messages[0].text, "Already exists.Overwrite? ");
-    EXPECT_EQ(sink.messages[0].buttons, shell::buttons::YesNo);
-    EXPECT_EQ(sink.messages[0].icon, shell::icons::Information);
+    EXPECT_EQ(sink.messages[0].Text, "Already exists.Overwrite? ");
+    EXPECT_EQ(sink.messages[0].Buttons, shell::buttons::YesNo);
+    EXPECT_EQ(sink.messages[0].Icon, shell::icons::Information);
     EXPECT_EQ(memory.LastFileName, "");
 
     sink.SetAnswer(shell::answers::Yes);

@@ -30,9 +30,9 @@ protected:
     std::string FileBytes() const { return torvane::testing::ReadText(File()); }
     void ExpectMessage(const char* text, int buttons, int icon) {
         ASSERT_EQ(sink_.messages.size(), 1u);
-        EXPECT_EQ(sink_.messages[0].text, text);
-        EXPECT_EQ(sink_.messages[0].buttons, buttons);
-        EXPECT_EQ(sink_.messages[0].icon, icon);
+        EXPECT_EQ(sink_.messages[0].Text, text);
+        EXPECT_EQ(sink_.messages[0].Buttons, buttons);
+        EXPECT_EQ(sink_.messages[0].Icon, icon);
         sink_.messages.clear();
     }
 };
@@ -114,7 +114,7 @@ TEST_F(LayoutSaveRulesTest, AnUnreadableFileIsReportedAndLosesNothing) {
     fs::create_directory(File());
     EXPECT_EQ(SaveNamedLayout(store_, "B", sink_), LayoutSaveResult::Failed);
     ASSERT_EQ(sink_.messages.size(), 1u);
-    EXPECT_TRUE(sink_.messages[0].text.starts_with("Error(")) << sink_.messages[0].text;
+    EXPECT_TRUE(sink_.messages[0].Text.starts_with("Error(")) << sink_.messages[0].Text;
     sink_.messages.clear();
     EXPECT_FALSE(DeleteChosenLayout(store_, 1, sink_));
     EXPECT_EQ(sink_.messages.size(), 2u); // the question, then the failure

@@ -51,11 +51,11 @@ protected:
 
     void ExpectOneError(int number) {
         ASSERT_EQ(sink_.messages.size(), 1u);
-        const std::string& text = sink_.messages[0].text;
+        const std::string& text = sink_.messages[0].Text;
         std::string prefix = "Error(";
         prefix += std::to_string(number);
         EXPECT_TRUE(text.starts_with(prefix + ")\r")) << text;
-        EXPECT_EQ(sink_.messages[0].icon, shell::icons::Stop);
+        EXPECT_EQ(sink_.messages[0].Icon, shell::icons::Stop);
         sink_.messages.clear();
     }
 };

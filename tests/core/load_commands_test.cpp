@@ -55,15 +55,15 @@ TEST(CheckMemoryTest, EightyPerCentInUseOrUnreadableFiguresRefuseANewWindow) {
         EXPECT_FALSE(CheckMemory(full, sink)) << load;
     }
     ASSERT_EQ(sink.messages.size(), 2U);
-    EXPECT_EQ(sink.messages[0].text, "A memory is extremely insufficient,Please end application.");
-    EXPECT_EQ(sink.messages[0].icon, shell::icons::Stop);
+    EXPECT_EQ(sink.messages[0].Text, "A memory is extremely insufficient,Please end application.");
+    EXPECT_EQ(sink.messages[0].Icon, shell::icons::Stop);
 
     FixedMemory unreadable(std::nullopt);
     EXPECT_FALSE(CheckMemory(unreadable, sink));
     FixedMemory empty(MemoryFigures{});
     EXPECT_FALSE(CheckMemory(empty, sink));
     ASSERT_EQ(sink.messages.size(), 4U);
-    EXPECT_EQ(sink.messages[3].text, "Windows Platform is unknown.");
+    EXPECT_EQ(sink.messages[3].Text, "Windows Platform is unknown.");
 }
 
 TEST(ProcMemInfoTest, ReadsAvailableMemoryAndSwapFromTheSystemOrAFile) {

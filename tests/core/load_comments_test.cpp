@@ -131,8 +131,8 @@ TEST_F(CommentFileTest, DamagedSideFileIsReportedAndKeptAsideAndTheRunHasNoComme
     ReadLayerComments(state, 0, sink);
     EXPECT_TRUE(graph::LayerComments(state.Comments, 0).empty());
     ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].icon, shell::icons::Warning);
-    EXPECT_EQ(sink.messages[0].text,
+    EXPECT_EQ(sink.messages[0].Icon, shell::icons::Warning);
+    EXPECT_EQ(sink.messages[0].Text,
               "The comments of RUN.rlg were left out: " + sideFile.string() +
                   " is damaged (line 4: the file ends inside a line); it is kept as "
                   "RUN.rlg.comments.damaged.");
@@ -177,10 +177,10 @@ TEST_F(CommentFileTest, EveryRefusalOfTheReaderNamesItsLineAndWhatIsWrong) {
         WriteText(sideFile, file);
         ReadLayerComments(state, 0, sink);
         ASSERT_EQ(sink.messages.size(), 1U);
-        EXPECT_NE(sink.messages[0].text.find(" is damaged (line " + std::to_string(line) + ": " +
+        EXPECT_NE(sink.messages[0].Text.find(" is damaged (line " + std::to_string(line) + ": " +
                                              reason + "); it is kept as "),
                   std::string::npos)
-            << sink.messages[0].text;
+            << sink.messages[0].Text;
     }
 }
 
@@ -192,24 +192,24 @@ TEST_F(CommentFileTest, FailedSaveIsReportedAndLeavesTheSideFileAsItWas) {
     graph::AddComment(state.Comments, Comment("Changed"));
     EXPECT_FALSE(SaveLayerComments(state, 0, sink));
     ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_TRUE(sink.messages[0].text.starts_with("The comments of RUN.rlg could not be saved ("))
-        << sink.messages[0].text;
-    EXPECT_TRUE(sink.messages[0].text.ends_with("They stay in this window while it is open."));
+    EXPECT_TRUE(sink.messages[0].Text.starts_with("The comments of RUN.rlg could not be saved ("))
+        << sink.messages[0].Text;
+    EXPECT_TRUE(sink.messages[0].Text.ends_with("They stay in this window while it is open."));
     EXPECT_EQ(ReadText(sideFile), saved);
     EXPECT_EQ(graph::LayerComments(state.Comments, 0).size(), 1U);
 
     EXPECT_FALSE(WriteCommentFile(WindowFileComments(state, run), data / "gone" / "RUN.rlg", sink));
     ASSERT_EQ(sink.messages.size(), 2U);
-    EXPECT_NE(sink.messages[1].text.find("Path not found"), std::string::npos);
+    EXPECT_NE(sink.messages[1].Text.find("Path not found"), std::string::npos);
 }
 
 TEST_F(CommentFileTest, UnreadableSideFileIsReported) {
     fs::create_directory(sideFile);
     ReadLayerComments(state, 0, sink);
     ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_TRUE(sink.messages[0].text.starts_with("The comments of RUN.rlg were left out: they "
+    EXPECT_TRUE(sink.messages[0].Text.starts_with("The comments of RUN.rlg were left out: they "
                                                   "could not be read ("))
-        << sink.messages[0].text;
+        << sink.messages[0].Text;
 }
 
 } // namespace

@@ -91,15 +91,15 @@ TEST_F(GeneratedRunTest, DamagedFileGivesTheDriversMessageAndLeavesNoStream) {
     }
     EXPECT_FALSE(Load(file));
     ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].text, "File access error.");
-    EXPECT_EQ(sink.messages[0].icon, shell::icons::Stop);
+    EXPECT_EQ(sink.messages[0].Text, "File access error.");
+    EXPECT_EQ(sink.messages[0].Icon, shell::icons::Stop);
     EXPECT_TRUE(TempFileNames().empty());
 
     fs::resize_file(file, size / 2);
     sink.messages.clear();
     EXPECT_FALSE(Load(file));
     ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].text, "File access error.");
+    EXPECT_EQ(sink.messages[0].Text, "File access error.");
     EXPECT_TRUE(TempFileNames().empty());
 }
 

@@ -37,20 +37,20 @@ using torvane::testing::WriteWords16;
 // Ne (and TH) at 10 ms for the given length; with lapMarks a mark at 300 ms and one at 1200 ms.
 ScriptedRun MakeRun(int lengthMs, bool lapMarks = false) {
     ScriptedRun run;
-    run.header.SetSampleTime(0, 10);
-    run.header.SetSampleTime(1, 10);
-    run.header.SetWord(SettingWord::ThClose, 100);
-    run.header.SetWord(SettingWord::ThOpen, 700);
+    run.Header.SetSampleTime(0, 10);
+    run.Header.SetSampleTime(1, 10);
+    run.Header.SetWord(SettingWord::ThClose, 100);
+    run.Header.SetWord(SettingWord::ThOpen, 700);
     const auto words = static_cast<std::size_t>(lengthMs / 10);
-    run.streams["Ne"] = std::vector<std::int16_t>(words, 400);
-    run.streams["TH"] = std::vector<std::int16_t>(words, 80);
+    run.Streams["Ne"] = std::vector<std::int16_t>(words, 400);
+    run.Streams["TH"] = std::vector<std::int16_t>(words, 80);
     std::vector<std::int16_t> lap(static_cast<std::size_t>(lengthMs / 300), 0);
     if (lapMarks) {
-        run.header.SetWord(SettingWord::LapOn, 1);
+        run.Header.SetWord(SettingWord::LapOn, 1);
         lap.at(0) = 1;
         lap.at(3) = 1;
     }
-    run.streams["LAP"] = lap;
+    run.Streams["LAP"] = lap;
     return run;
 }
 
@@ -104,19 +104,19 @@ TEST_F(LoadTest, MainFileIsReadyToShowWithTheScrollItemItHas) {
 TEST_F(LoadTest, RunOrLayerOfThreeSecondsOrLessIsRefusedAndItsNumberUsedAgain) {
     ASSERT_FALSE(Load(MakeRun(3000)));
     ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].text, ShortMeasurementMessage);
+    EXPECT_EQ(sink.messages[0].Text, ShortMeasurementMessage);
     EXPECT_TRUE(view.steps.empty());
 
     // Ne at 5 ms gives the next length above the limit.
     ScriptedRun run = MakeRun(3000);
-    run.header.SetSampleTime(0, 5);
-    run.streams["Ne"].resize(601);
+    run.Header.SetSampleTime(0, 5);
+    run.Streams["Ne"].resize(601);
     EXPECT_TRUE(Load(run));
     EXPECT_EQ(files.Layers.Layer[0].MeasureTime, 3005.0);
 
     EXPECT_FALSE(Open(MakeRun(3000), "/runs/SHORT.rlg"));
     ASSERT_EQ(sink.messages.size(), 2U);
-    EXPECT_EQ(sink.messages[1].text, ShortMeasurementMessage);
+    EXPECT_EQ(sink.messages[1].Text, ShortMeasurementMessage);
     EXPECT_EQ(files.LastLayer, 0);
     ASSERT_TRUE(Open(MakeRun(8000), "/runs/LONG.rlg"));
     EXPECT_EQ(driver.fileNumbers, (std::vector<int>{10, 10, 11, 11}));
@@ -126,7 +126,7 @@ TEST_F(LoadTest, FailedDeploymentShowsTheDriversMessageAndAFailedWindowStepFails
     driver.result = -4;
     EXPECT_FALSE(Load(MakeRun(6000)));
     ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].text, "File access error.");
+    EXPECT_EQ(sink.messages[0].Text, "File access error.");
     EXPECT_TRUE(folder.FileNames().empty());
     driver.result = 0;
 
@@ -284,8 +284,8 @@ TEST_F(QueryUnloadTest, NothingIsAskedForAFileFromTheDiskOrGoneCancelKeepsItAndN
     torvane::testing::WriteText(downloaded, "logging file");
     EXPECT_FALSE(Query(shell::answers::Cancel));
     ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].text, "This file is not saved.\r\nDoes it save?");
-    EXPECT_EQ(sink.messages[0].buttons, shell::buttons::YesNoCancel);
+    EXPECT_EQ(sink.messages[0].Text, "This file is not saved.\r\nDoes it save?");
+    EXPECT_EQ(sink.messages[0].Buttons, shell::buttons::YesNoCancel);
     EXPECT_TRUE(fs::exists(downloaded));
     EXPECT_EQ(dialogs, 0);
 
@@ -305,7 +305,7 @@ TEST_F(QueryUnloadTest, YesMovesTheFileToAnotherChosenPlaceOrReportsAFailedCopy)
 
     EXPECT_TRUE(Query(shell::answers::Yes, data / "missing" / "RUN.rlg"));
     ASSERT_EQ(sink.messages.size(), 4U);
-    EXPECT_TRUE(sink.messages[3].text.starts_with("Error(76)\r")) << sink.messages[3].text;
+    EXPECT_TRUE(sink.messages[3].Text.starts_with("Error(76)\r")) << sink.messages[3].Text;
     EXPECT_TRUE(fs::exists(downloaded));
 
     graph::CommentRecord comment;

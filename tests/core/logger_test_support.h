@@ -17,7 +17,7 @@ class AnsweringSink : public shell::MessageSink {
 public:
     int Show(const shell::Message& message) override {
         messages.push_back(message);
-        if (message.buttons == shell::buttons::Ok || answers.empty()) {
+        if (message.Buttons == shell::buttons::Ok || answers.empty()) {
             return shell::answers::Ok;
         }
         const int answer = answers.front();
@@ -28,7 +28,7 @@ public:
     std::vector<std::string> Texts() const {
         std::vector<std::string> texts;
         for (const auto& message : messages) {
-            texts.push_back(message.text);
+            texts.push_back(message.Text);
         }
         return texts;
     }
@@ -38,11 +38,11 @@ public:
 };
 
 struct ScriptedLink {
-    ScriptedDriver driver;
-    AnsweringSink sink;
-    std::vector<std::chrono::milliseconds> pauses;
-    LoggerLink link{driver, sink, [this](std::chrono::milliseconds pause) {
-                        pauses.push_back(pause);
+    ScriptedDriver Driver;
+    AnsweringSink Sink;
+    std::vector<std::chrono::milliseconds> Pauses;
+    LoggerLink Link{Driver, Sink, [this](std::chrono::milliseconds pause) {
+                        Pauses.push_back(pause);
                     }};
 };
 

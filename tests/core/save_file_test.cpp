@@ -90,7 +90,7 @@ TEST_F(SaveFileTest, ADownloadedFileIsKeptAndItsWorkingCopyGoes) {
     // A copy that fails changes nothing: the file is still only in its working copy.
     EXPECT_FALSE(Save(data / "missing" / "KEEP.rlg"));
     ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_TRUE(sink.messages[0].text.starts_with("Error(76)\r")) << sink.messages[0].text;
+    EXPECT_TRUE(sink.messages[0].Text.starts_with("Error(76)\r")) << sink.messages[0].Text;
     EXPECT_EQ(Logger(), 1);
     EXPECT_EQ(state.Layers.Layer[0].FilePath, main);
     EXPECT_EQ(Caption(), "RUN");

@@ -66,7 +66,7 @@ TEST(LinkFaults, NothingListeningOrARefusingDeviceIsNoLinkAndTcpWorksLikeUnix) {
 
     // The same link works over tcp on the loopback.
     ServedLogger tcp(ServedLogger::Transport::Tcp);
-    EXPECT_NE(tcp.BoundEndpoint().port, 0);
+    EXPECT_NE(tcp.BoundEndpoint().Port, 0);
     tcp.device.fileCount = 12;
     ASSERT_EQ(TLM_Open(&status), TLM_OK);
     EXPECT_EQ(GetTheNumberofFiles(&status), 12);

@@ -62,9 +62,9 @@ ServedLogger::ServedLogger(Transport transport)
     : timeoutVariable_("TORVANE_LOGGER_TIMEOUT_MS", std::to_string(Timeout.count())) {
     Endpoint endpoint;
     if (transport == Transport::Unix) {
-        endpoint.path = (folder_.Path() / "logger.sock").string();
+        endpoint.Path = (folder_.Path() / "logger.sock").string();
     } else {
-        endpoint.kind = Endpoint::Kind::Tcp;
+        endpoint.Kind = Endpoint::Kind::Tcp;
     }
     server_.SetTimeout(Timeout);
     std::string error;

@@ -38,8 +38,8 @@ std::string_view CallName(Call call) {
 }
 
 ScriptedDriver::ScriptedDriver() {
-    defaults_[IndexOf(Call::GetTheNumberofFiles)].answerFileCount = true;
-    defaults_[IndexOf(Call::GetTheLogFile_reading)].result = 1;
+    defaults_[IndexOf(Call::GetTheNumberofFiles)].AnswerFileCount = true;
+    defaults_[IndexOf(Call::GetTheLogFile_reading)].Result = 1;
 }
 
 void ScriptedDriver::Script(Call call, std::initializer_list<Reply> replies) {
@@ -60,22 +60,22 @@ void ScriptedDriver::SetDefault(Call call, const Reply& reply) {
 std::vector<Call> ScriptedDriver::Sequence() const {
     std::vector<Call> sequence;
     for (const RecordedCall& recorded : calls) {
-        sequence.push_back(recorded.call);
+        sequence.push_back(recorded.Call);
     }
     return sequence;
 }
 
 int ScriptedDriver::CountOf(Call call) const {
     return static_cast<int>(std::count_if(calls.begin(), calls.end(), [call](const auto& recorded) {
-        return recorded.call == call;
+        return recorded.Call == call;
     }));
 }
 
 std::vector<std::int64_t> ScriptedDriver::LoggingControlValues() const {
     std::vector<std::int64_t> values;
     for (const RecordedCall& recorded : calls) {
-        if (recorded.call == Call::LoggingControl) {
-            values.push_back(recorded.argument);
+        if (recorded.Call == Call::LoggingControl) {
+            values.push_back(recorded.Argument);
         }
     }
     return values;
@@ -89,10 +89,10 @@ Reply ScriptedDriver::Answer(Call call, TlmStatus& status, std::int64_t argument
         reply = queue.front();
         queue.pop_front();
     }
-    state = reply.state.value_or(state);
-    error = reply.error.value_or(error);
-    flags = reply.flags.value_or(flags);
-    status.bytSense = reply.sense;
+    state = reply.State.value_or(state);
+    error = reply.Error.value_or(error);
+    flags = reply.Flags.value_or(flags);
+    status.bytSense = reply.Sense;
     status.bytState = state;
     status.bytError = error;
     status.bytFlags = flags;
@@ -100,24 +100,24 @@ Reply ScriptedDriver::Answer(Call call, TlmStatus& status, std::int64_t argument
 }
 
 std::int32_t ScriptedDriver::Open(TlmStatus& status) {
-    return Answer(Call::Open, status).result;
+    return Answer(Call::Open, status).Result;
 }
 
 std::int32_t ScriptedDriver::Close(TlmStatus& status) {
-    return Answer(Call::Close, status).result;
+    return Answer(Call::Close, status).Result;
 }
 
 std::int32_t ScriptedDriver::Reset(TlmStatus& status) {
-    return Answer(Call::Reset, status).result;
+    return Answer(Call::Reset, status).Result;
 }
 
 std::int32_t ScriptedDriver::GetStatus(TlmStatus& status) {
-    return Answer(Call::GetStatus, status).result;
+    return Answer(Call::GetStatus, status).Result;
 }
 
 std::int32_t ScriptedDriver::GetTheNumberofFiles(TlmStatus& status) {
     const Reply reply = Answer(Call::GetTheNumberofFiles, status);
-    return reply.answerFileCount ? static_cast<std::int32_t>(files.size()) : reply.result;
+    return reply.AnswerFileCount ? static_cast<std::int32_t>(files.size()) : reply.Result;
 }
 
 std::int32_t ScriptedDriver::GetTheDownloadList(TlmStatus& status,
@@ -125,7 +125,7 @@ std::int32_t ScriptedDriver::GetTheDownloadList(TlmStatus& status,
     const Reply reply =
         Answer(Call::GetTheDownloadList, status, static_cast<std::int64_t>(entries.size()));
     std::copy_n(files.begin(), std::min(files.size(), entries.size()), entries.begin());
-    return reply.result;
+    return reply.Result;
 }
 
 std::int32_t ScriptedDriver::GetTheLogFile_start(TlmStatus& status, TlmDownloadEntry& entry,
@@ -135,86 +135,86 @@ std::int32_t ScriptedDriver::GetTheLogFile_start(TlmStatus& status, TlmDownloadE
     startedEntry = entry;
     startedFile = file;
     block = entry;
-    block.lngSize = reply.blockSize;
-    return reply.result;
+    block.lngSize = reply.BlockSize;
+    return reply.Result;
 }
 
 std::int32_t ScriptedDriver::GetTheLogFile_reading(TlmStatus& status, TlmTransferBlock& block) {
     const Reply reply = Answer(Call::GetTheLogFile_reading, status);
-    block.lngSize = reply.blockSize;
-    return reply.result;
+    block.lngSize = reply.BlockSize;
+    return reply.Result;
 }
 
 std::int32_t ScriptedDriver::GetTheLogFile_end(TlmStatus& status, TlmTransferBlock& block) {
     const Reply reply = Answer(Call::GetTheLogFile_end, status);
-    block.lngSize = reply.blockSize;
-    return reply.result;
+    block.lngSize = reply.BlockSize;
+    return reply.Result;
 }
 
 std::int32_t ScriptedDriver::InitializeLogFile(TlmStatus& status) {
     const Reply reply = Answer(Call::InitializeLogFile, status);
-    if (reply.result == 0) {
+    if (reply.Result == 0) {
         files.clear();
     }
-    return reply.result;
+    return reply.Result;
 }
 
 std::int32_t ScriptedDriver::GetTheDetonationMap(TlmStatus& status, TlmDetonationMap& map) {
     map = detonationMap;
-    return Answer(Call::GetTheDetonationMap, status).result;
+    return Answer(Call::GetTheDetonationMap, status).Result;
 }
 
 std::int32_t ScriptedDriver::TSInitialize(TlmStatus& status, std::int16_t kind) {
-    return Answer(Call::TSInitialize, status, kind).result;
+    return Answer(Call::TSInitialize, status, kind).Result;
 }
 
 std::int32_t ScriptedDriver::GetTheInitData(TlmStatus& status, std::int32_t index,
                                             TlmInitData& data) {
     data = initData;
-    return Answer(Call::GetTheInitData, status, index).result;
+    return Answer(Call::GetTheInitData, status, index).Result;
 }
 
 std::int32_t ScriptedDriver::SendTheSettingData(TlmStatus& status, const TlmSettingData& sent) {
     const Reply reply = Answer(Call::SendTheSettingData, status);
-    if (reply.result == 0) {
+    if (reply.Result == 0) {
         setting = sent;
     }
-    return reply.result;
+    return reply.Result;
 }
 
 std::int32_t ScriptedDriver::GetTheSettingData(TlmStatus& status, TlmSettingData& read) {
     read = setting;
-    return Answer(Call::GetTheSettingData, status).result;
+    return Answer(Call::GetTheSettingData, status).Result;
 }
 
 std::int32_t ScriptedDriver::GetTheSignalCondition(TlmStatus& status, TlmSignalCondition& read) {
     read = signal;
-    return Answer(Call::GetTheSignalCondition, status).result;
+    return Answer(Call::GetTheSignalCondition, status).Result;
 }
 
 std::int32_t ScriptedDriver::GetTheSpecialData(TlmStatus& status, TlmSpecialData& read) {
     read = special;
-    return Answer(Call::GetTheSpecialData, status).result;
+    return Answer(Call::GetTheSpecialData, status).Result;
 }
 
 std::int32_t ScriptedDriver::GetTheSpecialData_raw(TlmStatus& status,
                                                    std::span<std::uint8_t> buffer) {
     std::memcpy(buffer.data(), &special, std::min(buffer.size(), sizeof special));
     return Answer(Call::GetTheSpecialData_raw, status, static_cast<std::int64_t>(buffer.size()))
-        .result;
+        .Result;
 }
 
 std::int32_t ScriptedDriver::GetTheErrorInfo(TlmStatus& status, std::span<std::uint8_t> buffer) {
     std::fill(buffer.begin(), buffer.end(), std::uint8_t{0});
-    return Answer(Call::GetTheErrorInfo, status, static_cast<std::int64_t>(buffer.size())).result;
+    return Answer(Call::GetTheErrorInfo, status, static_cast<std::int64_t>(buffer.size())).Result;
 }
 
 std::int32_t ScriptedDriver::LoggingControl(TlmStatus& status, std::int32_t value) {
-    return Answer(Call::LoggingControl, status, value).result;
+    return Answer(Call::LoggingControl, status, value).Result;
 }
 
 std::int32_t ScriptedDriver::ServiceModeCtrl(TlmStatus& status, std::int16_t code) {
-    return Answer(Call::ServiceModeCtrl, status, code).result;
+    return Answer(Call::ServiceModeCtrl, status, code).Result;
 }
 
 } // namespace torvane::logger

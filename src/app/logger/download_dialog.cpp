@@ -80,12 +80,12 @@ DownloadDialog::DownloadDialog(logger::Driver& driver, shell::MessageSink& sink,
 
     logger::LoggerLink link(driver_, sink_);
     auto list = logger::ReadLoggerFileList(link);
-    loaded_ = list.has_value() && !list->entries.empty();
+    loaded_ = list.has_value() && !list->Entries.empty();
     if (!loaded_) {
         return;
     }
     list_ = std::move(*list);
-    cmdClear_->setEnabled(list_.clearAllowed);
+    cmdClear_->setEnabled(list_.ClearAllowed);
     FillList();
 }
 
@@ -180,10 +180,10 @@ void DownloadDialog::BuildControls() {
 }
 
 void DownloadDialog::FillList() {
-    for (const logger::FileListRow& row : logger::FileListRows(list_.entries)) {
+    for (const logger::FileListRow& row : logger::FileListRows(list_.Entries)) {
         auto* item = new QTreeWidgetItem(lvwFile_);
-        const std::array texts{row.number, row.fileName, row.measurementTime, row.dataSize,
-                               row.download};
+        const std::array texts{row.Number, row.FileName, row.MeasurementTime, row.DataSize,
+                               row.Download};
         for (std::size_t i = 0; i < texts.size(); ++i) {
             const int column = static_cast<int>(i);
             item->setText(column, QString::fromStdString(texts[i]));
@@ -231,7 +231,7 @@ void DownloadDialog::StartDownload() {
         return;
     }
     const TlmDownloadEntry* chosen =
-        logger::ChooseDownloadEntry(list_.entries, selected->text(0).toInt(), sink_);
+        logger::ChooseDownloadEntry(list_.Entries, selected->text(0).toInt(), sink_);
     if (chosen == nullptr) {
         return;
     }
@@ -255,11 +255,11 @@ void DownloadDialog::DownloadEnded() {
     const std::filesystem::path file = running_->file;
     running_.reset();
     busy_ = false;
-    if (!outcome.ok) {
+    if (!outcome.Ok) {
         DownloadFailed();
         return;
     }
-    result_ = {.cancelled = outcome.stopped, .file = file};
+    result_ = {.cancelled = outcome.Stopped, .file = file};
     accept();
 }
 

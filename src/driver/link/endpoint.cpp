@@ -24,9 +24,9 @@ template <typename Number> bool ParseNumber(std::string_view text, Number& value
 std::optional<Endpoint> ParseEndpoint(std::string_view text, std::string& error) {
     Endpoint endpoint;
     if (text.starts_with(UnixPrefix)) {
-        endpoint.kind = Endpoint::Kind::Unix;
-        endpoint.path = std::string(text.substr(UnixPrefix.size()));
-        if (endpoint.path.empty()) {
+        endpoint.Kind = Endpoint::Kind::Unix;
+        endpoint.Path = std::string(text.substr(UnixPrefix.size()));
+        if (endpoint.Path.empty()) {
             error = "\"unix:\" needs a socket path";
             return std::nullopt;
         }
@@ -38,8 +38,8 @@ std::optional<Endpoint> ParseEndpoint(std::string_view text, std::string& error)
             error = "a tcp endpoint must be on 127.0.0.1";
             return std::nullopt;
         }
-        endpoint.kind = Endpoint::Kind::Tcp;
-        if (!ParseNumber(address.substr(Loopback.size()), endpoint.port)) {
+        endpoint.Kind = Endpoint::Kind::Tcp;
+        if (!ParseNumber(address.substr(Loopback.size()), endpoint.Port)) {
             error = "a tcp endpoint needs a port from 0 to 65535";
             return std::nullopt;
         }
@@ -50,19 +50,19 @@ std::optional<Endpoint> ParseEndpoint(std::string_view text, std::string& error)
 }
 
 std::string ToString(const Endpoint& endpoint) {
-    if (endpoint.kind == Endpoint::Kind::Unix) {
-        return std::string(UnixPrefix) + endpoint.path;
+    if (endpoint.Kind == Endpoint::Kind::Unix) {
+        return std::string(UnixPrefix) + endpoint.Path;
     }
-    return std::string(TcpPrefix) + std::string(Loopback) + std::to_string(endpoint.port);
+    return std::string(TcpPrefix) + std::string(Loopback) + std::to_string(endpoint.Port);
 }
 
 Endpoint DefaultEndpoint() {
     Endpoint endpoint;
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     if (runtime != nullptr && *runtime != '\0') {
-        endpoint.path = std::string(runtime) + "/torvane-logger.sock";
+        endpoint.Path = std::string(runtime) + "/torvane-logger.sock";
     } else {
-        endpoint.path = "/tmp/torvane-logger-" + std::to_string(::getuid()) + ".sock";
+        endpoint.Path = "/tmp/torvane-logger-" + std::to_string(::getuid()) + ".sock";
     }
     return endpoint;
 }

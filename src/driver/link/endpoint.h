@@ -13,9 +13,9 @@ namespace torvane::link {
 
 struct Endpoint {
     enum class Kind { Unix, Tcp };
-    Kind kind = Kind::Unix;
-    std::string path;       // Unix
-    std::uint16_t port = 0; // Tcp; 0 when listening asks the system for a free port
+    Kind Kind = Kind::Unix;
+    std::string Path;       // Unix
+    std::uint16_t Port = 0; // Tcp; 0 when listening asks the system for a free port
 };
 
 // Parses "unix:PATH" or "tcp:127.0.0.1:PORT"; nullopt with a reason in error otherwise.

@@ -81,8 +81,8 @@ TORVANE_LINK_OPERATIONS(TORVANE_LINK_PLAIN, TORVANE_LINK_SPECIAL)
 } // namespace op
 
 struct OperationName {
-    MessageKind kind;
-    std::string_view entryPoint;
+    MessageKind Kind;
+    std::string_view EntryPoint;
 };
 
 // The operations in the order of their kinds, with the entry point that sends each.
@@ -99,7 +99,7 @@ inline constexpr std::uint16_t LastMessageKind =
 consteval bool KindsFollowOn() {
     std::uint16_t expected = static_cast<std::uint16_t>(MessageKind::Close) + 1;
     for (const OperationName& operation : Operations) {
-        if (static_cast<std::uint16_t>(operation.kind) != expected++) {
+        if (static_cast<std::uint16_t>(operation.Kind) != expected++) {
             return false;
         }
     }

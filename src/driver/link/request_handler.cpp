@@ -83,8 +83,8 @@ bool AnswerErrorInfo(DeviceCalls& device, TlmStatus& status, PayloadReader& in,
 
 bool AnswerRequest(DeviceCalls& device, TlmStatus& status, const Frame& request,
                    PayloadWriter& answer) {
-    PayloadReader in(request.payload);
-    switch (request.kind) {
+    PayloadReader in(request.Payload);
+    switch (request.Kind) {
 #define TORVANE_ANSWER_PLAIN(Name, ...)                                                            \
     case MessageKind::Name:                                                                        \
         return AnswerPlain<op::Name>(device, &DeviceCalls::Name, status, in, answer);

@@ -45,11 +45,11 @@ public:
         }
         std::uint32_t magic = 0;
         std::uint16_t version = 0;
-        PayloadReader in(hello.payload);
+        PayloadReader in(hello.Payload);
         const bool understood =
             GetAll(in, magic, version) && magic == ProtocolMagic && version == ProtocolVersion;
         if (!understood) {
-            SendHelloAnswer(channel_, hello.id, Admission::VersionRefused, TLM_ERR_OPEN_FAILED,
+            SendHelloAnswer(channel_, hello.Id, Admission::VersionRefused, TLM_ERR_OPEN_FAILED,
                             TlmStatus{}, Due());
             channel_.Close();
             return;
@@ -57,7 +57,7 @@ public:
         status_ = TlmStatus{};
         const std::int32_t result = device_.Open(status_);
         const bool sent =
-            SendHelloAnswer(channel_, hello.id, Admission::Accepted, result, status_, Due());
+            SendHelloAnswer(channel_, hello.Id, Admission::Accepted, result, status_, Due());
         if (result != TLM_OK) {
             // A refused open is no link: the device never saw one begin, so it hears no Closed().
             channel_.Close();
@@ -74,7 +74,7 @@ public:
         Channel channel(std::move(socket));
         Frame hello;
         if (ReceiveHello(channel, hello)) {
-            SendHelloAnswer(channel, hello.id, Admission::Busy, TLM_ERR_OPEN_FAILED, TlmStatus{},
+            SendHelloAnswer(channel, hello.Id, Admission::Busy, TLM_ERR_OPEN_FAILED, TlmStatus{},
                             Due());
         }
     }
@@ -82,21 +82,21 @@ public:
     // Serves the request that has begun to arrive; any fault ends the link.
     void ServeRequest() {
         Frame request;
-        if (channel_.Receive(request, Due()) != FrameStatus::Ok || request.answer ||
-            request.kind == MessageKind::Hello) {
+        if (channel_.Receive(request, Due()) != FrameStatus::Ok || request.Answer ||
+            request.Kind == MessageKind::Hello) {
             End();
             return;
         }
-        Frame answer{request.kind, true, request.id, {}};
+        Frame answer{request.Kind, true, request.Id, {}};
         PayloadWriter payload;
-        if (request.kind == MessageKind::Close) {
+        if (request.Kind == MessageKind::Close) {
             PutAll(payload, std::int32_t{TLM_OK}, status_);
         } else if (!AnswerRequest(device_, status_, request, payload)) {
             End();
             return;
         }
-        answer.payload = std::move(payload.Bytes());
-        if (channel_.Send(answer, Due()) != FrameStatus::Ok || request.kind == MessageKind::Close ||
+        answer.Payload = std::move(payload.Bytes());
+        if (channel_.Send(answer, Due()) != FrameStatus::Ok || request.Kind == MessageKind::Close ||
             device_.DropLinkNow()) {
             End();
         }
@@ -114,8 +114,8 @@ private:
     Deadline Due() const { return Clock::now() + timeout_; }
 
     bool ReceiveHello(Channel& channel, Frame& hello) const {
-        return channel.Receive(hello, Due()) == FrameStatus::Ok && !hello.answer &&
-               hello.kind == MessageKind::Hello;
+        return channel.Receive(hello, Due()) == FrameStatus::Ok && !hello.Answer &&
+               hello.Kind == MessageKind::Hello;
     }
 
     static bool SendHelloAnswer(Channel& channel, std::uint32_t id, Admission admission,

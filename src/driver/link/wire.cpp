@@ -4,12 +4,12 @@ namespace torvane::link {
 
 void AppendFrame(const Frame& frame, std::vector<std::uint8_t>& out) {
     PayloadWriter header;
-    header.Put(static_cast<std::uint32_t>(frame.payload.size()));
-    header.Put(static_cast<std::uint16_t>(static_cast<std::uint16_t>(frame.kind) |
-                                          (frame.answer ? AnswerBit : 0)));
-    header.Put(frame.id);
+    header.Put(static_cast<std::uint32_t>(frame.Payload.size()));
+    header.Put(static_cast<std::uint16_t>(static_cast<std::uint16_t>(frame.Kind) |
+                                          (frame.Answer ? AnswerBit : 0)));
+    header.Put(frame.Id);
     out.insert(out.end(), header.Bytes().begin(), header.Bytes().end());
-    out.insert(out.end(), frame.payload.begin(), frame.payload.end());
+    out.insert(out.end(), frame.Payload.begin(), frame.Payload.end());
 }
 
 FrameDecode TakeFrame(std::vector<std::uint8_t>& buffer, Frame& frame) {
@@ -30,11 +30,11 @@ FrameDecode TakeFrame(std::vector<std::uint8_t>& buffer, Frame& frame) {
     if (buffer.size() - FrameHeaderSize < length) {
         return FrameDecode::NeedMore;
     }
-    frame.kind = static_cast<MessageKind>(bareKind);
-    frame.answer = (kind & AnswerBit) != 0;
-    frame.id = id;
+    frame.Kind = static_cast<MessageKind>(bareKind);
+    frame.Answer = (kind & AnswerBit) != 0;
+    frame.Id = id;
     const auto payloadBegin = buffer.begin() + FrameHeaderSize;
-    frame.payload.assign(payloadBegin, payloadBegin + length);
+    frame.Payload.assign(payloadBegin, payloadBegin + length);
     buffer.erase(buffer.begin(), payloadBegin + length);
     return FrameDecode::Complete;
 }

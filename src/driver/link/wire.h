@@ -36,10 +36,10 @@ enum class Admission : std::uint8_t {
 };
 
 struct Frame {
-    MessageKind kind = MessageKind::Hello;
-    bool answer = false;
-    std::uint32_t id = 0;
-    std::vector<std::uint8_t> payload;
+    MessageKind Kind = MessageKind::Hello;
+    bool Answer = false;
+    std::uint32_t Id = 0;
+    std::vector<std::uint8_t> Payload;
 };
 
 // Appends the frame's bytes to out. The payload must not exceed MaxPayload.
