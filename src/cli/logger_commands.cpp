@@ -188,10 +188,10 @@ public:
     explicit CountingSink(shell::MessageSink& target)
         : target_(target) {}
     int Show(const shell::Message& message) override {
-        ++shown;
+        ++Shown;
         return target_.Show(message);
     }
-    int shown = 0;
+    int Shown = 0;
 
 private:
     shell::MessageSink& target_;
@@ -219,7 +219,7 @@ int Logger(const LoggerOptions& options) {
     binding::TlmDriver driver;
     LoggerLink link(driver, sink);
     const int status = Run(link, options);
-    if (status != 0 && sink.shown == 0) {
+    if (status != 0 && sink.Shown == 0) {
         return Fail("The logger did not finish the command; \"torvane-cli logger status\" shows "
                     "its state.");
     }

@@ -44,7 +44,7 @@ public:
     std::vector<std::uint8_t> Finish();
 
 private:
-    class Stream;
+    struct Stream;
 
     bool Compress(Stream& stream, std::span<const std::uint8_t> bytes, bool end);
 

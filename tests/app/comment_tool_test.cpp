@@ -142,7 +142,7 @@ private slots:
         QCOMPARE(again.OnLeader, black.OnLeader);
         QCOMPARE(again.InText, black.InText);
         QCOMPARE(again.Elsewhere, 0);
-        QVERIFY(w.Desk.Sink.messages.empty());
+        QVERIFY(w.Desk.Sink.Messages.empty());
     }
 
     // The box ends when the focus goes elsewhere in the program, but waits while another
@@ -167,9 +167,9 @@ private slots:
         std::filesystem::create_directories(load::CommentFilePath(w.File) / "in-the-way");
         PullLeader(w, LeaderOnATrace(w));
         Type(w, "Kept", Qt::Key_Return);
-        QCOMPARE(w.Desk.Sink.messages.size(), std::size_t{1});
-        QVERIFY(w.Desk.Sink.messages[0].Text.starts_with("The comments of RUN.rlg could not be"));
-        QCOMPARE(w.Desk.Sink.messages[0].Icon, shell::icons::Warning);
+        QCOMPARE(w.Desk.Sink.Messages.size(), std::size_t{1});
+        QVERIFY(w.Desk.Sink.Messages[0].Text.starts_with("The comments of RUN.rlg could not be"));
+        QCOMPARE(w.Desk.Sink.Messages[0].Icon, shell::icons::Warning);
         QCOMPARE(Drawn(w).size(), std::size_t{1});
     }
 };

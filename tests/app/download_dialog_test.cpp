@@ -91,7 +91,7 @@ private slots:
         Desk desk({{1, 0, 3725, 1024}, {2, -1, 3, 500}, {3, -1, 4, 1023}, {12, 0, 60, 0}});
         DownloadDialog& dialog = desk.Open();
         QVERIFY(dialog.Loaded());
-        QVERIFY(desk.Sink.messages.empty());
+        QVERIFY(desk.Sink.Messages.empty());
         const QTreeWidget* list = List(dialog);
         // The file of 3 seconds stays out.
         QCOMPARE(list->topLevelItemCount(), 3);
@@ -107,7 +107,7 @@ private slots:
         Desk later({{1, 0, 60, 3000}, {2, 0, 60, 3000}}, "2");
         DownloadDialog& clearing = later.Open();
         const char* ask = "Do you want to clear all data in the logger ?";
-        later.Sink.answers = {shell::answers::Cancel};
+        later.Sink.Answers = {shell::answers::Cancel};
         Click(Control(clearing, "cmdClear"));
         QCOMPARE(later.Driver.CountOf(Call::InitializeLogFile), 0);
         QVERIFY(clearing.isVisible());
@@ -117,7 +117,7 @@ private slots:
         QVERIFY(later.Driver.files.empty());
         QCOMPARE(later.Sink.Texts(), (std::vector<std::string>{ask, ask, "Completed."}));
         QVERIFY(!clearing.isVisible());
-        QVERIFY(clearing.Result().cancelled);
+        QVERIFY(clearing.Result().Cancelled);
     }
 
     void DownloadFillsTheBarAndClosesWithTheNextFileName() {
@@ -149,13 +149,13 @@ private slots:
         QTRY_VERIFY(!dialog.Busy());
 
         QCOMPARE(desk.Sink.Texts(), std::vector<std::string>{AskToDownload});
-        QCOMPARE(desk.Sink.messages[0].Buttons, shell::buttons::OkCancel);
+        QCOMPARE(desk.Sink.Messages[0].Buttons, shell::buttons::OkCancel);
         QCOMPARE(desk.Driver.blocks, 4);
         QCOMPARE(desk.Driver.startedEntry->intNumber, std::int16_t{4});
         QVERIFY(!dialog.isVisible());
         QCOMPARE(dialog.result(), int{QDialog::Accepted});
-        QVERIFY(!dialog.Result().cancelled);
-        QCOMPARE(dialog.Result().file, desk.Temp / "LGGR0008.rlg");
+        QVERIFY(!dialog.Result().Cancelled);
+        QCOMPARE(dialog.Result().File, desk.Temp / "LGGR0008.rlg");
         QCOMPARE(desk.Driver.startedFile, desk.Temp / "LGGR0008.rlg");
         QCOMPARE(Bar(dialog)->value(), Bar(dialog)->maximum());
         QCOMPARE(Label(dialog, "lblReadData"), QString("4096"));
@@ -191,8 +191,8 @@ private slots:
         desk.Driver.ScriptTransfer(3, 1000);
         Click(Control(dialog, "cmdOk"));
         QTRY_VERIFY(!dialog.isVisible());
-        QVERIFY(!dialog.Result().cancelled);
-        QCOMPARE(dialog.Result().file, desk.Temp / "LGGR0001.rlg");
+        QVERIFY(!dialog.Result().Cancelled);
+        QCOMPARE(dialog.Result().File, desk.Temp / "LGGR0001.rlg");
     }
 
     // The stop button pressed while blocks move is asked about before the next block: No goes
@@ -216,14 +216,14 @@ private slots:
                 QVERIFY(Control(dialog, "cmdOk")->isEnabled());
             }
         };
-        desk.Sink.answers = {shell::answers::Ok, shell::answers::No, shell::answers::Yes};
+        desk.Sink.Answers = {shell::answers::Ok, shell::answers::No, shell::answers::Yes};
         Click(Control(dialog, "cmdOk"));
         QTRY_VERIFY(!dialog.isVisible());
 
         const char* stop = "Do you stop downloading? ";
         QCOMPARE(desk.Sink.Texts(), (std::vector<std::string>{AskToDownload, stop, stop}));
         QCOMPARE(desk.Driver.blocks, 3);
-        QVERIFY(dialog.Result().cancelled);
+        QVERIFY(dialog.Result().Cancelled);
         QCOMPARE(desk.Temp.FileNames(), (std::vector<std::string>{"LGGR0001.rlg"}));
     }
 };

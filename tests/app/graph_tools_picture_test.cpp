@@ -109,9 +109,9 @@ private slots:
         QTest::mousePress(bench.Picture, Qt::LeftButton, {}, {300, 200});
         bench.MoveTo({340, 200});
         QTRY_COMPARE(bench.State().DragState, graph::DragState::None);
-        QCOMPARE(bench.Desk.Sink.messages.size(), std::size_t{1});
-        QCOMPARE(bench.Desk.Sink.messages[0].Text, std::string("Error DirectX."));
-        QCOMPARE(bench.Desk.Sink.messages[0].Icon, shell::icons::Stop);
+        QCOMPARE(bench.Desk.Sink.Messages.size(), std::size_t{1});
+        QCOMPARE(bench.Desk.Sink.Messages[0].Text, std::string("Error DirectX."));
+        QCOMPARE(bench.Desk.Sink.Messages[0].Icon, shell::icons::Stop);
         QTest::mouseRelease(bench.Picture, Qt::LeftButton, {}, {340, 200});
     }
 

@@ -213,20 +213,20 @@ private slots:
         QVERIFY(window.View->RedrawGraph(render::RedrawMode::Rebuild));
         std::filesystem::remove(window.state.Layers.StreamPath(0, "VFW"));
         QVERIFY(!window.View->RedrawGraph(render::RedrawMode::Rebuild));
-        QCOMPARE(window.Sink.messages.size(), std::size_t{1});
-        QVERIFY(window.Sink.messages[0].Text.starts_with("Error(53)"));
+        QCOMPARE(window.Sink.Messages.size(), std::size_t{1});
+        QVERIFY(window.Sink.Messages[0].Text.starts_with("Error(53)"));
         // A loaded window redraws on paint; a failure clears the state so it is not retried.
         window.state.SingleFileState = graph::SingleFileState::Loaded;
         window.Shown();
         QCOMPARE(window.state.SingleFileState, graph::SingleFileState::Cleared);
-        QCOMPARE(window.Sink.messages.size(), std::size_t{1});
+        QCOMPARE(window.Sink.Messages.size(), std::size_t{1});
         // What the operator saw stays.
         QCOMPARE(window.At(133, TraceRow), TraceColor);
 
         // A band wholly below the picture is never read, so its missing stream is no failure.
         window.state.Views[0].Display.Items[logdata::VFW].Bottom = 2000;
         QVERIFY(window.View->RedrawGraph(render::RedrawMode::Rebuild));
-        QCOMPARE(window.Sink.messages.size(), std::size_t{1});
+        QCOMPARE(window.Sink.Messages.size(), std::size_t{1});
     }
 
     void LinesKeepTheirDashPatternAndTheirPixelsWhenClipped() {

@@ -75,7 +75,7 @@ private slots:
         GraphWindow* window = desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given,
                                                            desk.Run("MUGELLO.rlg", 60000.0));
         QVERIFY(window != nullptr);
-        QVERIFY(desk.Sink.messages.empty());
+        QVERIFY(desk.Sink.Messages.empty());
         QVERIFY(QTest::qWaitForWindowExposed(&desk.Frame));
 
         auto* file = window->findChild<app::FileCaptionBox*>("chkFile0");
@@ -167,13 +167,13 @@ private slots:
                      {damaged, 40, "File access error.", shell::icons::Stop},
                      {run, 80, load::MemoryShortMessage, shell::icons::Stop}};
         for (const auto& refused : cases) {
-            desk.Sink.messages.clear();
+            desk.Sink.Messages.clear();
             desk.Memory.usedPercent = refused.memory;
             QVERIFY(desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given, refused.file) ==
                     nullptr);
-            QCOMPARE(desk.Sink.messages.size(), std::size_t{1});
-            QCOMPARE(desk.Sink.messages[0].Text, refused.message);
-            QCOMPARE(desk.Sink.messages[0].Icon, refused.icon);
+            QCOMPARE(desk.Sink.Messages.size(), std::size_t{1});
+            QCOMPARE(desk.Sink.Messages[0].Text, refused.message);
+            QCOMPARE(desk.Sink.Messages[0].Icon, refused.icon);
             QVERIFY(desk.Frame.Area()->subWindowList().isEmpty());
             QVERIFY(!desk.Registry.AnyFroms());
             QCOMPARE(desk.TempFiles(), std::size_t{0});
@@ -223,7 +223,7 @@ private slots:
 
         answers.push_back({desk.Paths.DataDir() / "KEPT.rlg", false, false});
         desk.Frame.Action("mnuSave")->trigger();
-        QVERIFY(desk.Sink.messages.empty());
+        QVERIFY(desk.Sink.Messages.empty());
         QVERIFY(!fs::exists(downloaded));
         QVERIFY(fs::exists(desk.Paths.DataDir() / "KEPT.rlg"));
         QCOMPARE(desk.Registry.GetLogger(window->Number()), 0);
@@ -233,7 +233,7 @@ private slots:
         QVERIFY(caption->grab().toImage() != before);
 
         desk.Frame.Action("mnuFileClose")->trigger();
-        QVERIFY(desk.Sink.messages.empty());
+        QVERIFY(desk.Sink.Messages.empty());
         QVERIFY(desk.Frame.GraphWindows().isEmpty());
         QVERIFY(!desk.Frame.Action("mnuSave")->isEnabled());
     }
@@ -255,8 +255,8 @@ private slots:
 
         desk.Sink.SetAnswer(shell::answers::Cancel);
         QVERIFY(!desk.Frame.close());
-        QCOMPARE(desk.Sink.messages.size(), size_t{1});
-        QCOMPARE(desk.Sink.messages[0].Text, std::string(load::NotSavedMessage));
+        QCOMPARE(desk.Sink.Messages.size(), size_t{1});
+        QCOMPARE(desk.Sink.Messages[0].Text, std::string(load::NotSavedMessage));
         QVERIFY(desk.Frame.isVisible());
         QCOMPARE(desk.Frame.GraphWindows(), (QList<GraphWindow*>{fromDisk, fromLogger}));
         QVERIFY(fromDisk->isVisible() && fromLogger->isVisible());
@@ -266,7 +266,7 @@ private slots:
 
         desk.Sink.SetAnswer(shell::answers::Yes);
         QVERIFY(desk.Frame.close());
-        QCOMPARE(desk.Sink.messages.size(), size_t{2});
+        QCOMPARE(desk.Sink.Messages.size(), size_t{2});
         QVERIFY(desk.Frame.GraphWindows().isEmpty());
         QCOMPARE(desk.TempFiles(".tmp"), size_t{0});
     }
@@ -299,7 +299,7 @@ private slots:
             DropOn(desk.Frame, urls);
             QVERIFY(desk.Frame.GraphWindows().isEmpty());
         }
-        QVERIFY(desk.Sink.messages.empty());
+        QVERIFY(desk.Sink.Messages.empty());
 
         DropOn(desk.Frame, {UrlOf(run), notes});
         QCOMPARE(desk.Frame.GraphWindows().size(), 1);

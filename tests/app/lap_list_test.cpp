@@ -172,8 +172,8 @@ private slots:
         const QString atStart = title->text();
         std::filesystem::remove(layers.StreamPath(0, "Ne"));
         ClickRow(*grid, 3);
-        QCOMPARE(desk.Sink.messages.size(), std::size_t{1});
-        QVERIFY(desk.Sink.messages[0].Text.starts_with("Error(53)"));
+        QCOMPARE(desk.Sink.Messages.size(), std::size_t{1});
+        QVERIFY(desk.Sink.Messages[0].Text.starts_with("Error(53)"));
         QCOMPARE(title->text(), atStart);
     }
 };

@@ -122,11 +122,11 @@ private slots:
 
         controls.Name->clear();
         QTest::keyClick(controls.Name, Qt::Key_Return);
-        QVERIFY(desk.Sink.messages.empty());
+        QVERIFY(desk.Sink.Messages.empty());
         controls.Name->setText("   ");
         controls.Save->setFocus();
         controls.Save->click();
-        QCOMPARE(desk.Sink.messages.at(0).Text, std::string(layout::LayoutNameMissingMessage));
+        QCOMPARE(desk.Sink.Messages.at(0).Text, std::string(layout::LayoutNameMissingMessage));
         QVERIFY(controls.Name->hasFocus());
         QVERIFY(dialog.isVisible());
 

@@ -38,7 +38,7 @@ TEST_F(DeployTest, GoodFileFillsTheLayerUnderItsFileNumber) {
     run.Header.SetWord(SettingWord::Sus, 1);
     run.Header.SetWord(SettingWord::Reserved40, 10);
     ASSERT_TRUE(Deploy());
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
     EXPECT_EQ(driver.fileNumbers.back(), 10);
     const LayerRecord& layer = layers.Layer[0];
     EXPECT_EQ(layer.Header, run.Header);
@@ -86,26 +86,26 @@ TEST_F(DeployTest, DriverResultsShowTheirMessagesWithStopIcon) {
     for (const auto& [result, text] : cases) {
         driver.result = result;
         EXPECT_FALSE(Deploy()) << result;
-        ASSERT_FALSE(sink.messages.empty());
-        EXPECT_EQ(sink.messages.back().Text, text);
-        EXPECT_EQ(sink.messages.back().Icon, shell::icons::Stop);
-        EXPECT_EQ(sink.messages.back().Buttons, shell::buttons::Ok);
+        ASSERT_FALSE(sink.Messages.empty());
+        EXPECT_EQ(sink.Messages.back().Text, text);
+        EXPECT_EQ(sink.Messages.back().Icon, shell::icons::Stop);
+        EXPECT_EQ(sink.Messages.back().Buttons, shell::buttons::Ok);
     }
 }
 
 TEST_F(DeployTest, RefusedHeaderWarnsAndAThrowingDriverIsARunTimeError) {
     run.Header.SetWord(SettingWord::Sus, 4);
     EXPECT_FALSE(Deploy(1));
-    ASSERT_EQ(sink.messages.size(), 1u);
-    EXPECT_EQ(sink.messages[0].Text, "A file format is not correct.");
-    EXPECT_EQ(sink.messages[0].Icon, shell::icons::Warning);
+    ASSERT_EQ(sink.Messages.size(), 1u);
+    EXPECT_EQ(sink.Messages[0].Text, "A file format is not correct.");
+    EXPECT_EQ(sink.Messages[0].Icon, shell::icons::Warning);
     EXPECT_TRUE(layers.Layer[1].ItemChannel.empty());
 
     driver.throws = true;
     EXPECT_FALSE(Deploy());
-    ASSERT_EQ(sink.messages.size(), 2u);
-    EXPECT_EQ(sink.messages[1].Text.rfind("Error(", 0), 0u);
-    EXPECT_EQ(sink.messages[1].Icon, shell::icons::Stop);
+    ASSERT_EQ(sink.Messages.size(), 2u);
+    EXPECT_EQ(sink.Messages[1].Text.rfind("Error(", 0), 0u);
+    EXPECT_EQ(sink.Messages[1].Icon, shell::icons::Stop);
 }
 
 } // namespace

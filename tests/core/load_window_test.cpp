@@ -87,7 +87,7 @@ protected:
 
 TEST_F(LoadTest, MainFileIsReadyToShowWithTheScrollItemItHas) {
     ASSERT_TRUE(Load(MakeRun(6000, true)));
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
     EXPECT_EQ(files.SingleFileState, graph::SingleFileState::Loaded);
     EXPECT_EQ(files.Layers.Layer[0].MeasureTime, 6000.0);
     EXPECT_EQ(files.Time, display.Time);
@@ -103,8 +103,8 @@ TEST_F(LoadTest, MainFileIsReadyToShowWithTheScrollItemItHas) {
 
 TEST_F(LoadTest, RunOrLayerOfThreeSecondsOrLessIsRefusedAndItsNumberUsedAgain) {
     ASSERT_FALSE(Load(MakeRun(3000)));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].Text, ShortMeasurementMessage);
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_EQ(sink.Messages[0].Text, ShortMeasurementMessage);
     EXPECT_TRUE(view.steps.empty());
 
     // Ne at 5 ms gives the next length above the limit.
@@ -115,8 +115,8 @@ TEST_F(LoadTest, RunOrLayerOfThreeSecondsOrLessIsRefusedAndItsNumberUsedAgain) {
     EXPECT_EQ(files.Layers.Layer[0].MeasureTime, 3005.0);
 
     EXPECT_FALSE(Open(MakeRun(3000), "/runs/SHORT.rlg"));
-    ASSERT_EQ(sink.messages.size(), 2U);
-    EXPECT_EQ(sink.messages[1].Text, ShortMeasurementMessage);
+    ASSERT_EQ(sink.Messages.size(), 2U);
+    EXPECT_EQ(sink.Messages[1].Text, ShortMeasurementMessage);
     EXPECT_EQ(files.LastLayer, 0);
     ASSERT_TRUE(Open(MakeRun(8000), "/runs/LONG.rlg"));
     EXPECT_EQ(driver.fileNumbers, (std::vector<int>{10, 10, 11, 11}));
@@ -125,8 +125,8 @@ TEST_F(LoadTest, RunOrLayerOfThreeSecondsOrLessIsRefusedAndItsNumberUsedAgain) {
 TEST_F(LoadTest, FailedDeploymentShowsTheDriversMessageAndAFailedWindowStepFailsTheLoad) {
     driver.result = -4;
     EXPECT_FALSE(Load(MakeRun(6000)));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].Text, "File access error.");
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_EQ(sink.Messages[0].Text, "File access error.");
     EXPECT_TRUE(folder.FileNames().empty());
     driver.result = 0;
 
@@ -162,7 +162,7 @@ TEST_F(LoadTest, SecondAndThirdLayersOpenAndAFourthIsRefused) {
     EXPECT_FALSE(Open(MakeRun(5000), "/runs/FOURTH.rlg"));
     EXPECT_EQ(driver.fileNumbers, (std::vector<int>{10, 11, 12}));
     EXPECT_EQ(files.LastLayer, 2);
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 }
 
 TEST_F(LoadTest, ClosingLayersFallsBackToTheMainFile) {
@@ -241,7 +241,7 @@ TEST_F(LoadTest, CommentsComeBackWithTheirFileAsMainFileOrLayerAndGoWithTheLayer
     EXPECT_TRUE(graph::LayerComments(files.Comments, 1).empty());
     EXPECT_EQ(graph::LayerComments(files.Comments, 0).size(), 1U);
     EXPECT_TRUE(fs::exists(CommentFilePath(run)));
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 }
 
 // A downloaded file in TMP, in window 1 of the registry.
@@ -278,14 +278,14 @@ TEST_F(QueryUnloadTest, NothingIsAskedForAFileFromTheDiskOrGoneCancelKeepsItAndN
     registry.SetLogger(files.Layers.WindowNumber, 1);
     fs::remove(downloaded);
     EXPECT_TRUE(Query(shell::answers::Cancel));
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 
     // For a downloaded file Cancel keeps the window and No deletes the file.
     torvane::testing::WriteText(downloaded, "logging file");
     EXPECT_FALSE(Query(shell::answers::Cancel));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].Text, "This file is not saved.\r\nDoes it save?");
-    EXPECT_EQ(sink.messages[0].Buttons, shell::buttons::YesNoCancel);
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_EQ(sink.Messages[0].Text, "This file is not saved.\r\nDoes it save?");
+    EXPECT_EQ(sink.Messages[0].Buttons, shell::buttons::YesNoCancel);
     EXPECT_TRUE(fs::exists(downloaded));
     EXPECT_EQ(dialogs, 0);
 
@@ -304,8 +304,8 @@ TEST_F(QueryUnloadTest, YesMovesTheFileToAnotherChosenPlaceOrReportsAFailedCopy)
     EXPECT_TRUE(fs::exists(downloaded));
 
     EXPECT_TRUE(Query(shell::answers::Yes, data / "missing" / "RUN.rlg"));
-    ASSERT_EQ(sink.messages.size(), 4U);
-    EXPECT_TRUE(sink.messages[3].Text.starts_with("Error(76)\r")) << sink.messages[3].Text;
+    ASSERT_EQ(sink.Messages.size(), 4U);
+    EXPECT_TRUE(sink.Messages[3].Text.starts_with("Error(76)\r")) << sink.Messages[3].Text;
     EXPECT_TRUE(fs::exists(downloaded));
 
     graph::CommentRecord comment;

@@ -174,18 +174,18 @@ TEST_F(DownloadTest, ALinkLostBetweenStepsIsReportedAndLeavesNoHalfFile) {
 
 TEST_F(DownloadTest, StopAnsweredNoGoesOnYesEndsWithoutFailureAndKeepsTheFile) {
     ScriptThreeBlocks(Driver);
-    Sink.answers = {shell::answers::No};
+    Sink.Answers = {shell::answers::No};
     const DownloadOutcome goesOn = Downloaded(2);
     EXPECT_TRUE(goesOn.Ok);
     EXPECT_FALSE(goesOn.Stopped);
     EXPECT_THAT(observer.stopAnswers, ElementsAre(false));
     EXPECT_THAT(observer.progress, ElementsAre(100, 300, 350));
     EXPECT_THAT(Sink.Texts(), ElementsAre("Do you stop downloading? ")) << "asked once only";
-    EXPECT_EQ(Sink.messages[0].Buttons, shell::buttons::YesNo);
+    EXPECT_EQ(Sink.Messages[0].Buttons, shell::buttons::YesNo);
 
     ScriptedLink fresh;
     ScriptThreeBlocks(fresh.Driver);
-    fresh.Sink.answers = {shell::answers::Yes};
+    fresh.Sink.Answers = {shell::answers::Yes};
     torvane::testing::WriteText(File(), "the first block");
     ProbeObserver stopping;
     const DownloadOutcome stopped = Stepped(fresh, stopping, File(), 2);
@@ -202,7 +202,7 @@ TEST_F(DownloadTest, StopAnsweredNoGoesOnYesEndsWithoutFailureAndKeepsTheFile) {
 TEST_F(DownloadTest, AStoppedFlaggedLoggerStaysStoppedAndAnEarlyStopGivesUp) {
     Driver.flags = TLM_FLAG_DOWNLOAD;
     ScriptThreeBlocks(Driver);
-    Sink.answers = {shell::answers::Yes};
+    Sink.Answers = {shell::answers::Yes};
     EXPECT_TRUE(Downloaded(1).Stopped);
     EXPECT_EQ(Driver.CountOf(Call::GetTheLogFile_reading), 0);
     EXPECT_THAT(Driver.LoggingControlValues(), ElementsAre(1));
@@ -242,8 +242,8 @@ TEST(FileListTexts, ColumnsAndChoicesWithoutFilesOfThreeSecondsOrLess) {
     EXPECT_EQ(ChooseDownloadEntry(entries, 9, sink), nullptr);
     EXPECT_THAT(sink.Texts(), IsEmpty());
     EXPECT_EQ(ChooseDownloadEntry(entries, 1, sink), nullptr);
-    ASSERT_EQ(sink.messages.size(), 1u);
-    EXPECT_EQ(sink.messages[0].Text, "Can not open the specified file,Because of excessive "
+    ASSERT_EQ(sink.Messages.size(), 1u);
+    EXPECT_EQ(sink.Messages[0].Text, "Can not open the specified file,Because of excessive "
                                      "short measurement time.");
 }
 
@@ -295,17 +295,17 @@ class ClearTest : public ::testing::Test, protected ScriptedLink {};
 
 // No to the acquisition question that follows ends it as it ends any logger action (LinkTest).
 TEST_F(ClearTest, CancelDoesNotClear) {
-    Sink.answers = {shell::answers::Cancel};
+    Sink.Answers = {shell::answers::Cancel};
     EXPECT_EQ(ClearLogger(Link), ClearOutcome::Declined);
     EXPECT_THAT(Driver.calls, IsEmpty());
-    ASSERT_EQ(Sink.messages.size(), 1u);
-    EXPECT_EQ(Sink.messages[0].Text, "Do you want to clear all data in the logger ?");
-    EXPECT_EQ(Sink.messages[0].Buttons, shell::buttons::OkCancel);
+    ASSERT_EQ(Sink.Messages.size(), 1u);
+    EXPECT_EQ(Sink.Messages[0].Text, "Do you want to clear all data in the logger ?");
+    EXPECT_EQ(Sink.Messages[0].Buttons, shell::buttons::OkCancel);
 }
 
 TEST_F(ClearTest, ClearsAStoppedLoggerAndGivesItBackOrReportsAFailedClear) {
     Driver.files = {{1, 0, 30, 100}};
-    Sink.answers = {shell::answers::Ok, shell::answers::Cancel};
+    Sink.Answers = {shell::answers::Ok, shell::answers::Cancel};
     EXPECT_EQ(ClearLogger(Link), ClearOutcome::Cleared);
     EXPECT_TRUE(Driver.files.empty());
     EXPECT_THAT(Sink.Texts(),
@@ -316,8 +316,8 @@ TEST_F(ClearTest, ClearsAStoppedLoggerAndGivesItBackOrReportsAFailedClear) {
     EXPECT_THAT(Driver.LoggingControlValues(), ElementsAre(1, 0));
 
     // A failed clear is reported and not completed.
-    Sink.messages.clear();
-    Sink.answers = {shell::answers::Ok};
+    Sink.Messages.clear();
+    Sink.Answers = {shell::answers::Ok};
     Driver.Script(Call::InitializeLogFile, {{.Result = TLM_ERR_PROTOCOL}});
     EXPECT_EQ(ClearLogger(Link), ClearOutcome::NotCleared);
     EXPECT_THAT(Sink.Texts(), ElementsAre("Do you want to clear all data in the logger ?",

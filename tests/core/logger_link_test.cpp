@@ -41,10 +41,10 @@ TEST_F(LinkTest, FiveFailedTriesShowTheFirstSenseOnceAndOtherCodesEndAtOnceUnrep
     EXPECT_EQ(ReadSetting(Link, setting), results::SenseShown);
     EXPECT_THAT(Sink.Texts(), ElementsAre("Sence code error. Error code = 005",
                                           "Sence code error. Error code = 009"));
-    EXPECT_EQ(Sink.messages[0].Buttons, shell::buttons::Ok);
+    EXPECT_EQ(Sink.Messages[0].Buttons, shell::buttons::Ok);
 
     // Other driver codes end at once, unreported.
-    Sink.messages.clear();
+    Sink.Messages.clear();
     Driver.Script(Call::InitializeLogFile, {{.Result = TLM_ERR_PROTOCOL}});
     EXPECT_EQ(ClearLogFiles(Link), TLM_ERR_PROTOCOL);
     Driver.Script(Call::InitializeLogFile, {{.Sense = 4}, {.Result = TLM_ERR_SENSE}});
@@ -113,7 +113,7 @@ TEST_F(LinkTest, ReportDriverErrorTellsKnownCodesAndClosesUnlessKeptOpen) {
                                           "USB device error. Error code =  1016",
                                           "USB device error. Error code =  1017",
                                           "Sence code error. Error code = 033"));
-    Sink.messages.clear();
+    Sink.Messages.clear();
     ReportDriverError(Link, -8, false);
     EXPECT_THAT(Sink.Texts(), IsEmpty());
     EXPECT_EQ(Driver.CountOf(Call::Close), 1);
@@ -134,7 +134,7 @@ TEST_F(LinkTest, WaitLoggerReadyPollsUntilIdleABrokenLoggerOrAnError) {
     EXPECT_THAT(Sink.Texts(), ElementsAre("Logger is out of order."));
     Driver.Script(Call::GetStatus, {{.State = TLM_STATE_WRITING_FLASH, .Error = 3}});
     EXPECT_EQ(WaitLoggerReady(Link), results::ErrorState);
-    EXPECT_EQ(Sink.messages.size(), 1u);
+    EXPECT_EQ(Sink.Messages.size(), 1u);
     Driver.Script(Call::GetStatus, {{.Result = TLM_ERR_PROTOCOL}});
     EXPECT_EQ(WaitLoggerReady(Link), TLM_ERR_PROTOCOL);
     EXPECT_EQ(Pauses.size(), 1u);
@@ -181,13 +181,13 @@ TEST_F(LinkTest, AnIdleLoggerIsActedOnAndABusyOrMissingOneToldAndClosed) {
 
 TEST_F(LinkTest, AnAcquiringLoggerIsStoppedOnlyIfTheOperatorSaysYes) {
     Driver.state = TLM_STATE_ACQUIRING;
-    Sink.answers = {shell::answers::No, shell::answers::Yes};
+    Sink.Answers = {shell::answers::No, shell::answers::Yes};
     ActionProbe probe;
     EXPECT_FALSE(RunLoggerAction(Link, {}, probe.Action()).Done);
     EXPECT_EQ(probe.Runs, 0);
-    ASSERT_EQ(Sink.messages.size(), 1u);
-    EXPECT_EQ(Sink.messages[0].Text, "Logger is acquiring data.\r\nMay I stop operation?");
-    EXPECT_EQ(Sink.messages[0].Buttons, shell::buttons::YesNo);
+    ASSERT_EQ(Sink.Messages.size(), 1u);
+    EXPECT_EQ(Sink.Messages[0].Text, "Logger is acquiring data.\r\nMay I stop operation?");
+    EXPECT_EQ(Sink.Messages[0].Buttons, shell::buttons::YesNo);
     EXPECT_THAT(Driver.Sequence(), ElementsAre(Call::Open, Call::GetStatus, Call::Close));
 
     Driver.calls.clear();
@@ -200,7 +200,7 @@ TEST_F(LinkTest, AnAcquiringLoggerIsStoppedOnlyIfTheOperatorSaysYes) {
 
     // Reading windows let an acquiring logger through without asking.
     Driver.calls.clear();
-    Sink.messages.clear();
+    Sink.Messages.clear();
     EXPECT_TRUE(
         RunLoggerAction(Link, {.WhenAcquiring = WhenAcquiring::LetThrough}, probe.Action()).Done);
     EXPECT_FALSE(probe.SawStoppedAcquisition);
@@ -210,7 +210,7 @@ TEST_F(LinkTest, AnAcquiringLoggerIsStoppedOnlyIfTheOperatorSaysYes) {
 
 TEST_F(LinkTest, AFailedActionIsReportedOnceAndClosesTheLinkWithoutGivingBack) {
     Driver.state = TLM_STATE_ACQUIRING;
-    Sink.answers = {shell::answers::Yes};
+    Sink.Answers = {shell::answers::Yes};
     ActionProbe probe;
     probe.Result = TLM_ERR_PROTOCOL;
     const ActionResult result = RunLoggerAction(Link, {}, probe.Action());

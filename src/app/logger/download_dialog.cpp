@@ -242,7 +242,7 @@ void DownloadDialog::StartDownload() {
     cmdCancel_->setFocus();
     SetIdleControlsEnabled(false);
     busy_ = true;
-    running_ = std::make_unique<Running>(*this, logger::NextLoggerFileName(request_.tempDir));
+    running_ = std::make_unique<Running>(*this, logger::NextLoggerFileName(request_.TempDir));
     if (running_->download.Start(entry, running_->file)) {
         steps_->Run(running_->download);
     } else {
@@ -259,7 +259,7 @@ void DownloadDialog::DownloadEnded() {
         DownloadFailed();
         return;
     }
-    result_ = {.cancelled = outcome.Stopped, .file = file};
+    result_ = {.Cancelled = outcome.Stopped, .File = file};
     accept();
 }
 

@@ -72,11 +72,11 @@ public:
     explicit RecordingSink(int answer = answers::Ok)
         : answer_(answer) {}
     int Show(const Message& message) override {
-        messages.push_back(message);
+        Messages.push_back(message);
         return answer_;
     }
     void SetAnswer(int answer) { answer_ = answer; }
-    std::vector<Message> messages;
+    std::vector<Message> Messages;
 
 private:
     int answer_;

@@ -11,11 +11,10 @@
 
 namespace torvane::link {
 
-class Server::Impl {
-public:
-    Listener listener;
-    WakeSignal wake;
-    std::atomic<bool> stopping{false};
+struct Server::Impl {
+    link::Listener Listener;
+    WakeSignal Wake;
+    std::atomic<bool> Stopping{false};
 };
 
 namespace {
@@ -143,37 +142,37 @@ Server::Server()
 Server::~Server() = default;
 
 bool Server::Listen(const Endpoint& endpoint, std::string& error) {
-    if (impl_->wake.Descriptor() < 0) {
+    if (impl_->Wake.Descriptor() < 0) {
         error = "cannot make the wake-up pipe";
         return false;
     }
-    if (!impl_->listener.Open(endpoint, error)) {
+    if (!impl_->Listener.Open(endpoint, error)) {
         return false;
     }
-    bound_ = impl_->listener.Bound();
+    bound_ = impl_->Listener.Bound();
     return true;
 }
 
 bool Server::Run(DeviceCalls& device) {
-    if (impl_->listener.Descriptor() < 0) {
+    if (impl_->Listener.Descriptor() < 0) {
         return false;
     }
     Session session(device, timeout_);
     for (;;) {
-        if (impl_->stopping.load()) {
+        if (impl_->Stopping.load()) {
             // Clients that come now find nothing rather than a listener that never answers.
             session.End();
-            impl_->listener.Close();
+            impl_->Listener.Close();
             return true;
         }
         if (session.HasBufferedRequest()) {
             session.ServeRequest();
             continue;
         }
-        const std::array<int, 3> watched{impl_->wake.Descriptor(), impl_->listener.Descriptor(),
+        const std::array<int, 3> watched{impl_->Wake.Descriptor(), impl_->Listener.Descriptor(),
                                          session.Descriptor()};
         const std::uint32_t ready = WaitReadable(watched, std::nullopt);
-        if (impl_->stopping.load()) {
+        if (impl_->Stopping.load()) {
             continue;
         }
         if (ready == 0) {
@@ -185,7 +184,7 @@ bool Server::Run(DeviceCalls& device) {
             session.ServeRequest();
         }
         if ((ready & 2u) != 0) {
-            Socket client = impl_->listener.Accept();
+            Socket client = impl_->Listener.Accept();
             if (client.IsOpen() && session.IsOpen()) {
                 session.TurnAway(std::move(client));
             } else if (client.IsOpen()) {
@@ -196,8 +195,8 @@ bool Server::Run(DeviceCalls& device) {
 }
 
 void Server::Stop() noexcept {
-    impl_->stopping.store(true);
-    impl_->wake.Notify();
+    impl_->Stopping.store(true);
+    impl_->Wake.Notify();
 }
 
 } // namespace torvane::link
