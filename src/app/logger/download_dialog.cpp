@@ -19,9 +19,9 @@ namespace torvane::app {
 namespace {
 
 struct Column {
-    const char* title;
-    int width; // 0: the list's default
-    Qt::Alignment alignment;
+    const char* Title;
+    int Width; // 0: the list's default
+    Qt::Alignment Alignment;
 };
 
 constexpr std::array<Column, 5> Columns{{
@@ -55,15 +55,15 @@ private:
 
 struct DownloadDialog::Running {
     Running(DownloadDialog& dialog, std::filesystem::path target)
-        : link(dialog.driver_, dialog.sink_)
-        , watcher(dialog)
-        , download(link, watcher)
-        , file(std::move(target)) {}
+        : Link(dialog.driver_, dialog.sink_)
+        , Watcher(dialog)
+        , Download(Link, Watcher)
+        , File(std::move(target)) {}
 
-    logger::LoggerLink link;
-    Watcher watcher;
-    logger::Download download;
-    std::filesystem::path file;
+    logger::LoggerLink Link;
+    DownloadDialog::Watcher Watcher;
+    logger::Download Download;
+    std::filesystem::path File;
 };
 
 DownloadDialog::DownloadDialog(logger::Driver& driver, shell::MessageSink& sink,
@@ -108,14 +108,14 @@ void DownloadDialog::BuildControls() {
     auto* header = new QTreeWidgetItem;
     for (std::size_t i = 0; i < Columns.size(); ++i) {
         const int column = static_cast<int>(i);
-        header->setText(column, Columns[i].title);
-        header->setTextAlignment(column, Columns[i].alignment | Qt::AlignVCenter);
+        header->setText(column, Columns[i].Title);
+        header->setTextAlignment(column, Columns[i].Alignment | Qt::AlignVCenter);
     }
     lvwFile_->setHeaderItem(header);
     lvwFile_->header()->setStretchLastSection(false);
     for (std::size_t i = 0; i < Columns.size(); ++i) {
-        if (Columns[i].width > 0) {
-            lvwFile_->setColumnWidth(static_cast<int>(i), Columns[i].width);
+        if (Columns[i].Width > 0) {
+            lvwFile_->setColumnWidth(static_cast<int>(i), Columns[i].Width);
         }
     }
 
@@ -187,7 +187,7 @@ void DownloadDialog::FillList() {
         for (std::size_t i = 0; i < texts.size(); ++i) {
             const int column = static_cast<int>(i);
             item->setText(column, QString::fromStdString(texts[i]));
-            item->setTextAlignment(column, Columns[i].alignment | Qt::AlignVCenter);
+            item->setTextAlignment(column, Columns[i].Alignment | Qt::AlignVCenter);
         }
     }
     if (lvwFile_->topLevelItemCount() > 0) {
@@ -243,16 +243,16 @@ void DownloadDialog::StartDownload() {
     SetIdleControlsEnabled(false);
     busy_ = true;
     running_ = std::make_unique<Running>(*this, logger::NextLoggerFileName(request_.TempDir));
-    if (running_->download.Start(entry, running_->file)) {
-        steps_->Run(running_->download);
+    if (running_->Download.Start(entry, running_->File)) {
+        steps_->Run(running_->Download);
     } else {
         DownloadEnded();
     }
 }
 
 void DownloadDialog::DownloadEnded() {
-    const logger::DownloadOutcome outcome = running_->download.Outcome();
-    const std::filesystem::path file = running_->file;
+    const logger::DownloadOutcome outcome = running_->Download.Outcome();
+    const std::filesystem::path file = running_->File;
     running_.reset();
     busy_ = false;
     if (!outcome.Ok) {
@@ -294,7 +294,7 @@ void DownloadDialog::CancelPressed() {
     if (running_ == nullptr) {
         return;
     }
-    running_->download.RequestStop();
+    running_->Download.RequestStop();
     cmdOk_->setEnabled(true);
     cmdOk_->setFocus();
     cmdCancel_->setEnabled(false);
