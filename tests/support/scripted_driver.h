@@ -58,7 +58,7 @@ struct Reply {
     bool AnswerFileCount = false;
 };
 
-// One call as the driver saw it; argument is the call's small argument (the LoggingControl
+// One call as the driver saw it; Argument is the call's small argument (the LoggingControl
 // value, a TSInitialize kind, a ServiceModeCtrl code, the list's count), else 0.
 struct RecordedCall {
     logger::Call Call;
