@@ -20,36 +20,36 @@ using torvane::bench::LargestRunSetting;
 using torvane::logdata::LogHeader;
 
 struct Fixture {
-    fs::path folder;
-    fs::path logFile;
-    std::vector<std::uintmax_t> streamSizes;
+    fs::path Folder;
+    fs::path LogFile;
+    std::vector<std::uintmax_t> StreamSizes;
 
     Fixture() {
         std::random_device entropy;
-        folder = fs::temp_directory_path() / ("torvane-bench-" + std::to_string(entropy()));
-        fs::create_directories(folder / "out");
-        logFile = folder / "LARGEST.rlg";
+        Folder = fs::temp_directory_path() / ("torvane-bench-" + std::to_string(entropy()));
+        fs::create_directories(Folder / "out");
+        LogFile = Folder / "LARGEST.rlg";
         const LogHeader setting = LargestRunSetting();
         torvane::rlg::WriteFileAtomically(
-            logFile, torvane::sim::GenerateRunFile(setting, LargestRunMinutes * 60000.0, 1));
+            LogFile, torvane::sim::GenerateRunFile(setting, LargestRunMinutes * 60000.0, 1));
         torvane::rlg::HeaderBytes header{};
         torvane::rlg::DeployStats stats;
-        torvane::rlg::Deploy(logFile, folder / "out", 10, header, stats);
+        torvane::rlg::Deploy(LogFile, Folder / "out", 10, header, stats);
         for (const auto& name : torvane::logdata::StreamNames) {
-            streamSizes.push_back(
-                fs::file_size(folder / "out" / torvane::rlg::StreamFileName(name, 10)));
+            StreamSizes.push_back(
+                fs::file_size(Folder / "out" / torvane::rlg::StreamFileName(name, 10)));
         }
         std::printf("largest run: %.1f minutes, %.1f MB logging file, %.1f MB deployed\n",
-                    LargestRunMinutes, static_cast<double>(fs::file_size(logFile)) / 1e6,
+                    LargestRunMinutes, static_cast<double>(fs::file_size(LogFile)) / 1e6,
                     static_cast<double>(DeployedBytes()) / 1e6);
     }
     ~Fixture() {
         std::error_code error;
-        fs::remove_all(folder, error);
+        fs::remove_all(Folder, error);
     }
     std::uintmax_t DeployedBytes() const {
         std::uintmax_t total = 0;
-        for (auto size : streamSizes) {
+        for (auto size : StreamSizes) {
             total += size;
         }
         return total;
@@ -67,7 +67,7 @@ void DeployLargestRun(benchmark::State& state) {
         torvane::rlg::HeaderBytes header{};
         torvane::rlg::DeployStats stats;
         const int result =
-            torvane::rlg::Deploy(fixture.logFile, fixture.folder / "out", 10, header, stats);
+            torvane::rlg::Deploy(fixture.LogFile, fixture.Folder / "out", 10, header, stats);
         if (result != 0) {
             state.SkipWithError("deployment failed");
         }
@@ -82,10 +82,10 @@ void SequentialWriteBaseline(benchmark::State& state) {
     Fixture& fixture = Shared();
     std::vector<char> block(64 * 1024, 'x');
     for (auto _ : state) {
-        for (std::size_t i = 0; i < fixture.streamSizes.size(); ++i) {
-            std::ofstream out(fixture.folder / "out" / ("plain-" + std::to_string(i) + ".tmp"),
+        for (std::size_t i = 0; i < fixture.StreamSizes.size(); ++i) {
+            std::ofstream out(fixture.Folder / "out" / ("plain-" + std::to_string(i) + ".tmp"),
                               std::ios::binary | std::ios::trunc);
-            for (std::uintmax_t left = fixture.streamSizes[i]; left > 0;) {
+            for (std::uintmax_t left = fixture.StreamSizes[i]; left > 0;) {
                 const auto chunk =
                     static_cast<std::streamsize>(std::min<std::uintmax_t>(left, block.size()));
                 out.write(block.data(), chunk);

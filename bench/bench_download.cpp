@@ -40,18 +40,18 @@ fs::path BenchFolder() {
 
 // A logger on its own socket holding one file; minutes beyond its memory are cut to fit.
 struct Logger {
-    std::unique_ptr<SimulatorProcess> process;
-    TlmDownloadEntry entry{};
+    std::unique_ptr<SimulatorProcess> Process;
+    TlmDownloadEntry Entry{};
 
     Logger(const std::string& name, const std::vector<std::string>& options) {
         const auto socket = BenchFolder() / (name + ".sock");
-        process = std::make_unique<SimulatorProcess>(TORVANE_LOGGER_SIM, socket, options);
-        ::setenv("TORVANE_LOGGER", process->Endpoint().c_str(), 1);
+        Process = std::make_unique<SimulatorProcess>(TORVANE_LOGGER_SIM, socket, options);
+        ::setenv("TORVANE_LOGGER", Process->Endpoint().c_str(), 1);
         TlmStatus status{};
         for (int tries = 0; tries < 200; ++tries) {
             if (TLM_Open(&status) == TLM_OK && GetStatus(&status) == TLM_OK &&
                 status.bytState == TLM_STATE_IDLE && GetTheNumberofFiles(&status) > 0 &&
-                GetTheDownloadList(&status, 1, &entry) == TLM_OK) {
+                GetTheDownloadList(&status, 1, &Entry) == TLM_OK) {
                 TLM_Close(&status);
                 return;
             }
@@ -64,13 +64,13 @@ struct Logger {
 
     // One whole download through libtlm, as the program does it; the bytes that arrived.
     std::int64_t Download() {
-        ::setenv("TORVANE_LOGGER", process->Endpoint().c_str(), 1);
+        ::setenv("TORVANE_LOGGER", Process->Endpoint().c_str(), 1);
         const auto target = (BenchFolder() / "download.rlg").string();
         TlmStatus status{};
         TlmTransferBlock block{};
         std::int64_t bytes = 0;
         if (TLM_Open(&status) != TLM_OK ||
-            GetTheLogFile_start(&status, &entry, target.c_str(), &block) != TLM_OK) {
+            GetTheLogFile_start(&status, &Entry, target.c_str(), &block) != TLM_OK) {
             TLM_Close(&status);
             return -1;
         }
@@ -86,7 +86,8 @@ struct Logger {
 };
 
 Logger& Unlimited() {
-    static Logger logger("unlimited", {"--idle", "--files", "1", "--minutes", "1440", "--rate", "0"});
+    static Logger logger("unlimited",
+                         {"--idle", "--files", "1", "--minutes", "1440", "--rate", "0"});
     return logger;
 }
 
@@ -98,18 +99,18 @@ Logger& DefaultRate() {
 void DownloadLargestFileUnlimited(benchmark::State& state) {
     Logger& logger = Unlimited();
     for (auto _ : state) {
-        if (logger.Download() != logger.entry.lngSize) {
+        if (logger.Download() != logger.Entry.lngSize) {
             state.SkipWithError("download failed");
             return;
         }
     }
-    state.SetBytesProcessed(state.iterations() * logger.entry.lngSize);
-    state.counters["MB"] = logger.entry.lngSize / 1e6;
+    state.SetBytesProcessed(state.iterations() * logger.Entry.lngSize);
+    state.counters["MB"] = logger.Entry.lngSize / 1e6;
 }
 
 // The same bytes in the same blocks through a local stream socket, from one thread to another.
 void RawSocketBaseline(benchmark::State& state) {
-    const auto total = static_cast<std::size_t>(Unlimited().entry.lngSize);
+    const auto total = static_cast<std::size_t>(Unlimited().Entry.lngSize);
     std::vector<char> block(BlockBytes, 'x');
     for (auto _ : state) {
         int ends[2];
@@ -138,11 +139,11 @@ void RawSocketBaseline(benchmark::State& state) {
 
 void DownloadAtTheDefaultRate(benchmark::State& state) {
     Logger& logger = DefaultRate();
-    const double ideal = logger.entry.lngSize / DefaultRateBytesPerSecond;
+    const double ideal = logger.Entry.lngSize / DefaultRateBytesPerSecond;
     double spent = 0.0;
     for (auto _ : state) {
         const auto start = std::chrono::steady_clock::now();
-        if (logger.Download() != logger.entry.lngSize) {
+        if (logger.Download() != logger.Entry.lngSize) {
             state.SkipWithError("download failed");
             return;
         }

@@ -142,7 +142,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(deployed == 0, "nothing is left behind after a failure");
         return 0;
     }
-    Require(deployed == stats.streamCount, "one file per stream");
+    Require(deployed == stats.StreamCount, "one file per stream");
     for (const auto& entry : fs::directory_iterator(workspace.DeployDir())) {
         fs::remove(entry.path());
     }

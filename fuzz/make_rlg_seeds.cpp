@@ -16,9 +16,9 @@ using torvane::rlg::HeaderBytes;
 using torvane::rlg::RlgWriter;
 
 struct Seed {
-    std::string name;
-    std::vector<std::string> streams;
-    std::size_t samples;
+    std::string Name;
+    std::vector<std::string> Streams;
+    std::size_t Samples;
 };
 
 std::vector<std::int16_t> Wave(std::size_t count, std::size_t stream) {
@@ -35,10 +35,10 @@ std::vector<std::uint8_t> Container(const Seed& seed) {
     for (std::size_t i = 0; i < header.size(); ++i) {
         header[i] = static_cast<std::uint8_t>(i * 7);
     }
-    RlgWriter writer(header, seed.streams);
-    for (std::size_t i = 0; i < seed.streams.size(); ++i) {
+    RlgWriter writer(header, seed.Streams);
+    for (std::size_t i = 0; i < seed.Streams.size(); ++i) {
         // The last stream stays empty, like LAP on a circuit without a timing line.
-        const auto samples = Wave(i + 1 < seed.streams.size() ? seed.samples + i : 0, i);
+        const auto samples = Wave(i + 1 < seed.Streams.size() ? seed.Samples + i : 0, i);
         writer.Append(i, samples);
     }
     return writer.Finish();
@@ -66,7 +66,7 @@ int main(int argc, char** argv) {
     for (const auto& seed : seeds) {
         const auto file = Container(seed);
         for (const std::uint8_t control : {std::uint8_t{0x15}, std::uint8_t{0x14}}) {
-            const auto path = folder / (seed.name + (control & 1 ? "-repaired" : "-as-is"));
+            const auto path = folder / (seed.Name + (control & 1 ? "-repaired" : "-as-is"));
             std::ofstream out(path, std::ios::binary | std::ios::trunc);
             out.put(static_cast<char>(control));
             out.write(reinterpret_cast<const char*>(file.data()),

@@ -8,7 +8,7 @@
 namespace torvane::cli {
 
 int StderrSink::Show(const shell::Message& message) {
-    std::string text = message.text;
+    std::string text = message.Text;
     for (char& c : text) {
         if (c == '\r') {
             c = '\n';
@@ -19,7 +19,7 @@ int StderrSink::Show(const shell::Message& message) {
         text.erase(at, 1);
     }
     std::cerr << text << '\n';
-    switch (message.buttons) {
+    switch (message.Buttons) {
     case shell::buttons::YesNo:
     case shell::buttons::YesNoCancel:
         return answerYes_ ? shell::answers::Yes : shell::answers::No;

@@ -50,15 +50,15 @@ std::string StateName(std::uint8_t state) {
 
 int Status(LoggerLink& link, bool asJson) {
     // A plain look: whatever the logger is doing, it is neither asked nor waited for.
-    const logger::ActionOptions options{.whenAcquiring = logger::WhenAcquiring::LetThrough,
-                                        .checkState = false,
-                                        .waitUntilReady = false,
-                                        .giveBackAcquisition = false};
+    const logger::ActionOptions options{.WhenAcquiring = logger::WhenAcquiring::LetThrough,
+                                        .CheckState = false,
+                                        .WaitUntilReady = false,
+                                        .GiveBackAcquisition = false};
     TlmStatus status{};
     if (!logger::RunLoggerAction(link, options, [&](logger::ActionContext&) {
-             status = link.status;
+             status = link.Status;
              return logger::results::Ok;
-         }).done) {
+         }).Done) {
         return 1;
     }
     if (asJson) {
@@ -80,9 +80,9 @@ int Status(LoggerLink& link, bool asJson) {
 void PrintRows(const std::vector<logger::FileListRow>& rows) {
     std::cout << "FileName  Measurement time  Data size[Kbyte]  Download\n";
     for (const auto& row : rows) {
-        std::cout << shell::FormatText(row.fileName, "@@@@@@@@") << "  "
-                  << shell::FormatText(row.measurementTime, "@@@@@@@@@@@@@@") << "    "
-                  << shell::FormatText(row.dataSize, "@@@@@@@@@@@@@@@@") << "    " << row.download
+        std::cout << shell::FormatText(row.FileName, "@@@@@@@@") << "  "
+                  << shell::FormatText(row.MeasurementTime, "@@@@@@@@@@@@@@") << "    "
+                  << shell::FormatText(row.DataSize, "@@@@@@@@@@@@@@@@") << "    " << row.Download
                   << '\n';
     }
 }
@@ -92,14 +92,14 @@ int List(LoggerLink& link, bool asJson) {
     if (!list) {
         return 1;
     }
-    const auto rows = logger::FileListRows(list->entries);
+    const auto rows = logger::FileListRows(list->Entries);
     if (!asJson) {
         PrintRows(rows);
         return 0;
     }
     json files = json::array();
     for (const auto& row : rows) {
-        const TlmDownloadEntry& entry = list->entries[row.entryIndex];
+        const TlmDownloadEntry& entry = list->Entries[row.EntryIndex];
         files.push_back({{"number", entry.intNumber},
                          {"done", entry.intDone != 0},
                          {"seconds", entry.lngSeconds},
@@ -139,16 +139,16 @@ private:
 
 int Download(LoggerLink& link, int number, const std::filesystem::path& output) {
     const auto list = logger::ReadLoggerFileList(link);
-    if (!list || list->entries.empty()) {
+    if (!list || list->Entries.empty()) {
         return 1;
     }
     const bool held =
-        std::any_of(list->entries.begin(), list->entries.end(),
+        std::any_of(list->Entries.begin(), list->Entries.end(),
                     [number](const auto& entry) { return entry.intNumber == number; });
     if (!held) {
         return Fail("The logger holds no file " + std::to_string(number) + ".");
     }
-    const TlmDownloadEntry* entry = logger::ChooseDownloadEntry(list->entries, number, link.sink);
+    const TlmDownloadEntry* entry = logger::ChooseDownloadEntry(list->Entries, number, link.Sink);
     if (entry == nullptr) {
         return 1;
     }
@@ -157,7 +157,7 @@ int Download(LoggerLink& link, int number, const std::filesystem::path& output) 
         TerminalProgress progress(entry->lngSize);
         outcome = logger::DownloadFile(link, *entry, output, progress);
     }
-    if (!outcome.ok || outcome.stopped) {
+    if (!outcome.Ok || outcome.Stopped) {
         return 1;
     }
     std::error_code ignored;
@@ -172,10 +172,10 @@ int Clear(LoggerLink& link) {
     if (!list) {
         return 1;
     }
-    if (list->entries.empty()) {
+    if (list->Entries.empty()) {
         return 0;
     }
-    if (!list->clearAllowed) {
+    if (!list->ClearAllowed) {
         return Fail("The logger's program can not clear its memory.");
     }
     return logger::ClearLogger(link) == logger::ClearOutcome::Cleared ? 0 : 1;
@@ -188,10 +188,10 @@ public:
     explicit CountingSink(shell::MessageSink& target)
         : target_(target) {}
     int Show(const shell::Message& message) override {
-        ++shown;
+        ++Shown;
         return target_.Show(message);
     }
-    int shown = 0;
+    int Shown = 0;
 
 private:
     shell::MessageSink& target_;
@@ -219,7 +219,7 @@ int Logger(const LoggerOptions& options) {
     binding::TlmDriver driver;
     LoggerLink link(driver, sink);
     const int status = Run(link, options);
-    if (status != 0 && sink.shown == 0) {
+    if (status != 0 && sink.Shown == 0) {
         return Fail("The logger did not finish the command; \"torvane-cli logger status\" shows "
                     "its state.");
     }

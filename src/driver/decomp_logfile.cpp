@@ -36,10 +36,10 @@ extern "C" TLM_API int16_t decomp_logfile(const char* logPath, const char* tempP
         std::copy(bytes.begin(), bytes.end(), header);
         if (byteCount != nullptr) {
             *byteCount = static_cast<int32_t>(
-                std::min<std::int64_t>(stats.bytesWritten, std::numeric_limits<int32_t>::max()));
+                std::min<std::int64_t>(stats.BytesWritten, std::numeric_limits<int32_t>::max()));
         }
         if (deployCount != nullptr) {
-            *deployCount = stats.streamCount;
+            *deployCount = stats.StreamCount;
         }
         return TLM_DECOMP_OK;
     } catch (const std::exception&) {

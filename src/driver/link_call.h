@@ -26,7 +26,7 @@ std::int32_t CallLink(TlmStatus* status, bool argumentsValid, Body&& body) noexc
         if (link == nullptr) {
             return TLM_ERR_NOT_OPEN;
         }
-        std::lock_guard lock(link->mutex);
+        std::lock_guard lock(link->Mutex);
         return body(*link);
     } catch (const std::exception&) {
         // Only allocation can throw here; the link itself is untouched.
@@ -41,7 +41,7 @@ std::int32_t Request(Link& link, TlmStatus& status, const link::Client::OutputRe
                      const Inputs&... inputs) {
     link::PayloadWriter request;
     link::PutAll(request, inputs...);
-    return link.client.Exchange(Operation::kind, request, status, readOutputs);
+    return link.Client.Exchange(Operation::kind, request, status, readOutputs);
 }
 
 // One exchange of a plain operation: values are its request, records receive its answer, both in

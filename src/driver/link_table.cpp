@@ -10,25 +10,25 @@
 namespace torvane::tlm {
 namespace {
 
-constexpr std::uint32_t kHandleMagic = 0x4c4d4c54; // "TLML"
+constexpr std::uint32_t HandleMagic = 0x4c4d4c54; // "TLML"
 // Far more than one program keeps open: a link lasts one user action.
-constexpr std::size_t kSlots = 64;
+constexpr std::size_t SlotCount = 64;
 
 struct Slot {
-    std::uint64_t serial = 0; // 0: free
-    std::shared_ptr<Link> link;
+    std::uint64_t Serial = 0; // 0: free
+    std::shared_ptr<tlm::Link> Link;
 };
 
 struct Handle {
-    std::uint32_t magic = 0;
-    std::uint32_t slot = 0;
-    std::uint64_t serial = 0;
+    std::uint32_t Magic = 0;
+    std::uint32_t Slot = 0;
+    std::uint64_t Serial = 0;
 };
 
 struct Table {
-    std::mutex mutex;
-    std::array<Slot, kSlots> slots;
-    std::uint64_t lastSerial = 0;
+    std::mutex Mutex;
+    std::array<Slot, SlotCount> Slots;
+    std::uint64_t LastSerial = 0;
 };
 
 Table& TheTable() {
@@ -44,56 +44,55 @@ Handle ReadHandle(const TlmStatus& status) {
 
 void WriteHandle(const Handle& handle, TlmStatus& status) {
     const std::span<std::uint8_t> bytes(status.bytDriver);
-    PutLittleEndian(bytes, 0, handle.magic);
-    PutLittleEndian(bytes, 4, handle.slot);
-    PutLittleEndian(bytes, 8, handle.serial);
+    PutLittleEndian(bytes, 0, handle.Magic);
+    PutLittleEndian(bytes, 4, handle.Slot);
+    PutLittleEndian(bytes, 8, handle.Serial);
 }
 
 // The slot of a valid handle; the table's mutex must be held.
 Slot* Lookup(Table& table, const TlmStatus& status) {
     const Handle handle = ReadHandle(status);
-    if (handle.magic != kHandleMagic || handle.slot >= kSlots || handle.serial == 0) {
+    if (handle.Magic != HandleMagic || handle.Slot >= SlotCount || handle.Serial == 0) {
         return nullptr;
     }
-    Slot& slot = table.slots[handle.slot];
-    return slot.serial == handle.serial ? &slot : nullptr;
+    Slot& slot = table.Slots[handle.Slot];
+    return slot.Serial == handle.Serial ? &slot : nullptr;
 }
 
 } // namespace
 
 bool RegisterLink(std::shared_ptr<Link> link, TlmStatus& status) {
     Table& table = TheTable();
-    std::lock_guard lock(table.mutex);
-    const auto free = std::find_if(table.slots.begin(), table.slots.end(),
-                                   [](const Slot& slot) { return slot.serial == 0; });
-    if (free == table.slots.end()) {
+    std::lock_guard lock(table.Mutex);
+    const auto free = std::find_if(table.Slots.begin(), table.Slots.end(),
+                                   [](const Slot& slot) { return slot.Serial == 0; });
+    if (free == table.Slots.end()) {
         return false;
     }
-    free->serial = ++table.lastSerial;
-    free->link = std::move(link);
-    WriteHandle(
-        {kHandleMagic, static_cast<std::uint32_t>(free - table.slots.begin()), free->serial},
-        status);
+    free->Serial = ++table.LastSerial;
+    free->Link = std::move(link);
+    WriteHandle({HandleMagic, static_cast<std::uint32_t>(free - table.Slots.begin()), free->Serial},
+                status);
     return true;
 }
 
 std::shared_ptr<Link> FindLink(const TlmStatus& status) {
     Table& table = TheTable();
-    std::lock_guard lock(table.mutex);
+    std::lock_guard lock(table.Mutex);
     const Slot* slot = Lookup(table, status);
-    return slot != nullptr ? slot->link : nullptr;
+    return slot != nullptr ? slot->Link : nullptr;
 }
 
 std::shared_ptr<Link> RemoveLink(TlmStatus& status) {
     Table& table = TheTable();
-    std::lock_guard lock(table.mutex);
+    std::lock_guard lock(table.Mutex);
     Slot* slot = Lookup(table, status);
     if (slot == nullptr) {
         return nullptr;
     }
-    slot->serial = 0;
+    slot->Serial = 0;
     std::fill(std::begin(status.bytDriver), std::end(status.bytDriver), std::uint8_t{0});
-    return std::exchange(slot->link, nullptr);
+    return std::exchange(slot->Link, nullptr);
 }
 
 } // namespace torvane::tlm

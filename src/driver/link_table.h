@@ -23,10 +23,10 @@ enum class TransferState {
 };
 
 struct Link {
-    std::mutex mutex; // one call at a time per link; held for the whole exchange
-    link::Client client;
-    TransferState transfer = TransferState::None;
-    DownloadFile file;
+    std::mutex Mutex; // one call at a time per link; held for the whole exchange
+    link::Client Client;
+    TransferState Transfer = TransferState::None;
+    DownloadFile File;
 };
 
 // Stores the link and writes its handle into status.bytDriver. False when the table is full.

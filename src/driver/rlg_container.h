@@ -44,7 +44,7 @@ public:
     std::vector<std::uint8_t> Finish();
 
 private:
-    class Stream;
+    struct Stream;
 
     bool Compress(Stream& stream, std::span<const std::uint8_t> bytes, bool end);
 
@@ -61,8 +61,8 @@ private:
 bool WriteFileAtomically(const std::filesystem::path& target, std::span<const std::uint8_t> bytes);
 
 struct DeployStats {
-    std::int64_t bytesWritten = 0;
-    std::int32_t streamCount = 0;
+    std::int64_t BytesWritten = 0;
+    std::int32_t StreamCount = 0;
 };
 
 // "<streamName>-<fileNumber>.tmp", the number with at least three digits: "Ne-010.tmp".

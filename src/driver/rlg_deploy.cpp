@@ -46,15 +46,15 @@ std::optional<format::Head> ReadHead(std::FILE* file, std::uint64_t fileSize) {
 }
 
 bool HoldsNoData(const format::Head& head) {
-    return std::all_of(head.streams.begin(), head.streams.end(),
-                       [](const format::StreamEntry& stream) { return stream.sampleCount == 0; });
+    return std::all_of(head.Streams.begin(), head.Streams.end(),
+                       [](const format::StreamEntry& stream) { return stream.SampleCount == 0; });
 }
 
 int Check(const format::Head& head, std::FILE* file, StreamDecoder& decoder) {
     const StreamDecoder::Sink discard = [](std::span<const std::uint8_t>) {
         return true;
     };
-    for (const auto& stream : head.streams) {
+    for (const auto& stream : head.Streams) {
         if (decoder.Decode(file, stream, discard) != DecodeResult::Ok) {
             return TLM_DECOMP_ACCESS_ERROR;
         }
@@ -70,11 +70,11 @@ int WriteStreams(const format::Head& head, std::FILE* file, StreamDecoder& decod
                  DeployStats& stats) {
     std::vector<TempFile> written;
     std::vector<fs::path> targets;
-    written.reserve(head.streams.size());
-    targets.reserve(head.streams.size());
+    written.reserve(head.Streams.size());
+    targets.reserve(head.Streams.size());
     std::int64_t bytesWritten = 0;
-    for (const auto& stream : head.streams) {
-        targets.push_back(tempDir / StreamFileName(stream.name, fileNumber));
+    for (const auto& stream : head.Streams) {
+        targets.push_back(tempDir / StreamFileName(stream.Name, fileNumber));
         std::error_code ignored;
         // A logging file kept in the deploy folder under a stream's name must not be replaced.
         if (fs::equivalent(logFile, targets.back(), ignored)) {
@@ -104,8 +104,8 @@ int WriteStreams(const format::Head& head, std::FILE* file, StreamDecoder& decod
             return TLM_DECOMP_WRITE_FAILED;
         }
     }
-    stats.bytesWritten = bytesWritten;
-    stats.streamCount = static_cast<std::int32_t>(written.size());
+    stats.BytesWritten = bytesWritten;
+    stats.StreamCount = static_cast<std::int32_t>(written.size());
     return TLM_DECOMP_OK;
 }
 
@@ -142,7 +142,7 @@ int DeployChecked(const fs::path& logFile, const fs::path& tempDir, int fileNumb
     const int result =
         WriteStreams(*head, file.get(), decoder, logFile, tempDir, fileNumber, stats);
     if (result == TLM_DECOMP_OK) {
-        header = head->header;
+        header = head->Header;
     }
     return result;
 }

@@ -38,29 +38,29 @@ std::optional<StreamEntry> DecodeEntry(std::span<const std::uint8_t> entry) {
         return std::nullopt;
     }
     StreamEntry stream;
-    stream.name = std::move(*name);
-    stream.sampleCount = GetLittleEndian<std::uint64_t>(entry, SampleCountOffset);
-    stream.storedSize = GetLittleEndian<std::uint64_t>(entry, StoredSizeOffset);
-    stream.codec = entry[CodecOffset];
-    stream.wordSize = entry[WordSizeOffset];
-    stream.storedCrc = GetLittleEndian<std::uint32_t>(entry, StoredCrcOffset);
-    stream.dataCrc = GetLittleEndian<std::uint32_t>(entry, DataCrcOffset);
-    if (stream.codec != CodecDeltaZstd || stream.wordSize != WordSize16 ||
+    stream.Name = std::move(*name);
+    stream.SampleCount = GetLittleEndian<std::uint64_t>(entry, SampleCountOffset);
+    stream.StoredSize = GetLittleEndian<std::uint64_t>(entry, StoredSizeOffset);
+    stream.Codec = entry[CodecOffset];
+    stream.WordSize = entry[WordSizeOffset];
+    stream.StoredCrc = GetLittleEndian<std::uint32_t>(entry, StoredCrcOffset);
+    stream.DataCrc = GetLittleEndian<std::uint32_t>(entry, DataCrcOffset);
+    if (stream.Codec != CodecDeltaZstd || stream.WordSize != WordSize16 ||
         GetLittleEndian<std::uint16_t>(entry, ReservedOffset) != 0 ||
-        stream.sampleCount > MaxStreamBytes / stream.wordSize) {
+        stream.SampleCount > MaxStreamBytes / stream.WordSize) {
         return std::nullopt;
     }
     return stream;
 }
 
 void EncodeEntry(const StreamEntry& stream, std::span<std::uint8_t> entry) {
-    std::copy(stream.name.begin(), stream.name.end(), entry.begin() + NameOffset);
-    PutLittleEndian(entry, SampleCountOffset, stream.sampleCount);
-    PutLittleEndian(entry, StoredSizeOffset, stream.storedSize);
-    entry[CodecOffset] = stream.codec;
-    entry[WordSizeOffset] = stream.wordSize;
-    PutLittleEndian(entry, StoredCrcOffset, stream.storedCrc);
-    PutLittleEndian(entry, DataCrcOffset, stream.dataCrc);
+    std::copy(stream.Name.begin(), stream.Name.end(), entry.begin() + NameOffset);
+    PutLittleEndian(entry, SampleCountOffset, stream.SampleCount);
+    PutLittleEndian(entry, StoredSizeOffset, stream.StoredSize);
+    entry[CodecOffset] = stream.Codec;
+    entry[WordSizeOffset] = stream.WordSize;
+    PutLittleEndian(entry, StoredCrcOffset, stream.StoredCrc);
+    PutLittleEndian(entry, DataCrcOffset, stream.DataCrc);
 }
 
 } // namespace
@@ -132,20 +132,20 @@ std::optional<Head> DecodeHead(std::span<const std::uint8_t> head, std::uint64_t
     }
 
     Head decoded;
-    std::copy_n(head.begin() + HeaderOffset, HeaderSize, decoded.header.begin());
+    std::copy_n(head.begin() + HeaderOffset, HeaderSize, decoded.Header.begin());
     std::vector<std::string> names;
     std::uint64_t storedLeft = fileSize - head.size();
     std::uint64_t totalBytes = 0;
     for (std::size_t i = 0; i < *count; ++i) {
         auto stream = DecodeEntry(head.subspan(FixedHeadSize + i * EntrySize, EntrySize));
-        if (!stream || stream->storedSize > storedLeft ||
+        if (!stream || stream->StoredSize > storedLeft ||
             stream->DataBytes() > MaxTotalBytes - totalBytes) {
             return std::nullopt;
         }
-        storedLeft -= stream->storedSize;
+        storedLeft -= stream->StoredSize;
         totalBytes += stream->DataBytes();
-        names.push_back(stream->name);
-        decoded.streams.push_back(std::move(*stream));
+        names.push_back(stream->Name);
+        decoded.Streams.push_back(std::move(*stream));
     }
     // The frames fill the rest of the file exactly: a short file is truncated, a longer one has
     // lost or gained bytes somewhere.

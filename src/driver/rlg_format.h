@@ -57,20 +57,20 @@ inline constexpr int WriterWindowLog = 20;
 inline constexpr int ReaderMaxWindowLog = 23;
 
 struct StreamEntry {
-    std::string name;
-    std::uint64_t sampleCount = 0;
-    std::uint64_t storedSize = 0;
-    std::uint8_t codec = CodecDeltaZstd;
-    std::uint8_t wordSize = WordSize16;
-    std::uint32_t storedCrc = 0; // of the zstd frame as stored
-    std::uint32_t dataCrc = 0;   // of the decoded little-endian words
+    std::string Name;
+    std::uint64_t SampleCount = 0;
+    std::uint64_t StoredSize = 0;
+    std::uint8_t Codec = CodecDeltaZstd;
+    std::uint8_t WordSize = WordSize16;
+    std::uint32_t StoredCrc = 0; // of the zstd frame as stored
+    std::uint32_t DataCrc = 0;   // of the decoded little-endian words
 
-    std::uint64_t DataBytes() const { return sampleCount * wordSize; }
+    std::uint64_t DataBytes() const { return SampleCount * WordSize; }
 };
 
 struct Head {
-    HeaderBytes header{};
-    std::vector<StreamEntry> streams;
+    HeaderBytes Header{};
+    std::vector<StreamEntry> Streams;
 };
 
 std::uint32_t UpdateCrc32(std::uint32_t crc, std::span<const std::uint8_t> bytes);

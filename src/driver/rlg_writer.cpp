@@ -34,14 +34,13 @@ CompressionContext CreateContext(int level) {
 
 } // namespace
 
-class RlgWriter::Stream {
-public:
-    std::string name;
-    CompressionContext context; // created on the first Append, freed when the frame is ended
-    std::vector<std::uint8_t> stored;
-    std::uint64_t sampleCount = 0;
-    std::uint16_t previous = 0;
-    std::uint32_t dataCrc = 0;
+struct RlgWriter::Stream {
+    std::string Name;
+    CompressionContext Context; // created on the first Append, freed when the frame is ended
+    std::vector<std::uint8_t> Stored;
+    std::uint64_t SampleCount = 0;
+    std::uint16_t Previous = 0;
+    std::uint32_t DataCrc = 0;
 };
 
 RlgWriter::RlgWriter(std::span<const std::uint8_t, HeaderSize> header,
@@ -56,7 +55,7 @@ RlgWriter::RlgWriter(std::span<const std::uint8_t, HeaderSize> header,
             format::HasDuplicateNames(streamNames);
         for (auto& name : streamNames) {
             streams_.push_back(std::make_unique<Stream>());
-            streams_.back()->name = std::move(name);
+            streams_.back()->Name = std::move(name);
         }
         scratch_.resize(ZSTD_CStreamOutSize());
     } catch (const std::bad_alloc&) {
@@ -67,18 +66,18 @@ RlgWriter::RlgWriter(std::span<const std::uint8_t, HeaderSize> header,
 RlgWriter::~RlgWriter() = default;
 
 bool RlgWriter::Compress(Stream& stream, std::span<const std::uint8_t> bytes, bool end) {
-    if (!stream.context && !(stream.context = CreateContext(level_))) {
+    if (!stream.Context && !(stream.Context = CreateContext(level_))) {
         return false;
     }
     ZSTD_inBuffer input{bytes.data(), bytes.size(), 0};
     for (;;) {
         ZSTD_outBuffer output{scratch_.data(), scratch_.size(), 0};
-        const std::size_t left = ZSTD_compressStream2(stream.context.get(), &output, &input,
+        const std::size_t left = ZSTD_compressStream2(stream.Context.get(), &output, &input,
                                                       end ? ZSTD_e_end : ZSTD_e_continue);
         if (ZSTD_isError(left)) {
             return false;
         }
-        stream.stored.insert(stream.stored.end(), scratch_.begin(),
+        stream.Stored.insert(stream.Stored.end(), scratch_.begin(),
                              scratch_.begin() + static_cast<std::ptrdiff_t>(output.pos));
         if (end ? left == 0 : input.pos == input.size) {
             return true;
@@ -91,7 +90,7 @@ void RlgWriter::Append(std::size_t stream, std::span<const std::int16_t> samples
         return;
     }
     if (stream >= streams_.size() || samples.size() > format::MaxStreamBytes / format::WordSize16 -
-                                                          streams_[stream]->sampleCount) {
+                                                          streams_[stream]->SampleCount) {
         failed_ = true;
         return;
     }
@@ -102,13 +101,13 @@ void RlgWriter::Append(std::size_t stream, std::span<const std::int16_t> samples
             const auto part = samples.first(std::min(samples.size(), ChunkSamples));
             const auto bytes = std::span(chunk).first(part.size() * format::WordSize16);
             SamplesToLittleEndian(part, bytes);
-            target.dataCrc = format::UpdateCrc32(target.dataCrc, bytes);
-            EncodeDeltasInPlace(bytes, target.previous);
+            target.DataCrc = format::UpdateCrc32(target.DataCrc, bytes);
+            EncodeDeltasInPlace(bytes, target.Previous);
             if (!Compress(target, bytes, false)) {
                 failed_ = true;
                 return;
             }
-            target.sampleCount += part.size();
+            target.SampleCount += part.size();
             samples = samples.subspan(part.size());
         }
     } catch (const std::bad_alloc&) {
@@ -129,13 +128,13 @@ std::vector<std::uint8_t> RlgWriter::Finish() {
             if (!Compress(*stream, {}, true)) {
                 return {};
             }
-            stream->context.reset();
+            stream->Context.reset();
             format::StreamEntry entry;
-            entry.name = stream->name;
-            entry.sampleCount = stream->sampleCount;
-            entry.storedSize = stream->stored.size();
-            entry.storedCrc = format::UpdateCrc32(0, stream->stored);
-            entry.dataCrc = stream->dataCrc;
+            entry.Name = stream->Name;
+            entry.SampleCount = stream->SampleCount;
+            entry.StoredSize = stream->Stored.size();
+            entry.StoredCrc = format::UpdateCrc32(0, stream->Stored);
+            entry.DataCrc = stream->DataCrc;
             totalBytes += entry.DataBytes();
             entries.push_back(std::move(entry));
         }
@@ -144,8 +143,8 @@ std::vector<std::uint8_t> RlgWriter::Finish() {
         }
         auto file = format::EncodeHead(header_, entries);
         for (auto& stream : streams_) {
-            file.insert(file.end(), stream->stored.begin(), stream->stored.end());
-            std::vector<std::uint8_t>().swap(stream->stored);
+            file.insert(file.end(), stream->Stored.begin(), stream->Stored.end());
+            std::vector<std::uint8_t>().swap(stream->Stored);
         }
         return file;
     } catch (const std::bad_alloc&) {

@@ -35,7 +35,7 @@ DecodeResult StreamDecoder::Decode(std::FILE* file, const format::StreamEntry& e
     if (!IsReady() || ZSTD_isError(ZSTD_DCtx_reset(context_.get(), ZSTD_reset_session_only))) {
         return DecodeResult::Damaged;
     }
-    std::uint64_t storedLeft = entry.storedSize;
+    std::uint64_t storedLeft = entry.StoredSize;
     const std::uint64_t expected = entry.DataBytes();
     std::uint64_t produced = 0;
     std::uint32_t storedCrc = 0;
@@ -86,7 +86,7 @@ DecodeResult StreamDecoder::Decode(std::FILE* file, const format::StreamEntry& e
     }
     // One frame exactly filling the stored size, of exactly the announced length.
     if (input.pos != input.size || storedLeft != 0 || produced != expected ||
-        storedCrc != entry.storedCrc || dataCrc != entry.dataCrc) {
+        storedCrc != entry.StoredCrc || dataCrc != entry.DataCrc) {
         return DecodeResult::Damaged;
     }
     return DecodeResult::Ok;

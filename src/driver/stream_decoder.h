@@ -30,7 +30,7 @@ public:
     StreamDecoder& operator=(const StreamDecoder&) = delete;
 
     bool IsReady() const { return context_ != nullptr && !input_.empty() && !output_.empty(); }
-    // Reads exactly entry.storedSize bytes from the current position of file. The sink may have
+    // Reads exactly entry.StoredSize bytes from the current position of file. The sink may have
     // been given words before a Damaged result: whatever it wrote must be thrown away.
     DecodeResult Decode(std::FILE* file, const format::StreamEntry& entry, const Sink& sink);
 

@@ -26,9 +26,9 @@ std::int32_t Call(TlmStatus* status, const typename Operation::Request& values,
 }
 
 void EndLink(Link& link) {
-    std::lock_guard lock(link.mutex);
-    link.file.Finish();
-    link.client.Close();
+    std::lock_guard lock(link.Mutex);
+    link.File.Finish();
+    link.Client.Close();
 }
 
 } // namespace
@@ -51,7 +51,7 @@ extern "C" TLM_API int32_t TLM_Open(TlmStatus* status) {
         }
         auto link = std::make_shared<Link>();
         const std::int32_t result =
-            link->client.Open(*endpoint, torvane::link::ExchangeTimeoutFromEnvironment(), *status);
+            link->Client.Open(*endpoint, torvane::link::ExchangeTimeoutFromEnvironment(), *status);
         if (result != TLM_OK) {
             return result;
         }
@@ -153,7 +153,7 @@ extern "C" TLM_API int32_t GetTheSpecialData_raw(TlmStatus* status, uint8_t* buf
         // its fields, which is the order of the wire.
         TlmSpecialData special{};
         const std::int32_t result = RequestPlain<op::SpecialData>(link, *status, {}, special);
-        if (!link.client.LastExchangeAnswered()) {
+        if (!link.Client.LastExchangeAnswered()) {
             return result;
         }
         torvane::link::PayloadWriter bytes;

@@ -16,34 +16,34 @@ extern "C" TLM_API int32_t GetTheLogFile_start(TlmStatus* status, TlmDownloadEnt
                                                const char* path, TlmTransferBlock* block) {
     const bool valid = entry != nullptr && path != nullptr && block != nullptr;
     return CallLink(status, valid, [&](Link& link) {
-        if (link.transfer == TransferState::Running || link.transfer == TransferState::Complete) {
+        if (link.Transfer == TransferState::Running || link.Transfer == TransferState::Complete) {
             return TLM_ERR_SEQUENCE;
         }
-        if (link.client.IsBroken()) {
+        if (link.Client.IsBroken()) {
             return TLM_ERR_LINK_LOST;
         }
-        link.transfer = TransferState::NotBegun;
-        if (!link.file.Create(path)) {
+        link.Transfer = TransferState::NotBegun;
+        if (!link.File.Create(path)) {
             return TLM_TRANSFER_FILE_FAILED;
         }
         TlmTransferBlock started{};
         const std::int32_t result =
             RequestPlain<op::TransferStart>(link, *status, {*entry}, started);
-        if (link.client.LastExchangeAnswered()) {
+        if (link.Client.LastExchangeAnswered()) {
             *block = started;
         }
         if (result != TLM_OK) {
-            link.file.Finish();
+            link.File.Finish();
             return result;
         }
-        link.transfer = TransferState::Running;
+        link.Transfer = TransferState::Running;
         return TLM_OK;
     });
 }
 
 extern "C" TLM_API int32_t GetTheLogFile_reading(TlmStatus* status, TlmTransferBlock* block) {
     return CallLink(status, block != nullptr, [&](Link& link) {
-        if (link.transfer != TransferState::Running) {
+        if (link.Transfer != TransferState::Running) {
             return TLM_ERR_SEQUENCE;
         }
         TlmTransferBlock received{};
@@ -57,18 +57,18 @@ extern "C" TLM_API int32_t GetTheLogFile_reading(TlmStatus* status, TlmTransferB
             if (!reader.Finished()) {
                 return false;
             }
-            link.file.Write(bytes);
+            link.File.Write(bytes);
             return true;
         };
         const std::int32_t result = Request<op::TransferRead>(link, *status, readBlock, *block);
-        if (!link.client.LastExchangeAnswered()) {
+        if (!link.Client.LastExchangeAnswered()) {
             return result;
         }
         *block = received;
         // What arrived is what the file got, whatever the device's record said.
         block->lngSize = static_cast<int32_t>(length);
         if (result > 0) {
-            link.transfer = TransferState::Complete;
+            link.Transfer = TransferState::Complete;
         }
         return result;
     });
@@ -76,8 +76,8 @@ extern "C" TLM_API int32_t GetTheLogFile_reading(TlmStatus* status, TlmTransferB
 
 extern "C" TLM_API int32_t GetTheLogFile_end(TlmStatus* status, TlmTransferBlock* block) {
     return CallLink(status, block != nullptr, [&](Link& link) {
-        const TransferState state = link.transfer;
-        link.transfer = TransferState::None;
+        const TransferState state = link.Transfer;
+        link.Transfer = TransferState::None;
         if (state == TransferState::None) {
             return TLM_ERR_SEQUENCE;
         }
@@ -87,11 +87,11 @@ extern "C" TLM_API int32_t GetTheLogFile_end(TlmStatus* status, TlmTransferBlock
         }
         TlmTransferBlock ended{};
         const std::int32_t result = RequestPlain<op::TransferEnd>(link, *status, {*block}, ended);
-        const bool answered = link.client.LastExchangeAnswered();
+        const bool answered = link.Client.LastExchangeAnswered();
         if (answered) {
             *block = ended;
         }
-        if (!link.file.Finish()) {
+        if (!link.File.Finish()) {
             return TLM_TRANSFER_FILE_FAILED;
         }
         // A link failure gives the device's failure here: a time-out code would read as -3,

@@ -24,15 +24,15 @@ namespace {
 constexpr int TextTool = 6;
 
 QLineEdit* EditBox(const ToolWindow& w) {
-    return w.window->findChild<QLineEdit*>("txtComment");
+    return w.Window->findChild<QLineEdit*>("txtComment");
 }
 
 const QImage& Picture(const ToolWindow& w) {
-    return static_cast<app::GraphView*>(w.graph)->Renderer().Picture();
+    return static_cast<app::GraphView*>(w.Graph)->Renderer().Picture();
 }
 
 std::vector<graph::CommentPicture> Drawn(const ToolWindow& w) {
-    return graph::DrawComments(w.State(), {w.graph->width(), w.graph->height()});
+    return graph::DrawComments(w.State(), {w.Graph->width(), w.Graph->height()});
 }
 
 // A leader from a point on a trace to a free place right of it, up or down.
@@ -46,10 +46,10 @@ QLine LeaderOnATrace(const ToolWindow& w) {
 void PullLeader(ToolWindow& w, QLine leader, bool release = true) {
     w.Tool(TextTool);
     w.MoveTo(leader.p1());
-    QTest::mousePress(w.graph, Qt::LeftButton, {}, leader.p1());
-    QTest::mouseMove(w.graph, leader.p2());
+    QTest::mousePress(w.Graph, Qt::LeftButton, {}, leader.p1());
+    QTest::mouseMove(w.Graph, leader.p2());
     if (release) {
-        QTest::mouseRelease(w.graph, Qt::LeftButton, {}, leader.p2());
+        QTest::mouseRelease(w.Graph, Qt::LeftButton, {}, leader.p2());
     }
 }
 
@@ -78,21 +78,21 @@ struct NewBlack {
                                    std::max(1.0, QPointF::dotProduct(along, along)),
                                0.0, 1.0);
                 if (QLineF(QPointF(x, y), leader.p1() + t * along).length() <= 1.5) {
-                    ++onLeader;
+                    ++OnLeader;
                 } else if (QLineF(QPointF(x, y), leader.p1()).length() <= 11) {
-                    ++onHead;
+                    ++OnHead;
                 } else if (text.contains(x, y)) {
-                    ++inText;
+                    ++InText;
                 } else {
-                    ++elsewhere;
+                    ++Elsewhere;
                 }
             }
         }
     }
-    int onLeader = 0;
-    int onHead = 0;
-    int inText = 0;
-    int elsewhere = 0;
+    int OnLeader = 0;
+    int OnHead = 0;
+    int InText = 0;
+    int Elsewhere = 0;
 };
 
 } // namespace
@@ -112,12 +112,12 @@ private slots:
         QTRY_COMPARE(w.State().Leader.End, (graph::PixelPoint{leader.x2(), leader.y2()}));
         // The rubber line shows on the screen (inverted) and stays off the picture's surfaces.
         const QPoint middle = leader.center();
-        QVERIFY(w.graph->grab().toImage().pixel(middle) != Picture(w).pixel(middle) ||
-                w.graph->grab().toImage().pixel(middle + QPoint(1, 0)) !=
+        QVERIFY(w.Graph->grab().toImage().pixel(middle) != Picture(w).pixel(middle) ||
+                w.Graph->grab().toImage().pixel(middle + QPoint(1, 0)) !=
                     Picture(w).pixel(middle + QPoint(1, 0)));
 
-        QTest::mouseRelease(w.graph, Qt::LeftButton, {}, leader.p2());
-        QVERIFY(!w.window->findChild<QTimer*>("tmrComment")->isActive());
+        QTest::mouseRelease(w.Graph, Qt::LeftButton, {}, leader.p2());
+        QVERIFY(!w.Window->findChild<QTimer*>("tmrComment")->isActive());
         QLineEdit* box = EditBox(w);
         QVERIFY(box->isVisible());
         QCOMPARE(box->pos(), QPoint(leader.x2(), leader.y2() - box->height() / 2));
@@ -130,19 +130,19 @@ private slots:
         QCOMPARE(drawn[0].Text, std::string("Brake here"));
         const int cursorAfter = w.State().CursorX;
         const NewBlack black(before, Picture(w), drawn[0], {cursorBefore, cursorAfter});
-        QVERIFY(black.onLeader >= 20);
-        QVERIFY(black.onHead >= 8);
-        QVERIFY(black.inText >= 20);
-        QCOMPARE(black.elsewhere, 0);
+        QVERIFY(black.OnLeader >= 20);
+        QVERIFY(black.OnHead >= 8);
+        QVERIFY(black.InText >= 20);
+        QCOMPARE(black.Elsewhere, 0);
 
         // Kept beside the file, the comment is drawn the same in a new window.
         w.Reopen();
         QCOMPARE(Drawn(w).size(), std::size_t{1});
         const NewBlack again(before, Picture(w), drawn[0], {cursorBefore, cursorAfter});
-        QCOMPARE(again.onLeader, black.onLeader);
-        QCOMPARE(again.inText, black.inText);
-        QCOMPARE(again.elsewhere, 0);
-        QVERIFY(w.desk.sink.messages.empty());
+        QCOMPARE(again.OnLeader, black.OnLeader);
+        QCOMPARE(again.InText, black.InText);
+        QCOMPARE(again.Elsewhere, 0);
+        QVERIFY(w.Desk.Sink.Messages.empty());
     }
 
     // The box ends when the focus goes elsewhere in the program, but waits while another
@@ -156,7 +156,7 @@ private slots:
             QCoreApplication::sendEvent(EditBox(w), &away);
             QCOMPARE(EditBox(w)->text(), QString("Half"));
         }
-        w.window->setFocus(Qt::MouseFocusReason);
+        w.Window->setFocus(Qt::MouseFocusReason);
         QVERIFY(!EditBox(w)->isVisible());
         QVERIFY(Drawn(w).empty());
     }
@@ -164,12 +164,12 @@ private slots:
     // Something in the side file's place: the operator is told, the comment stays drawn.
     void AnUnwritableSideFileIsReportedAndTheCommentStays() {
         ToolWindow w;
-        std::filesystem::create_directories(load::CommentFilePath(w.file) / "in-the-way");
+        std::filesystem::create_directories(load::CommentFilePath(w.File) / "in-the-way");
         PullLeader(w, LeaderOnATrace(w));
         Type(w, "Kept", Qt::Key_Return);
-        QCOMPARE(w.desk.sink.messages.size(), std::size_t{1});
-        QVERIFY(w.desk.sink.messages[0].text.starts_with("The comments of RUN.rlg could not be"));
-        QCOMPARE(w.desk.sink.messages[0].icon, shell::icons::Warning);
+        QCOMPARE(w.Desk.Sink.Messages.size(), std::size_t{1});
+        QVERIFY(w.Desk.Sink.Messages[0].Text.starts_with("The comments of RUN.rlg could not be"));
+        QCOMPARE(w.Desk.Sink.Messages[0].Icon, shell::icons::Warning);
         QCOMPARE(Drawn(w).size(), std::size_t{1});
     }
 };

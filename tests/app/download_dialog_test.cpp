@@ -26,7 +26,7 @@ namespace shell = torvane::shell;
 
 namespace {
 
-constexpr const char* kAsk = "Do you download data from Logger?";
+constexpr const char* AskToDownload = "Do you download data from Logger?";
 
 // A scripted logger that calls back after every block it moves, as the operator's chance to
 // act while the dialog lets events in.
@@ -42,8 +42,8 @@ public:
     }
     // Moves `count` blocks of `size` bytes, the last one completing the file.
     void ScriptTransfer(int count, std::int32_t size) {
-        ScriptRepeated(Call::GetTheLogFile_reading, Reply{.blockSize = size}, count - 1);
-        Script(Call::GetTheLogFile_reading, {Reply{.result = 1, .blockSize = size}});
+        ScriptRepeated(Call::GetTheLogFile_reading, Reply{.BlockSize = size}, count - 1);
+        Script(Call::GetTheLogFile_reading, {Reply{.Result = 1, .BlockSize = size}});
     }
 
     std::function<void(int)> afterBlock;
@@ -77,21 +77,21 @@ void Click(QWidget* button) {
 // A logger holding `files`, its program number set, and the dialog over it once opened.
 struct Desk {
     explicit Desk(std::vector<TlmDownloadEntry> files, const char* program = "1") {
-        driver.files = std::move(files);
-        std::memset(driver.special.bytProgramNo, 0, sizeof driver.special.bytProgramNo);
-        std::memcpy(driver.special.bytProgramNo, program, std::strlen(program));
+        Driver.files = std::move(files);
+        std::memset(Driver.special.bytProgramNo, 0, sizeof Driver.special.bytProgramNo);
+        std::memcpy(Driver.special.bytProgramNo, program, std::strlen(program));
     }
     DownloadDialog& Open() {
-        dialog.emplace(driver, sink, awake, torvane::app::DownloadRequest{temp.Path()});
-        dialog->show();
-        return *dialog;
+        Dialog.emplace(Driver, Sink, Awake, torvane::app::DownloadRequest{Temp.Path()});
+        Dialog->show();
+        return *Dialog;
     }
 
-    TempFolder temp;
-    BlockDriver driver;
-    torvane::logger::testing::AnsweringSink sink;
-    CountingInhibitor awake;
-    std::optional<DownloadDialog> dialog;
+    TempFolder Temp;
+    BlockDriver Driver;
+    torvane::logger::testing::AnsweringSink Sink;
+    CountingInhibitor Awake;
+    std::optional<DownloadDialog> Dialog;
 };
 
 } // namespace
@@ -104,7 +104,7 @@ private slots:
         Desk desk({{1, 0, 3725, 1024}, {2, -1, 3, 500}, {3, -1, 4, 1023}, {12, 0, 60, 0}});
         DownloadDialog& dialog = desk.Open();
         QVERIFY(dialog.Loaded());
-        QVERIFY(desk.sink.messages.empty());
+        QVERIFY(desk.Sink.Messages.empty());
         const QTreeWidget* list = List(dialog);
         // The file of 3 seconds stays out.
         QCOMPARE(list->topLevelItemCount(), 3);
@@ -113,37 +113,37 @@ private slots:
         QCOMPARE(list->currentItem(), list->topLevelItem(0));
         // Program 1 cannot clear; the list was read in one link that is closed again.
         QVERIFY(!Control(dialog, "cmdClear")->isEnabled());
-        QCOMPARE(desk.driver.CountOf(Call::Open), 1);
-        QCOMPARE(desk.driver.Sequence().back(), Call::Close);
+        QCOMPARE(desk.Driver.CountOf(Call::Open), 1);
+        QCOMPARE(desk.Driver.Sequence().back(), Call::Close);
 
         // Program 2 may clear, after asking; then the dialog closes.
         Desk later({{1, 0, 60, 3000}, {2, 0, 60, 3000}}, "2");
         DownloadDialog& clearing = later.Open();
         const char* ask = "Do you want to clear all data in the logger ?";
-        later.sink.answers = {shell::answers::Cancel};
+        later.Sink.Answers = {shell::answers::Cancel};
         Click(Control(clearing, "cmdClear"));
-        QCOMPARE(later.driver.CountOf(Call::InitializeLogFile), 0);
+        QCOMPARE(later.Driver.CountOf(Call::InitializeLogFile), 0);
         QVERIFY(clearing.isVisible());
         QVERIFY(Control(clearing, "cmdOk")->isEnabled());
         Click(Control(clearing, "cmdClear"));
-        QCOMPARE(later.driver.CountOf(Call::InitializeLogFile), 1);
-        QVERIFY(later.driver.files.empty());
-        QCOMPARE(later.sink.Texts(), (std::vector<std::string>{ask, ask, "Completed."}));
+        QCOMPARE(later.Driver.CountOf(Call::InitializeLogFile), 1);
+        QVERIFY(later.Driver.files.empty());
+        QCOMPARE(later.Sink.Texts(), (std::vector<std::string>{ask, ask, "Completed."}));
         QVERIFY(!clearing.isVisible());
-        QVERIFY(clearing.Result().cancelled);
+        QVERIFY(clearing.Result().Cancelled);
     }
 
     void DownloadFillsTheBarAndClosesWithTheNextFileName() {
         Desk desk({{4, 0, 60, 4096}});
-        torvane::testing::WriteText(desk.temp / "LGGR0007.rlg", "older");
-        desk.driver.ScriptTransfer(4, 1024);
+        torvane::testing::WriteText(desk.Temp / "LGGR0007.rlg", "older");
+        desk.Driver.ScriptTransfer(4, 1024);
         DownloadDialog& dialog = desk.Open();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
         const QImage empty = Bar(dialog)->grab().toImage();
-        desk.driver.afterBlock = [&](int block) {
+        desk.Driver.afterBlock = [&](int block) {
             // The machine stays awake from the first block on, asked once.
-            QVERIFY(desk.awake.Held());
-            QCOMPARE(desk.awake.inhibits, 1);
+            QVERIFY(desk.Awake.Held());
+            QCOMPARE(desk.Awake.inhibits, 1);
             if (block == 1) {
                 // While the transfer runs only the stop button answers, and the dialog stays.
                 QVERIFY(dialog.Busy());
@@ -161,20 +161,20 @@ private slots:
         Click(Control(dialog, "cmdOk"));
         // The blocks move from the dialog's timer, after the click has returned.
         QVERIFY(dialog.Busy());
-        QCOMPARE(desk.driver.blocks, 0);
+        QCOMPARE(desk.Driver.blocks, 0);
         QTRY_VERIFY(!dialog.Busy());
 
-        QCOMPARE(desk.sink.Texts(), std::vector<std::string>{kAsk});
-        QCOMPARE(desk.sink.messages[0].buttons, shell::buttons::OkCancel);
-        QCOMPARE(desk.driver.blocks, 4);
-        QCOMPARE(desk.driver.startedEntry->intNumber, std::int16_t{4});
+        QCOMPARE(desk.Sink.Texts(), std::vector<std::string>{AskToDownload});
+        QCOMPARE(desk.Sink.Messages[0].Buttons, shell::buttons::OkCancel);
+        QCOMPARE(desk.Driver.blocks, 4);
+        QCOMPARE(desk.Driver.startedEntry->intNumber, std::int16_t{4});
         QVERIFY(!dialog.isVisible());
-        QCOMPARE(desk.awake.inhibits, 1);
-        QCOMPARE(desk.awake.releases, 1);
+        QCOMPARE(desk.Awake.inhibits, 1);
+        QCOMPARE(desk.Awake.releases, 1);
         QCOMPARE(dialog.result(), int{QDialog::Accepted});
-        QVERIFY(!dialog.Result().cancelled);
-        QCOMPARE(dialog.Result().file, desk.temp / "LGGR0008.rlg");
-        QCOMPARE(desk.driver.startedFile, desk.temp / "LGGR0008.rlg");
+        QVERIFY(!dialog.Result().Cancelled);
+        QCOMPARE(dialog.Result().File, desk.Temp / "LGGR0008.rlg");
+        QCOMPARE(desk.Driver.startedFile, desk.Temp / "LGGR0008.rlg");
         QCOMPARE(Bar(dialog)->value(), Bar(dialog)->maximum());
         QCOMPARE(Label(dialog, "lblReadData"), QString("4096"));
         // The full bar is drawn, not just set.
@@ -183,23 +183,23 @@ private slots:
 
     void FailedDownloadRemovesTheFileAndAllowsAnotherTry() {
         Desk desk({{1, 0, 60, 3000}});
-        desk.driver.Script(Call::GetTheLogFile_reading,
-                           {Reply{.blockSize = 1000}, Reply{.result = TLM_ERR_NOT_CONNECTED}});
+        desk.Driver.Script(Call::GetTheLogFile_reading,
+                           {Reply{.BlockSize = 1000}, Reply{.Result = TLM_ERR_NOT_CONNECTED}});
         DownloadDialog& dialog = desk.Open();
-        desk.driver.afterBlock = [&](int block) {
+        desk.Driver.afterBlock = [&](int block) {
             if (block == 0) {
-                torvane::testing::WriteText(desk.driver.startedFile, "partial");
+                torvane::testing::WriteText(desk.Driver.startedFile, "partial");
             }
         };
         Click(Control(dialog, "cmdOk"));
         QTRY_VERIFY(!dialog.Busy());
 
-        QCOMPARE(desk.sink.Texts(),
-                 (std::vector<std::string>{kAsk, "USB device error. Error code =  1001"}));
-        QVERIFY(desk.temp.FileNames().empty());
+        QCOMPARE(desk.Sink.Texts(),
+                 (std::vector<std::string>{AskToDownload, "USB device error. Error code =  1001"}));
+        QVERIFY(desk.Temp.FileNames().empty());
         // A dropped link gives the machine back too.
-        QCOMPARE(desk.awake.inhibits, 1);
-        QCOMPARE(desk.awake.releases, 1);
+        QCOMPARE(desk.Awake.inhibits, 1);
+        QCOMPARE(desk.Awake.releases, 1);
         QVERIFY(dialog.isVisible());
         QVERIFY(!dialog.Busy());
         QCOMPARE(Label(dialog, "lblReadData") + Label(dialog, "lblAllData"), QString());
@@ -210,30 +210,30 @@ private slots:
         QVERIFY(List(dialog)->isEnabled());
 
         // A transfer that the logger refuses at its start moves no block and asks nothing.
-        desk.driver.Script(Call::GetTheLogFile_start, {Reply{.result = -1}});
+        desk.Driver.Script(Call::GetTheLogFile_start, {Reply{.Result = -1}});
         Click(Control(dialog, "cmdOk"));
         QTRY_VERIFY(!dialog.Busy());
-        QCOMPARE(desk.sink.Texts().back(), std::string("It failed in download. Error code = 2001"));
-        QCOMPARE(desk.awake.inhibits, 1);
+        QCOMPARE(desk.Sink.Texts().back(), std::string("It failed in download. Error code = 2001"));
+        QCOMPARE(desk.Awake.inhibits, 1);
 
-        desk.driver.ScriptTransfer(3, 1000);
+        desk.Driver.ScriptTransfer(3, 1000);
         Click(Control(dialog, "cmdOk"));
         QTRY_VERIFY(!dialog.isVisible());
-        QVERIFY(!dialog.Result().cancelled);
-        QCOMPARE(dialog.Result().file, desk.temp / "LGGR0001.rlg");
-        QCOMPARE(desk.awake.inhibits, 2);
-        QCOMPARE(desk.awake.releases, 2);
+        QVERIFY(!dialog.Result().Cancelled);
+        QCOMPARE(dialog.Result().File, desk.Temp / "LGGR0001.rlg");
+        QCOMPARE(desk.Awake.inhibits, 2);
+        QCOMPARE(desk.Awake.releases, 2);
     }
 
     // The stop button pressed while blocks move is asked about before the next block: No goes
     // on, Yes keeps what came and closes with nothing to open.
     void CancelAsksBeforeTheNextBlockAndYesKeepsThePartialFile() {
         Desk desk({{2, 0, 60, 5000}});
-        desk.driver.ScriptTransfer(5, 1000);
+        desk.Driver.ScriptTransfer(5, 1000);
         DownloadDialog& dialog = desk.Open();
-        desk.driver.afterBlock = [&](int block) {
+        desk.Driver.afterBlock = [&](int block) {
             if (block == 0) {
-                torvane::testing::WriteText(desk.driver.startedFile, "partial");
+                torvane::testing::WriteText(desk.Driver.startedFile, "partial");
             }
             if (block == 1) {
                 // Answered No: the stop button is back and OK is not.
@@ -246,36 +246,36 @@ private slots:
                 QVERIFY(Control(dialog, "cmdOk")->isEnabled());
             }
         };
-        desk.sink.answers = {shell::answers::Ok, shell::answers::No, shell::answers::Yes};
+        desk.Sink.Answers = {shell::answers::Ok, shell::answers::No, shell::answers::Yes};
         Click(Control(dialog, "cmdOk"));
         QTRY_VERIFY(!dialog.isVisible());
 
         const char* stop = "Do you stop downloading? ";
-        QCOMPARE(desk.sink.Texts(), (std::vector<std::string>{kAsk, stop, stop}));
-        QCOMPARE(desk.driver.blocks, 3);
-        QVERIFY(dialog.Result().cancelled);
-        QCOMPARE(desk.temp.FileNames(), (std::vector<std::string>{"LGGR0001.rlg"}));
+        QCOMPARE(desk.Sink.Texts(), (std::vector<std::string>{AskToDownload, stop, stop}));
+        QCOMPARE(desk.Driver.blocks, 3);
+        QVERIFY(dialog.Result().Cancelled);
+        QCOMPARE(desk.Temp.FileNames(), (std::vector<std::string>{"LGGR0001.rlg"}));
         // Held across both questions, given back once stopped.
-        QCOMPARE(desk.awake.inhibits, 1);
-        QCOMPARE(desk.awake.releases, 1);
+        QCOMPARE(desk.Awake.inhibits, 1);
+        QCOMPARE(desk.Awake.releases, 1);
     }
 
     // A dialog that goes away while blocks move, as when the program ends, gives the machine
     // back as well.
     void ADialogDestroyedMidTransferReleasesTheMachine() {
         Desk desk({{3, 0, 60, 50000}});
-        desk.driver.ScriptTransfer(50, 1000);
+        desk.Driver.ScriptTransfer(50, 1000);
         desk.Open();
-        desk.driver.afterBlock = [&](int block) {
+        desk.Driver.afterBlock = [&](int block) {
             if (block == 1) {
-                QTimer::singleShot(0, [&] { desk.dialog.reset(); });
+                QTimer::singleShot(0, [&] { desk.Dialog.reset(); });
             }
         };
-        Click(Control(*desk.dialog, "cmdOk"));
-        QTRY_VERIFY(!desk.dialog);
-        QVERIFY(desk.driver.blocks < 50);
-        QCOMPARE(desk.awake.inhibits, 1);
-        QCOMPARE(desk.awake.releases, 1);
+        Click(Control(*desk.Dialog, "cmdOk"));
+        QTRY_VERIFY(!desk.Dialog);
+        QVERIFY(desk.Driver.blocks < 50);
+        QCOMPARE(desk.Awake.inhibits, 1);
+        QCOMPARE(desk.Awake.releases, 1);
     }
 };
 

@@ -86,14 +86,14 @@ private slots:
         sink_.SetAnswer(answers::No);
         QTest::mouseClick(ok, Qt::LeftButton);
         QVERIFY(dialog->isVisible());
-        QCOMPARE(sink_.messages.size(), size_t{1});
-        QCOMPARE(sink_.messages[0].text, std::string("Already exists.Overwrite? "));
-        QCOMPARE(sink_.messages[0].buttons, torvane::shell::buttons::YesNo);
+        QCOMPARE(sink_.Messages.size(), size_t{1});
+        QCOMPARE(sink_.Messages[0].Text, std::string("Already exists.Overwrite? "));
+        QCOMPARE(sink_.Messages[0].Buttons, torvane::shell::buttons::YesNo);
 
         sink_.SetAnswer(answers::Yes);
         QTest::mouseClick(ok, Qt::LeftButton);
         QVERIFY(!dialog->isVisible());
-        QCOMPARE(sink_.messages.size(), size_t{2});
+        QCOMPARE(sink_.Messages.size(), size_t{2});
         QVERIFY(!dialog->Result().Cancel);
         QCOMPARE(dialog->Result().Filepath, *runs_ / "abc.csv");
         QVERIFY(dialog->Result().CsvAllItem);
@@ -132,7 +132,7 @@ private slots:
         QVERIFY(!dialog->Result().Cancel);
         QCOMPARE(dialog->Result().Filepath, *runs_ / "lap.csv");
         QVERIFY(dialog->Result().CsvRange);
-        QVERIFY(sink_.messages.empty());
+        QVERIFY(sink_.Messages.empty());
     }
 
     // A place that cannot be opened leaves the old one and says why: the missing Desktop, a

@@ -39,15 +39,15 @@ public:
 // A frame with its own folders, a recording sink and scripted file choices.
 struct Desk {
     Desk() {
-        paths.MakeFolders();
-        layouts.LoadLayouts();
-        frame.Attach(context);
-        frame.show();
+        Paths.MakeFolders();
+        Layouts.LoadLayouts();
+        Frame.Attach(Context);
+        Frame.show();
     }
-    ~Desk() { frame.Area()->closeAllSubWindows(); }
+    ~Desk() { Frame.Area()->closeAllSubWindows(); }
 
     fs::path Run(const std::string& name, double durationMs, std::uint64_t seed = 1) const {
-        const fs::path file = paths.DataDir() / name;
+        const fs::path file = Paths.DataDir() / name;
         if (!WriteGeneratedRun(file, durationMs, seed)) {
             qFatal("cannot write %s", file.string().c_str());
         }
@@ -56,44 +56,44 @@ struct Desk {
     // Streams in the temporary folder whose names end in `tail`.
     std::size_t TempFiles(const std::string& tail = "") const {
         std::size_t count = 0;
-        for (const auto& entry : fs::directory_iterator(paths.TempDir())) {
+        for (const auto& entry : fs::directory_iterator(Paths.TempDir())) {
             count += entry.path().filename().string().ends_with(tail) ? 1 : 0;
         }
         return count;
     }
     QString Caption() const {
-        return frame.GraphWindows().front()->findChild<app::FileCaptionBox*>("chkFile0")->Caption();
+        return Frame.GraphWindows().front()->findChild<app::FileCaptionBox*>("chkFile0")->Caption();
     }
 
-    testing::TempFolder home;
-    shell::AppPaths paths{home.Path()};
-    shell::RecordingSink sink;
-    layout::LayoutStore layouts{paths, sink};
-    logger::LafTable laf;
-    shell::WindowRegistry registry;
-    binding::TlmDecompressor decompressor;
-    FixedMemory memory;
-    std::deque<fs::path> choices; // answers of the file dialog, in order; empty = cancel
-    app::GraphWindowContext context{
-        .TempDir = paths.TempDir(),
-        .Registry = registry,
-        .Layouts = layouts,
-        .Laf = laf,
-        .Decompressor = decompressor,
-        .Sink = sink,
-        .Memory = memory,
+    testing::TempFolder Home;
+    shell::AppPaths Paths{Home.Path()};
+    shell::RecordingSink Sink;
+    layout::LayoutStore Layouts{Paths, Sink};
+    logger::LafTable Laf;
+    shell::WindowRegistry Registry;
+    binding::TlmDecompressor Decompressor;
+    FixedMemory Memory;
+    std::deque<fs::path> Choices; // answers of the file dialog, in order; empty = cancel
+    app::GraphWindowContext Context{
+        .TempDir = Paths.TempDir(),
+        .Registry = Registry,
+        .Layouts = Layouts,
+        .Laf = Laf,
+        .Decompressor = Decompressor,
+        .Sink = Sink,
+        .Memory = Memory,
         .ChooseLoggingFile = [this](QWidget*) -> std::optional<fs::path> {
-            if (choices.empty()) {
+            if (Choices.empty()) {
                 return std::nullopt;
             }
-            fs::path next = choices.front();
-            choices.pop_front();
+            fs::path next = Choices.front();
+            Choices.pop_front();
             return next;
         },
         .ChooseSaveFile = [](QWidget*) { return std::optional<fs::path>(); },
         .ChooseSaveOrExport = {},
         .DownloadFromLogger = {}};
-    app::MainFrame frame;
+    app::MainFrame Frame;
 };
 
 } // namespace torvane::testing

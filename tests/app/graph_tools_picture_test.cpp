@@ -50,39 +50,39 @@ public:
 // A window of the tools with one layer of a 600 s run at 100 ms a column, 10 s in.
 struct Bench {
     Bench() {
-        fixture.Open(0, graph::testing::RunHeader());
-        fixture.state.Time = {1, 10000, 100};
-        fixture.state.Layers.Layer[0].MeasureTime = 600'000.0;
-        fixture.state.Layers.Layer[0].TimeOffset = 10'000.0;
-        fixture.state.Views[0].Display.Items[2].Top = 100;
-        fixture.state.Views[0].Display.Items[2].Bottom = 300;
-        window.resize(700, 440);
-        picture->setGeometry(0, 0, 600, 400);
-        strip->setGeometry(24, 400, 500, 24);
-        desk.context.Tools = &tools;
+        Fixture.Open(0, graph::testing::RunHeader());
+        Fixture.state.Time = {1, 10000, 100};
+        Fixture.state.Layers.Layer[0].MeasureTime = 600'000.0;
+        Fixture.state.Layers.Layer[0].TimeOffset = 10'000.0;
+        Fixture.state.Views[0].Display.Items[2].Top = 100;
+        Fixture.state.Views[0].Display.Items[2].Bottom = 300;
+        Window.resize(700, 440);
+        Picture->setGeometry(0, 0, 600, 400);
+        Strip->setGeometry(24, 400, 500, 24);
+        Desk.Context.Tools = &Tools;
         // The frame would stand over this window and take its mouse.
-        desk.frame.hide();
-        window.show();
-        if (!QTest::qWaitForWindowExposed(&window)) {
+        Desk.Frame.hide();
+        Window.show();
+        if (!QTest::qWaitForWindowExposed(&Window)) {
             qFatal("no window");
         }
     }
-    graph::GraphWindowState& State() { return fixture.state; }
+    graph::GraphWindowState& State() { return Fixture.state; }
     void MoveTo(QPoint position) const {
-        QTest::mouseMove(picture, position + QPoint(0, 1));
-        QTest::mouseMove(picture, position);
+        QTest::mouseMove(Picture, position + QPoint(0, 1));
+        QTest::mouseMove(Picture, position);
     }
 
-    testing::Desk desk;
-    graph::testing::GraphWindowFixture fixture;
-    app::ToolSettings tools;
-    QWidget window;
-    OneTracePicture* picture = new OneTracePicture(&window);
-    app::ScrollStripView* strip = new app::ScrollStripView(&window);
-    QPushButton* left = new QPushButton(&window);
-    QPushButton* right = new QPushButton(&window);
-    app::GraphTools graphTools{
-        fixture.state, desk.context, {*picture, *strip, *left, *right, window}};
+    testing::Desk Desk;
+    graph::testing::GraphWindowFixture Fixture;
+    app::ToolSettings Tools;
+    QWidget Window;
+    OneTracePicture* Picture = new OneTracePicture(&Window);
+    app::ScrollStripView* Strip = new app::ScrollStripView(&Window);
+    QPushButton* Left = new QPushButton(&Window);
+    QPushButton* Right = new QPushButton(&Window);
+    app::GraphTools GraphTools{
+        Fixture.state, Desk.Context, {*Picture, *Strip, *Left, *Right, Window}};
 };
 
 } // namespace
@@ -97,51 +97,51 @@ private slots:
     void EscapeOrAFailedGhostEndTheDrag() {
         Bench bench;
         bench.MoveTo({300, 200});
-        QTest::mousePress(bench.picture, Qt::LeftButton, {}, {300, 200});
-        QTest::keyClick(&bench.window, Qt::Key_Escape);
+        QTest::mousePress(bench.Picture, Qt::LeftButton, {}, {300, 200});
+        QTest::keyClick(&bench.Window, Qt::Key_Escape);
         QCOMPARE(bench.State().DragState, graph::DragState::None);
-        QCOMPARE(bench.picture->ghostsDropped, 1);
-        QTest::mouseRelease(bench.picture, Qt::LeftButton, {}, {300, 200});
+        QCOMPARE(bench.Picture->ghostsDropped, 1);
+        QTest::mouseRelease(bench.Picture, Qt::LeftButton, {}, {300, 200});
         QCOMPARE(bench.State().Layers.Layer[0].TimeOffset, 10000.0);
         QCOMPARE(bench.State().Views[0].Display.Items[2].Bottom, 300);
 
-        bench.picture->ghostWorks = false;
-        QTest::mousePress(bench.picture, Qt::LeftButton, {}, {300, 200});
+        bench.Picture->ghostWorks = false;
+        QTest::mousePress(bench.Picture, Qt::LeftButton, {}, {300, 200});
         bench.MoveTo({340, 200});
         QTRY_COMPARE(bench.State().DragState, graph::DragState::None);
-        QCOMPARE(bench.desk.sink.messages.size(), std::size_t{1});
-        QCOMPARE(bench.desk.sink.messages[0].text, std::string("Error DirectX."));
-        QCOMPARE(bench.desk.sink.messages[0].icon, shell::icons::Stop);
-        QTest::mouseRelease(bench.picture, Qt::LeftButton, {}, {340, 200});
+        QCOMPARE(bench.Desk.Sink.Messages.size(), std::size_t{1});
+        QCOMPARE(bench.Desk.Sink.Messages[0].Text, std::string("Error DirectX."));
+        QCOMPARE(bench.Desk.Sink.Messages[0].Icon, shell::icons::Stop);
+        QTest::mouseRelease(bench.Picture, Qt::LeftButton, {}, {340, 200});
     }
 
     // A held cmdMove scrolls a pass at a time with the short redraw, which leaves the comments
     // out, until the release, which rebuilds the picture with them; a failed pass ends the hold.
     void AHeldMoveButtonScrollsUntilTheReleaseOrAFailedRedraw() {
         Bench bench;
-        QTest::mousePress(bench.right, Qt::LeftButton);
+        QTest::mousePress(bench.Right, Qt::LeftButton);
         QCOMPARE(bench.State().DragState, graph::DragState::HeldScroll);
-        QVERIFY(bench.right->isDown());
-        QTRY_VERIFY(bench.picture->shortRedraws >= 3);
-        QCOMPARE(bench.picture->rebuilds, 0);
-        QTest::mouseRelease(bench.right, Qt::LeftButton);
+        QVERIFY(bench.Right->isDown());
+        QTRY_VERIFY(bench.Picture->shortRedraws >= 3);
+        QCOMPARE(bench.Picture->rebuilds, 0);
+        QTest::mouseRelease(bench.Right, Qt::LeftButton);
         QCOMPARE(bench.State().DragState, graph::DragState::None);
-        QVERIFY(!bench.right->isDown());
-        QCOMPARE(bench.picture->rebuilds, 1);
-        const int passes = bench.picture->shortRedraws;
+        QVERIFY(!bench.Right->isDown());
+        QCOMPARE(bench.Picture->rebuilds, 1);
+        const int passes = bench.Picture->shortRedraws;
         // 100 ms a column: each pass moves 500 ms.
         QCOMPARE(bench.State().Layers.Layer[0].TimeOffset, 10'000.0 + passes * 500.0);
         QTest::qWait(60);
-        QCOMPARE(bench.picture->shortRedraws, passes);
+        QCOMPARE(bench.Picture->shortRedraws, passes);
 
-        bench.picture->redrawWorks = false;
-        QTest::mousePress(bench.left, Qt::LeftButton);
+        bench.Picture->redrawWorks = false;
+        QTest::mousePress(bench.Left, Qt::LeftButton);
         QCOMPARE(bench.State().DragState, graph::DragState::None);
-        QVERIFY(!bench.left->isDown());
-        QCOMPARE(bench.picture->shortRedraws, passes + 1);
+        QVERIFY(!bench.Left->isDown());
+        QCOMPARE(bench.Picture->shortRedraws, passes + 1);
         QCOMPARE(bench.State().SingleFileState, graph::SingleFileState::Cleared);
-        QTest::mouseRelease(bench.left, Qt::LeftButton);
-        QCOMPARE(bench.picture->rebuilds, 2);
+        QTest::mouseRelease(bench.Left, Qt::LeftButton);
+        QCOMPARE(bench.Picture->rebuilds, 2);
     }
 
     // A failed redraw on a cursor move stops the picture rebuilding itself and skips the
@@ -151,7 +151,7 @@ private slots:
         bench.MoveTo({300, 100});
         QCOMPARE(bench.State().SingleFileState, graph::SingleFileState::Loaded);
         const std::string title = bench.State().TitleText;
-        bench.picture->redrawWorks = false;
+        bench.Picture->redrawWorks = false;
         bench.MoveTo({400, 100});
         QCOMPARE(bench.State().CursorX, 411);
         QCOMPARE(bench.State().SingleFileState, graph::SingleFileState::Cleared);

@@ -18,43 +18,43 @@ namespace torvane::testing {
 // The window on a run of durationMs, 60 s unless told.
 struct ToolWindow {
     explicit ToolWindow(double durationMs = 60000.0)
-        : file(desk.Run("RUN.rlg", durationMs)) {
+        : File(Desk.Run("RUN.rlg", durationMs)) {
         Open();
     }
     // The run in a new window, 640 x 400.
     void Open() {
-        window = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, file);
-        if (window == nullptr || !QTest::qWaitForWindowExposed(&desk.frame)) {
+        Window = Desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given, File);
+        if (Window == nullptr || !QTest::qWaitForWindowExposed(&Desk.Frame)) {
             qFatal("no window");
         }
-        window->resize(640, 400);
-        graph = window->findChild<QWidget*>("picGraph");
-        strip = window->findChild<QWidget*>("picScroll");
-        box = window->findChild<QWidget*>("picBox");
+        Window->resize(640, 400);
+        Graph = Window->findChild<QWidget*>("picGraph");
+        Strip = Window->findChild<QWidget*>("picScroll");
+        Box = Window->findChild<QWidget*>("picBox");
         // The picture as drawn at that size.
-        graph->repaint();
+        Graph->repaint();
     }
     // Closes the window and opens the run again.
     void Reopen() {
-        desk.frame.Area()->closeAllSubWindows();
+        Desk.Frame.Area()->closeAllSubWindows();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         Open();
     }
-    const graph::GraphWindowState& State() const { return window->State(); }
+    const graph::GraphWindowState& State() const { return Window->State(); }
     double Offset(int layer = 0) const {
         return State().Layers.Layer[std::size_t(layer)].TimeOffset;
     }
-    QString Title() const { return window->findChild<QLabel*>("lblTm")->text(); }
-    void Tool(int mode) { desk.frame.Tools().ToolMode = mode; }
+    QString Title() const { return Window->findChild<QLabel*>("lblTm")->text(); }
+    void Tool(int mode) { Desk.Frame.Tools().ToolMode = mode; }
     // A point of the graph where the hit test's scan meets (or does not meet) a colour of its
     // table: a trace's, the grid's or the cursor's.
     QPoint PointNearTrace(bool near) const {
-        auto* picture = dynamic_cast<app::GraphPicture*>(graph);
+        auto* picture = dynamic_cast<app::GraphPicture*>(Graph);
         const graph::PixelReader pixels = [picture](int x, int y) {
             return picture->PixelAt(x, y);
         };
-        for (int y = 40; y < graph->height() - 40; y += 7) {
-            for (int x = 120; x < graph->width() - 20; x += 7) {
+        for (int y = 40; y < Graph->height() - 40; y += 7) {
+            for (int x = 120; x < Graph->width() - 20; x += 7) {
                 const bool found = graph::ColorAtPoint(x, y, pixels, graph::DisplayedColors()) != 0;
                 if (found == near) {
                     return {x, y};
@@ -65,16 +65,16 @@ struct ToolWindow {
     }
     // A move to where the mouse already is brings no event, so the mouse comes from beside.
     void MoveTo(QPoint position) const {
-        QTest::mouseMove(graph, position + QPoint(0, 1));
-        QTest::mouseMove(graph, position);
+        QTest::mouseMove(Graph, position + QPoint(0, 1));
+        QTest::mouseMove(Graph, position);
     }
 
-    Desk desk;
-    std::filesystem::path file;
-    app::GraphWindow* window = nullptr;
-    QWidget* graph = nullptr;
-    QWidget* strip = nullptr;
-    QWidget* box = nullptr;
+    testing::Desk Desk;
+    std::filesystem::path File;
+    app::GraphWindow* Window = nullptr;
+    QWidget* Graph = nullptr;
+    QWidget* Strip = nullptr;
+    QWidget* Box = nullptr;
 };
 
 } // namespace torvane::testing

@@ -40,16 +40,16 @@ struct Window : graph::testing::GraphWindowFixture {
         graph::ScaleFor(logdata::VFW, 5, state.Views[0].ItemScale[logdata::VFW]);
         state.Time = {1, 500, 5};
         Stream(0, "VFW", std::vector<std::int16_t>(2000, 100));
-        view = std::make_unique<app::GraphView>(state, laf, sink);
-        view->resize(Width, Height);
-        view->DrawScaleColumn();
+        View = std::make_unique<app::GraphView>(state, Laf, Sink);
+        View->resize(Width, Height);
+        View->DrawScaleColumn();
     }
-    QImage Shown() const { return view->grab().toImage(); }
+    QImage Shown() const { return View->grab().toImage(); }
     QColor At(int x, int y) const { return Shown().pixelColor(x, y); }
 
-    logger::LafTable laf;
-    shell::RecordingSink sink;
-    std::unique_ptr<app::GraphView> view;
+    logger::LafTable Laf;
+    shell::RecordingSink Sink;
+    std::unique_ptr<app::GraphView> View;
 };
 
 // Counts the paints a widget receives.
@@ -84,7 +84,7 @@ class GraphViewTest : public QObject {
 private slots:
     void GridTraceAndTagStandOnTheirColumnsAndRows() {
         Window window;
-        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
+        QVERIFY(window.View->RedrawGraph(render::RedrawMode::Rebuild));
         const QImage shown = window.Shown();
         QCOMPARE(shown.size(), QSize(Width, Height));
         // Time grid: black every 100 columns from 200, grey half lines between.
@@ -112,8 +112,8 @@ private slots:
         QVERIFY(BlackIn(shown, QRect(166, TraceRow - 30, 30, 15)));
         // Grid labels in the time band.
         QVERIFY(BlackIn(shown, QRect(200, Height - 15, 30, 14)));
-        QCOMPARE(window.view->PixelAt(133, TraceRow), 0xFF0000U);
-        QCOMPARE(window.view->PixelAt(Width, 0), 0U);
+        QCOMPARE(window.View->PixelAt(133, TraceRow), 0xFF0000U);
+        QCOMPARE(window.View->PixelAt(Width, 0), 0U);
     }
 
     void RangeBandLiesUnderTheGraphAndTheCursorIsDotted() {
@@ -122,10 +122,10 @@ private slots:
         window.state.RangeStart = 500.0;
         window.state.RangeEnd = 1000.0;
         window.state.CursorX = 420;
-        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
+        QVERIFY(window.View->RedrawGraph(render::RedrawMode::Rebuild));
         QImage shown = window.Shown();
         QCOMPARE(shown.pixelColor(230, 100), BandColor);
-        QCOMPARE(window.view->PixelAt(230, 100), 0xFFFFBFU);
+        QCOMPARE(window.View->PixelAt(230, 100), 0xFFFFBFU);
         QCOMPARE(shown.pixelColor(200, 100), Black);           // grid over the band
         QCOMPARE(shown.pixelColor(260, TraceRow), TraceColor); // trace over the band
         QCOMPARE(shown.pixelColor(300, 100), Black);
@@ -141,7 +141,7 @@ private slots:
         // A cursor move composes again: the old column comes back, the band follows the state.
         window.state.CursorX = 430;
         window.state.RangeEnd = 750.0;
-        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Compose));
+        QVERIFY(window.View->RedrawGraph(render::RedrawMode::Compose));
         shown = window.Shown();
         QCOMPARE(shown.pixelColor(420, 0), White);
         QCOMPARE(shown.pixelColor(430, 0), CursorColor);
@@ -153,10 +153,10 @@ private slots:
     // follows a new size, also one the picture learns late, as on a restore from minimised.
     void APictureThatNoLongerRebuildsOnPaintFollowsItsSize() {
         Window window;
-        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
+        QVERIFY(window.View->RedrawGraph(render::RedrawMode::Rebuild));
         window.state.SingleFileState = graph::SingleFileState::Cleared;
         window.state.Layers.Layer[0].MeasureTime = 20000.0;
-        window.view->resize(Width + 300, Height + 100);
+        window.View->resize(Width + 300, Height + 100);
         const QImage shown = window.Shown();
         QCOMPARE(shown.pixelColor(800, 50), Black);
         QCOMPARE(shown.pixelColor(850, TraceRow), TraceColor);
@@ -166,9 +166,9 @@ private slots:
 
     void HeldScrollingRedrawsFromColumn100() {
         Window window;
-        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
+        QVERIFY(window.View->RedrawGraph(render::RedrawMode::Rebuild));
         window.state.Layers.Layer[0].TimeOffset = 250.0;
-        QVERIFY(window.view->RedrawRect());
+        QVERIFY(window.View->RedrawRect());
         const QImage shown = window.Shown();
         QCOMPARE(shown.pixelColor(150, 50), Black); // the grid moved 50 columns left
         QCOMPARE(shown.pixelColor(200, 50), Grey);
@@ -178,18 +178,18 @@ private slots:
 
     void AFreshWindowRebuildsWhenUncoveredNotWhenItShowsItsOwnRedraw() {
         Window window;
-        window.view->show();
-        QVERIFY(QTest::qWaitForWindowExposed(window.view.get()));
+        window.View->show();
+        QVERIFY(QTest::qWaitForWindowExposed(window.View.get()));
         window.state.SingleFileState = graph::SingleFileState::Loaded;
-        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
+        QVERIFY(window.View->RedrawGraph(render::RedrawMode::Rebuild));
         // The stream drops to 50 km/h: a cursor move only composes, so the trace stays drawn.
         window.Stream(0, "VFW", std::vector<std::int16_t>(2000, 50));
-        const PaintCount paints(*window.view);
+        const PaintCount paints(*window.View);
         window.state.CursorX = 420;
-        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Compose));
+        QVERIFY(window.View->RedrawGraph(render::RedrawMode::Compose));
         QTRY_VERIFY(paints.count > 0);
-        QCOMPARE(window.view->PixelAt(133, TraceRow), 0xFF0000U);
-        QCOMPARE(window.view->PixelAt(420, 0), 0xFF8000U);
+        QCOMPARE(window.View->PixelAt(133, TraceRow), 0xFF0000U);
+        QCOMPARE(window.View->PixelAt(420, 0), 0xFF8000U);
         // Uncovered, the window draws its traces again.
         const QImage shown = window.Shown();
         QCOMPARE(shown.pixelColor(133, TraceRow + 25), TraceColor);
@@ -199,33 +199,33 @@ private slots:
 
     void TheGhostFollowsTheMouseAndGoesAway() {
         Window window;
-        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
-        QVERIFY(window.view->BeginItemDrag(0, logdata::VFW));
-        QVERIFY(window.view->MoveGhost({0, -62}));
+        QVERIFY(window.View->RedrawGraph(render::RedrawMode::Rebuild));
+        QVERIFY(window.View->BeginItemDrag(0, logdata::VFW));
+        QVERIFY(window.View->MoveGhost({0, -62}));
         QVERIFY(BlackIn(window.Shown(), QRect(310, TraceRow - 62, 12, 1)));
-        window.view->EndItemDrag();
+        window.View->EndItemDrag();
         QVERIFY(!BlackIn(window.Shown(), QRect(310, TraceRow - 62, 12, 1)));
-        QVERIFY(!window.view->BeginItemDrag(0, 40)); // no such item
+        QVERIFY(!window.View->BeginItemDrag(0, 40)); // no such item
     }
 
     void AMissingStreamIsToldOnceAndStopsTheRepaints() {
         Window window;
-        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
+        QVERIFY(window.View->RedrawGraph(render::RedrawMode::Rebuild));
         std::filesystem::remove(window.state.Layers.StreamPath(0, "VFW"));
-        QVERIFY(!window.view->RedrawGraph(render::RedrawMode::Rebuild));
-        QCOMPARE(window.sink.messages.size(), std::size_t{1});
-        QVERIFY(window.sink.messages[0].text.starts_with("Error(53)"));
+        QVERIFY(!window.View->RedrawGraph(render::RedrawMode::Rebuild));
+        QCOMPARE(window.Sink.Messages.size(), std::size_t{1});
+        QVERIFY(window.Sink.Messages[0].Text.starts_with("Error(53)"));
         // A loaded window redraws on paint; a failure clears the state so it is not retried.
         window.state.SingleFileState = graph::SingleFileState::Loaded;
         window.Shown();
         QCOMPARE(window.state.SingleFileState, graph::SingleFileState::Cleared);
-        QCOMPARE(window.sink.messages.size(), std::size_t{1});
+        QCOMPARE(window.Sink.Messages.size(), std::size_t{1});
         // What the operator saw stays.
         QCOMPARE(window.At(133, TraceRow), TraceColor);
 
         // The failed pass stopped at the stream: composed now, the graph has its grid but neither
         // the trace nor the time band, its line and labels, that come after the traces.
-        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Compose));
+        QVERIFY(window.View->RedrawGraph(render::RedrawMode::Compose));
         const QImage partial = window.Shown();
         QCOMPARE(partial.pixelColor(200, 50), Black);
         QVERIFY(partial.pixelColor(133, TraceRow) != TraceColor);
@@ -234,8 +234,8 @@ private slots:
 
         // A band wholly below the picture is never read, so its missing stream is no failure.
         window.state.Views[0].Display.Items[logdata::VFW].Bottom = 2000;
-        QVERIFY(window.view->RedrawGraph(render::RedrawMode::Rebuild));
-        QCOMPARE(window.sink.messages.size(), std::size_t{1});
+        QVERIFY(window.View->RedrawGraph(render::RedrawMode::Rebuild));
+        QCOMPARE(window.Sink.Messages.size(), std::size_t{1});
         QCOMPARE(window.At(230, Height - 20), Black);
     }
 

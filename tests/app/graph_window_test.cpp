@@ -72,11 +72,11 @@ private slots:
     // layout follow the mouse and the size.
     void AGeneratedRunOpensWithItsPanel() {
         Desk desk;
-        GraphWindow* window = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+        GraphWindow* window = desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given,
                                                            desk.Run("MUGELLO.rlg", 60000.0));
         QVERIFY(window != nullptr);
-        QVERIFY(desk.sink.messages.empty());
-        QVERIFY(QTest::qWaitForWindowExposed(&desk.frame));
+        QVERIFY(desk.Sink.Messages.empty());
+        QVERIFY(QTest::qWaitForWindowExposed(&desk.Frame));
 
         auto* file = window->findChild<app::FileCaptionBox*>("chkFile0");
         QCOMPARE(file->Caption(), QString("MUGELLO"));
@@ -124,13 +124,13 @@ private slots:
             auto* popup = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             QVERIFY(popup != nullptr);
             QCOMPARE(popup->objectName(), QString("mnuVisible"));
-            QVERIFY(!desk.frame.Action("mnuLaySave")->isVisible());
+            QVERIFY(!desk.Frame.Action("mnuLaySave")->isVisible());
             seen = true;
             popup->close();
         });
         QTest::mouseClick(file, Qt::RightButton);
         QVERIFY(seen);
-        QVERIFY(desk.frame.Action("mnuLaySave")->isVisible());
+        QVERIFY(desk.Frame.Action("mnuLaySave")->isVisible());
 
         auto* row = rows.front();
         QTest::mouseClick(row, Qt::RightButton);
@@ -167,23 +167,23 @@ private slots:
                      {damaged, 40, "File access error.", shell::icons::Stop},
                      {run, 80, load::MemoryShortMessage, shell::icons::Stop}};
         for (const auto& refused : cases) {
-            desk.sink.messages.clear();
-            desk.memory.usedPercent = refused.memory;
-            QVERIFY(desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, refused.file) ==
+            desk.Sink.Messages.clear();
+            desk.Memory.usedPercent = refused.memory;
+            QVERIFY(desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given, refused.file) ==
                     nullptr);
-            QCOMPARE(desk.sink.messages.size(), std::size_t{1});
-            QCOMPARE(desk.sink.messages[0].text, refused.message);
-            QCOMPARE(desk.sink.messages[0].icon, refused.icon);
-            QVERIFY(desk.frame.Area()->subWindowList().isEmpty());
-            QVERIFY(!desk.registry.AnyFroms());
+            QCOMPARE(desk.Sink.Messages.size(), std::size_t{1});
+            QCOMPARE(desk.Sink.Messages[0].Text, refused.message);
+            QCOMPARE(desk.Sink.Messages[0].Icon, refused.icon);
+            QVERIFY(desk.Frame.Area()->subWindowList().isEmpty());
+            QVERIFY(!desk.Registry.AnyFroms());
             QCOMPARE(desk.TempFiles(), std::size_t{0});
-            QVERIFY(!desk.frame.Action("mnuFileClose")->isEnabled());
+            QVERIFY(!desk.Frame.Action("mnuFileClose")->isEnabled());
         }
-        desk.frame.Action("mnuFileOpen")->trigger();
-        QVERIFY(desk.frame.Area()->subWindowList().isEmpty());
-        desk.memory.usedPercent = 79;
-        desk.choices.push_back(run);
-        desk.frame.Action("mnuFileOpen")->trigger();
+        desk.Frame.Action("mnuFileOpen")->trigger();
+        QVERIFY(desk.Frame.Area()->subWindowList().isEmpty());
+        desk.Memory.usedPercent = 79;
+        desk.Choices.push_back(run);
+        desk.Frame.Action("mnuFileOpen")->trigger();
         QCOMPARE(desk.Caption(), QString("RUN"));
     }
 
@@ -192,10 +192,10 @@ private slots:
     // window asks nothing any more.
     void SaveExportsOrKeepsADownloadedRun() {
         Desk desk;
-        QVERIFY(!desk.frame.Action("mnuSave")->isEnabled());
+        QVERIFY(!desk.Frame.Action("mnuSave")->isEnabled());
         std::deque<output::SaveChoice> answers;
         std::vector<bool> rangeOffered;
-        desk.context.ChooseSaveOrExport = [&](QWidget*, bool rangeMarked) {
+        desk.Context.ChooseSaveOrExport = [&](QWidget*, bool rangeMarked) {
             rangeOffered.push_back(rangeMarked);
             std::optional<output::SaveChoice> next;
             if (!answers.empty()) {
@@ -204,38 +204,38 @@ private slots:
             }
             return next;
         };
-        const fs::path downloaded = desk.paths.TempDir() / "LGGR0001.rlg";
+        const fs::path downloaded = desk.Paths.TempDir() / "LGGR0001.rlg";
         QVERIFY(testing::WriteGeneratedRun(downloaded, 20000.0, 3));
-        GraphWindow* window = desk.frame.ShowLoggingFile(downloaded, true);
+        GraphWindow* window = desk.Frame.ShowLoggingFile(downloaded, true);
         QVERIFY(window != nullptr);
-        QVERIFY(desk.frame.Action("mnuSave")->isEnabled());
+        QVERIFY(desk.Frame.Action("mnuSave")->isEnabled());
         auto* caption = window->findChild<app::FileCaptionBox*>("chkFile0");
         const QImage before = caption->grab().toImage();
 
-        desk.frame.Action("mnuSave")->trigger(); // cancelled
-        answers.push_back({desk.paths.DataDir() / "RUN.csv", false, false});
-        desk.frame.Action("mnuSave")->trigger();
+        desk.Frame.Action("mnuSave")->trigger(); // cancelled
+        answers.push_back({desk.Paths.DataDir() / "RUN.csv", false, false});
+        desk.Frame.Action("mnuSave")->trigger();
         QCOMPARE(rangeOffered, (std::vector<bool>{false, false}));
-        const std::string csv = testing::ReadText(desk.paths.DataDir() / "RUN.csv");
+        const std::string csv = testing::ReadText(desk.Paths.DataDir() / "RUN.csv");
         QVERIFY2(csv.starts_with("Time(s),Ne,TH,VFW,"), csv.substr(0, 80).c_str());
-        QCOMPARE(desk.registry.GetLogger(window->Number()), 1);
+        QCOMPARE(desk.Registry.GetLogger(window->Number()), 1);
         QVERIFY(fs::exists(downloaded));
 
-        answers.push_back({desk.paths.DataDir() / "KEPT.rlg", false, false});
-        desk.frame.Action("mnuSave")->trigger();
-        QVERIFY(desk.sink.messages.empty());
+        answers.push_back({desk.Paths.DataDir() / "KEPT.rlg", false, false});
+        desk.Frame.Action("mnuSave")->trigger();
+        QVERIFY(desk.Sink.Messages.empty());
         QVERIFY(!fs::exists(downloaded));
-        QVERIFY(fs::exists(desk.paths.DataDir() / "KEPT.rlg"));
-        QCOMPARE(desk.registry.GetLogger(window->Number()), 0);
+        QVERIFY(fs::exists(desk.Paths.DataDir() / "KEPT.rlg"));
+        QCOMPARE(desk.Registry.GetLogger(window->Number()), 0);
         QCOMPARE(caption->Caption(), QString("KEPT"));
         QCOMPARE(window->windowTitle(),
-                 QString::fromStdString((desk.paths.DataDir() / "KEPT.rlg").string()));
+                 QString::fromStdString((desk.Paths.DataDir() / "KEPT.rlg").string()));
         QVERIFY(caption->grab().toImage() != before);
 
-        desk.frame.Action("mnuFileClose")->trigger();
-        QVERIFY(desk.sink.messages.empty());
-        QVERIFY(desk.frame.GraphWindows().isEmpty());
-        QVERIFY(!desk.frame.Action("mnuSave")->isEnabled());
+        desk.Frame.Action("mnuFileClose")->trigger();
+        QVERIFY(desk.Sink.Messages.empty());
+        QVERIFY(desk.Frame.GraphWindows().isEmpty());
+        QVERIFY(!desk.Frame.Action("mnuSave")->isEnabled());
     }
 
     // Closing the program asks about an unsaved download before any window goes: Cancel keeps
@@ -243,31 +243,31 @@ private slots:
     // asked a second time, and all windows and streams go.
     void CancelWhileTheProgramClosesKeepsEveryWindow() {
         Desk desk;
-        GraphWindow* fromDisk = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+        GraphWindow* fromDisk = desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given,
                                                              desk.Run("RUN.rlg", 20000.0));
-        const fs::path downloaded = desk.paths.TempDir() / "LGGR0001.rlg";
+        const fs::path downloaded = desk.Paths.TempDir() / "LGGR0001.rlg";
         QVERIFY(testing::WriteGeneratedRun(downloaded, 20000.0, 3));
-        GraphWindow* fromLogger = desk.frame.ShowLoggingFile(downloaded, true);
+        GraphWindow* fromLogger = desk.Frame.ShowLoggingFile(downloaded, true);
         QVERIFY(fromDisk != nullptr && fromLogger != nullptr);
         const std::size_t diskStreams = desk.TempFiles("-010.tmp");
         const std::size_t loggerStreams = desk.TempFiles("-020.tmp");
         QVERIFY(diskStreams > 0 && loggerStreams > 0);
 
-        desk.sink.SetAnswer(shell::answers::Cancel);
-        QVERIFY(!desk.frame.close());
-        QCOMPARE(desk.sink.messages.size(), size_t{1});
-        QCOMPARE(desk.sink.messages[0].text, std::string(load::NotSavedMessage));
-        QVERIFY(desk.frame.isVisible());
-        QCOMPARE(desk.frame.GraphWindows(), (QList<GraphWindow*>{fromDisk, fromLogger}));
+        desk.Sink.SetAnswer(shell::answers::Cancel);
+        QVERIFY(!desk.Frame.close());
+        QCOMPARE(desk.Sink.Messages.size(), size_t{1});
+        QCOMPARE(desk.Sink.Messages[0].Text, std::string(load::NotSavedMessage));
+        QVERIFY(desk.Frame.isVisible());
+        QCOMPARE(desk.Frame.GraphWindows(), (QList<GraphWindow*>{fromDisk, fromLogger}));
         QVERIFY(fromDisk->isVisible() && fromLogger->isVisible());
         QCOMPARE(desk.TempFiles("-010.tmp"), diskStreams);
         QCOMPARE(desk.TempFiles("-020.tmp"), loggerStreams);
         QVERIFY(fs::exists(downloaded));
 
-        desk.sink.SetAnswer(shell::answers::Yes);
-        QVERIFY(desk.frame.close());
-        QCOMPARE(desk.sink.messages.size(), size_t{2});
-        QVERIFY(desk.frame.GraphWindows().isEmpty());
+        desk.Sink.SetAnswer(shell::answers::Yes);
+        QVERIFY(desk.Frame.close());
+        QCOMPARE(desk.Sink.Messages.size(), size_t{2});
+        QVERIFY(desk.Frame.GraphWindows().isEmpty());
         QCOMPARE(desk.TempFiles(".tmp"), size_t{0});
     }
 
@@ -275,13 +275,13 @@ private slots:
     // than open partly out of sight.
     void NewWindowsOpenInSight() {
         Desk desk;
-        desk.frame.resize(1000, 700);
+        desk.Frame.resize(1000, 700);
         const fs::path run = desk.Run("RUN.rlg", 20000.0);
         QList<QPoint> corners;
         for (int i = 0; i < 10; ++i) {
-            QVERIFY(desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, run) != nullptr);
-            const QMdiSubWindow* shown = desk.frame.Area()->subWindowList().back();
-            QVERIFY(desk.frame.Area()->viewport()->rect().contains(shown->geometry()));
+            QVERIFY(desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given, run) != nullptr);
+            const QMdiSubWindow* shown = desk.Frame.Area()->subWindowList().back();
+            QVERIFY(desk.Frame.Area()->viewport()->rect().contains(shown->geometry()));
             corners << shown->pos();
         }
         QCOMPARE(corners[1] - corners[0], QPoint(24, 24));
@@ -292,17 +292,17 @@ private slots:
     void ADroppedLoggingFileOpens() {
         Desk desk;
         const fs::path run = desk.Run("DROPPED.RLG", 20000.0);
-        const QUrl notes = UrlOf(desk.paths.DataDir() / "notes.txt");
+        const QUrl notes = UrlOf(desk.Paths.DataDir() / "notes.txt");
         for (const QList<QUrl>& urls : {QList<QUrl>{notes, UrlOf(run)},
-                                        {UrlOf(desk.paths.DataDir() / "MISSING.rlg")},
-                                        {UrlOf(desk.paths.DataDir())}}) {
-            DropOn(desk.frame, urls);
-            QVERIFY(desk.frame.GraphWindows().isEmpty());
+                                        {UrlOf(desk.Paths.DataDir() / "MISSING.rlg")},
+                                        {UrlOf(desk.Paths.DataDir())}}) {
+            DropOn(desk.Frame, urls);
+            QVERIFY(desk.Frame.GraphWindows().isEmpty());
         }
-        QVERIFY(desk.sink.messages.empty());
+        QVERIFY(desk.Sink.Messages.empty());
 
-        DropOn(desk.frame, {UrlOf(run), notes});
-        QCOMPARE(desk.frame.GraphWindows().size(), 1);
+        DropOn(desk.Frame, {UrlOf(run), notes});
+        QCOMPARE(desk.Frame.GraphWindows().size(), 1);
         QCOMPARE(desk.Caption(), QString("DROPPED"));
     }
 };

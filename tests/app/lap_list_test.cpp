@@ -37,8 +37,8 @@ QTableWidget* GridOf(const QWidget& list) {
 
 // The text pixels of a cell as drawn: how many are red and how many black.
 struct Ink {
-    int red = 0;
-    int black = 0;
+    int Red = 0;
+    int Black = 0;
 };
 Ink InkOf(QTableWidget& grid, int row, int column) {
     const QImage image = grid.viewport()->grab().toImage();
@@ -48,8 +48,8 @@ Ink InkOf(QTableWidget& grid, int row, int column) {
         for (int x = cell.left(); x <= cell.right(); ++x) {
             const QColor pixel = image.pixelColor(x, y);
             const bool dark = pixel.green() < 90 && pixel.blue() < 90;
-            ink.red += dark && pixel.red() > 160 ? 1 : 0;
-            ink.black += dark && pixel.red() < 90 ? 1 : 0;
+            ink.Red += dark && pixel.red() > 160 ? 1 : 0;
+            ink.Black += dark && pixel.red() < 90 ? 1 : 0;
         }
     }
     return ink;
@@ -61,11 +61,11 @@ void ClickRow(QTableWidget& grid, int row) {
 }
 
 LapListWindow* LapList(const Desk& desk) {
-    return desk.frame.findChild<LapListWindow*>("frmTLM0090");
+    return desk.Frame.findChild<LapListWindow*>("frmTLM0090");
 }
 
 void Activate(Desk& desk, GraphWindow* window) {
-    desk.frame.Area()->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(window->parentWidget()));
+    desk.Frame.Area()->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(window->parentWidget()));
 }
 
 } // namespace
@@ -98,7 +98,7 @@ private slots:
             for (int column = 0; column < 2; ++column) {
                 const Ink ink = InkOf(*grid, row, column);
                 const bool best = row == 1 || row == 3;
-                QVERIFY2((best ? ink.red : ink.black) > 5 && (best ? ink.black : ink.red) == 0,
+                QVERIFY2((best ? ink.Red : ink.Black) > 5 && (best ? ink.Black : ink.Red) == 0,
                          qPrintable(QString("row %1 column %2").arg(row).arg(column)));
             }
         }
@@ -113,9 +113,9 @@ private slots:
     // another window and another layer. A run too short for a lap shows the start row only.
     void TheListFollowsTheActiveWindowAndLayer() {
         Desk desk;
-        QAction* menu = desk.frame.Action("mnuLap");
+        QAction* menu = desk.Frame.Action("mnuLap");
         QVERIFY(!menu->isEnabled());
-        GraphWindow* first = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+        GraphWindow* first = desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given,
                                                           desk.Run("FIRST.rlg", 600000.0));
         QVERIFY(menu->isEnabled() && !menu->isChecked());
         menu->trigger();
@@ -127,19 +127,19 @@ private slots:
         QVERIFY(grid->rowCount() >= 5);
         QCOMPARE(grid->rowCount(), static_cast<int>(first->State().Layers.Lap[0].LapTime.size()));
 
-        GraphWindow* second = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+        GraphWindow* second = desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given,
                                                            desk.Run("SHORT.rlg", 60000.0, 2));
         QCOMPARE(list->windowTitle(), QString("SHORT"));
         QCOMPARE(testing::ColumnTexts(*grid->model(), 1), QStringList{"---------------"});
         Activate(desk, first);
         QCOMPARE(list->windowTitle(), QString("FIRST"));
 
-        desk.choices = {desk.Run("OVERLAY.rlg", 400000.0, 3)};
-        desk.frame.Action("mnuOpenLayer")->trigger();
+        desk.Choices = {desk.Run("OVERLAY.rlg", 400000.0, 3)};
+        desk.Frame.Action("mnuOpenLayer")->trigger();
         QTest::mouseClick(first->findChild<QWidget*>("chkFile1"), Qt::LeftButton);
         QCOMPARE(list->windowTitle(), QString("OVERLAY"));
         // Closing the active layer makes layer 0 active again.
-        desk.frame.Action("mnuCloseLayer")->trigger();
+        desk.Frame.Action("mnuCloseLayer")->trigger();
         QCOMPARE(list->windowTitle(), QString("FIRST"));
         Activate(desk, second);
         QCOMPARE(list->windowTitle(), QString("SHORT"));
@@ -149,11 +149,11 @@ private slots:
     // the other layer; the start row goes back to the start of the file.
     void AClickOnALapMovesTheActiveLayerToItsStart() {
         Desk desk;
-        GraphWindow* window = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+        GraphWindow* window = desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given,
                                                            desk.Run("MAIN.rlg", 600000.0));
-        desk.choices = {desk.Run("OTHER.rlg", 600000.0, 2)};
-        desk.frame.Action("mnuOpenLayer")->trigger();
-        desk.frame.Action("mnuLap")->trigger();
+        desk.Choices = {desk.Run("OTHER.rlg", 600000.0, 2)};
+        desk.Frame.Action("mnuOpenLayer")->trigger();
+        desk.Frame.Action("mnuLap")->trigger();
         QTableWidget* grid = GridOf(*LapList(desk));
         const logdata::LayerSet& layers = window->State().Layers;
         auto* title = window->findChild<QLabel*>("lblTm");
@@ -172,8 +172,8 @@ private slots:
         const QString atStart = title->text();
         std::filesystem::remove(layers.StreamPath(0, "Ne"));
         ClickRow(*grid, 3);
-        QCOMPARE(desk.sink.messages.size(), std::size_t{1});
-        QVERIFY(desk.sink.messages[0].text.starts_with("Error(53)"));
+        QCOMPARE(desk.Sink.Messages.size(), std::size_t{1});
+        QVERIFY(desk.Sink.Messages[0].Text.starts_with("Error(53)"));
         QCOMPARE(title->text(), atStart);
     }
 };

@@ -48,21 +48,21 @@ void SaveLayouts(layout::LayoutStore& store, const std::vector<std::string>& nam
 // The dialog's controls by their names.
 struct SaveDialogControls {
     explicit SaveDialogControls(QWidget& dialog)
-        : list(dialog.findChild<QListWidget*>("lstLayout"))
-        , name(dialog.findChild<QLineEdit*>("txtLayName"))
-        , save(dialog.findChild<QPushButton*>("cmdSave"))
-        , erase(dialog.findChild<QPushButton*>("cmdDel"))
-        , cancel(dialog.findChild<QPushButton*>("cmdCancel")) {}
+        : List(dialog.findChild<QListWidget*>("lstLayout"))
+        , Name(dialog.findChild<QLineEdit*>("txtLayName"))
+        , Save(dialog.findChild<QPushButton*>("cmdSave"))
+        , Erase(dialog.findChild<QPushButton*>("cmdDel"))
+        , Cancel(dialog.findChild<QPushButton*>("cmdCancel")) {}
     void Choose(int row) const {
-        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
-                          list->visualItemRect(list->item(row)).center());
+        QTest::mouseClick(List->viewport(), Qt::LeftButton, {},
+                          List->visualItemRect(List->item(row)).center());
     }
 
-    QListWidget* list;
-    QLineEdit* name;
-    QPushButton* save;
-    QPushButton* erase;
-    QPushButton* cancel;
+    QListWidget* List;
+    QLineEdit* Name;
+    QPushButton* Save;
+    QPushButton* Erase;
+    QPushButton* Cancel;
 };
 
 int VisibleRows(const app::GraphWindow& window) {
@@ -88,25 +88,25 @@ private slots:
     // nothing; a blank name is refused and the box gets the focus back; Enter saves and closes.
     void TheDialogListsCopiesAndSaves() {
         Desk desk;
-        SaveLayouts(desk.layouts, {"Mugello", "Jerez wet"});
-        LayoutSaveDialog dialog(desk.layouts, desk.sink, &desk.frame);
+        SaveLayouts(desk.Layouts, {"Mugello", "Jerez wet"});
+        LayoutSaveDialog dialog(desk.Layouts, desk.Sink, &desk.Frame);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowActive(&dialog));
         const SaveDialogControls controls(dialog);
-        QCOMPARE(testing::ColumnTexts(*controls.list->model()),
+        QCOMPARE(testing::ColumnTexts(*controls.List->model()),
                  (QStringList{"Mugello", "Jerez wet"}));
-        QCOMPARE(controls.name->maxLength(), 20);
-        QCOMPARE(controls.name->text(), QString("Mugello"));
+        QCOMPARE(controls.Name->maxLength(), 20);
+        QCOMPARE(controls.Name->text(), QString("Mugello"));
         controls.Choose(1);
-        QCOMPARE(controls.name->text(), QString("Jerez wet"));
+        QCOMPARE(controls.Name->text(), QString("Jerez wet"));
 
         // The chosen row is drawn marked, the other one plain with its name in dark pixels.
         const QImage picture = dialog.grab().toImage();
-        const QPoint viewport = controls.list->viewport()->mapTo(&dialog, QPoint());
+        const QPoint viewport = controls.List->viewport()->mapTo(&dialog, QPoint());
         const QRect plain =
-            controls.list->visualItemRect(controls.list->item(0)).translated(viewport);
+            controls.List->visualItemRect(controls.List->item(0)).translated(viewport);
         const QRect marked =
-            controls.list->visualItemRect(controls.list->item(1)).translated(viewport);
+            controls.List->visualItemRect(controls.List->item(1)).translated(viewport);
         QVERIFY(picture.pixelColor(marked.right() - 2, marked.center().y()) !=
                 picture.pixelColor(plain.right() - 2, plain.center().y()));
         int dark = 0;
@@ -120,21 +120,21 @@ private slots:
         QTest::keyClick(&dialog, Qt::Key_F1);
         QVERIFY(dialog.findChild<app::HelpWindow*>("HelpWindow") != nullptr);
 
-        controls.name->clear();
-        QTest::keyClick(controls.name, Qt::Key_Return);
-        QVERIFY(desk.sink.messages.empty());
-        controls.name->setText("   ");
-        controls.save->setFocus();
-        controls.save->click();
-        QCOMPARE(desk.sink.messages.at(0).text, std::string(layout::LayoutNameMissingMessage));
-        QVERIFY(controls.name->hasFocus());
+        controls.Name->clear();
+        QTest::keyClick(controls.Name, Qt::Key_Return);
+        QVERIFY(desk.Sink.Messages.empty());
+        controls.Name->setText("   ");
+        controls.Save->setFocus();
+        controls.Save->click();
+        QCOMPARE(desk.Sink.Messages.at(0).Text, std::string(layout::LayoutNameMissingMessage));
+        QVERIFY(controls.Name->hasFocus());
         QVERIFY(dialog.isVisible());
 
-        controls.name->setText(" Assen ");
-        QTest::keyClick(controls.name, Qt::Key_Return);
+        controls.Name->setText(" Assen ");
+        QTest::keyClick(controls.Name, Qt::Key_Return);
         QCOMPARE(dialog.result(), int(QDialog::Accepted));
         QVERIFY(!dialog.isVisible());
-        QCOMPARE(desk.layouts.GetLayoutNames(),
+        QCOMPARE(desk.Layouts.GetLayoutNames(),
                  (std::vector<std::string>{"INITIALIZE", "Mugello", "Jerez wet", "Assen"}));
     }
 
@@ -143,18 +143,18 @@ private slots:
     // LayoutSave adds an entry. A delete before Cancel leaves the menu in step as well.
     void TheLayoutEntriesFollowTheStoreAndDriveTheActiveWindow() {
         Desk desk;
-        QVERIFY(!desk.frame.Action("mnuLayoutDef")->isEnabled());
-        QVERIFY(!desk.frame.Action("mnuLaySave")->isEnabled());
+        QVERIFY(!desk.Frame.Action("mnuLayoutDef")->isEnabled());
+        QVERIFY(!desk.Frame.Action("mnuLaySave")->isEnabled());
 
-        SaveLayouts(desk.layouts, {"Two items"});
-        app::GraphWindow* window = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given,
+        SaveLayouts(desk.Layouts, {"Two items"});
+        app::GraphWindow* window = desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given,
                                                                 desk.Run("RUN.rlg", 60000.0));
         QVERIFY(window != nullptr);
-        QVERIFY(QTest::qWaitForWindowExposed(&desk.frame));
-        QAction* first = desk.frame.Action("mnuLayout1");
+        QVERIFY(QTest::qWaitForWindowExposed(&desk.Frame));
+        QAction* first = desk.Frame.Action("mnuLayout1");
         QCOMPARE(first->text(), QString("Two items"));
         QVERIFY(first->isVisible() && first->isEnabled());
-        QVERIFY(!desk.frame.Action("mnuLayout2")->isVisible());
+        QVERIFY(!desk.Frame.Action("mnuLayout2")->isVisible());
 
         const int factoryRows = VisibleRows(*window);
         QVERIFY(factoryRows > 2);
@@ -165,7 +165,7 @@ private slots:
         QCOMPARE(TitleTime(*window), QString(" Time -00h00m02s500"));
         QCOMPARE(window->State().Time, (graph::TimeScale{2, 1000, 50}));
         graph::DisplaySet last;
-        desk.layouts.GetLayout(0, last);
+        desk.Layouts.GetLayout(0, last);
         QCOMPARE(last.Items[logdata::Ne].Zoom, std::uint8_t{2});
         QCOMPARE(last.Time, window->State().Time);
         // Below the two rows the panel shows nothing but its own background.
@@ -173,59 +173,59 @@ private slots:
         const int belowRows = graph::FirstPanelBottom + 3 * graph::ItemRowHeight;
         QCOMPARE(picture.pixelColor(60, belowRows), picture.pixelColor(60, belowRows + 40));
 
-        desk.frame.Action("mnuLayoutDef")->trigger();
+        desk.Frame.Action("mnuLayoutDef")->trigger();
         QCOMPARE(VisibleRows(*window), factoryRows);
         QCOMPARE(TitleTime(*window), QString(" Time -00h00m10s000"));
 
         WhenModalOpens([](QWidget* dialog) {
             QCOMPARE(dialog->objectName(), QString("frmTLM0011"));
             const SaveDialogControls controls(*dialog);
-            controls.name->setText("Dry & hot");
-            controls.save->click();
+            controls.Name->setText("Dry & hot");
+            controls.Save->click();
         });
-        desk.frame.Action("mnuLaySave")->trigger();
-        QCOMPARE(desk.frame.Action("mnuLayout2")->text(), QString("Dry && hot"));
-        QVERIFY(desk.frame.Action("mnuLayout2")->isVisible());
-        QVERIFY(!desk.frame.Action("mnuLayout3")->isVisible());
+        desk.Frame.Action("mnuLaySave")->trigger();
+        QCOMPARE(desk.Frame.Action("mnuLayout2")->text(), QString("Dry && hot"));
+        QVERIFY(desk.Frame.Action("mnuLayout2")->isVisible());
+        QVERIFY(!desk.Frame.Action("mnuLayout3")->isVisible());
         graph::DisplaySet saved;
-        desk.layouts.GetLayout(2, saved);
+        desk.Layouts.GetLayout(2, saved);
         QCOMPARE(saved.Time, (graph::TimeScale{1, 10000, 100}));
 
-        desk.sink.SetAnswer(shell::answers::Ok);
+        desk.Sink.SetAnswer(shell::answers::Ok);
         WhenModalOpens([](QWidget* dialog) {
             const SaveDialogControls controls(*dialog);
-            controls.erase->click();
-            controls.cancel->click();
+            controls.Erase->click();
+            controls.Cancel->click();
         });
-        desk.frame.Action("mnuLaySave")->trigger();
+        desk.Frame.Action("mnuLaySave")->trigger();
         QCOMPARE(first->text(), QString("Dry && hot"));
-        QVERIFY(!desk.frame.Action("mnuLayout2")->isVisible());
+        QVERIFY(!desk.Frame.Action("mnuLayout2")->isVisible());
     }
 
     // The frame keeps the number of the window that was active when it was asked to close.
     void ClosingTheFrameKeepsTheActiveWindowsNumber() {
         Desk desk;
-        desk.frame.close();
-        QCOMPARE(desk.frame.ActiveWindowNumber(), -1);
-        desk.frame.show();
+        desk.Frame.close();
+        QCOMPARE(desk.Frame.ActiveWindowNumber(), -1);
+        desk.Frame.show();
         const fs::path run = desk.Run("RUN.rlg", 20000.0);
-        app::GraphWindow* one = desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, run);
-        desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, run);
-        desk.frame.Area()->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(one->parentWidget()));
-        desk.frame.close();
-        QCOMPARE(desk.frame.ActiveWindowNumber(), 1);
+        app::GraphWindow* one = desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given, run);
+        desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given, run);
+        desk.Frame.Area()->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(one->parentWidget()));
+        desk.Frame.close();
+        QCOMPARE(desk.Frame.ActiveWindowNumber(), 1);
     }
 
     // The last window to close writes the toolbox as it stands into the layout file's head, not
     // as the file held it.
     void TheLastWindowKeepsTheToolBoxAsItStands() {
         Desk desk;
-        desk.frame.SetToolBoxPlace({false, 1500, 3000});
-        desk.frame.ShowToolBox();
-        desk.frame.OpenLoggingWindow(app::LoggingFileSource::Given, desk.Run("RUN.rlg", 20000.0));
-        desk.frame.Action("mnuFileClose")->trigger();
-        QVERIFY(desk.frame.GraphWindows().isEmpty());
-        layout::LayoutStore reread(desk.paths, desk.sink);
+        desk.Frame.SetToolBoxPlace({false, 1500, 3000});
+        desk.Frame.ShowToolBox();
+        desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given, desk.Run("RUN.rlg", 20000.0));
+        desk.Frame.Action("mnuFileClose")->trigger();
+        QVERIFY(desk.Frame.GraphWindows().isEmpty());
+        layout::LayoutStore reread(desk.Paths, desk.Sink);
         QVERIFY(reread.LoadLayouts());
         QCOMPARE(reread.ToolBox(), (layout::ToolBoxPlace{true, 1500, 3000}));
     }

@@ -55,10 +55,10 @@ private slots:
                                    "Help(&H)"}));
         QVERIFY(MarkedPixels(frame.menuBar()->grab().toImage()) > 100);
         for (const auto& entry : torvane::app::FrameMenu()) {
-            const QString name = QString::fromUtf8(entry.name);
+            const QString name = QString::fromUtf8(entry.Name);
             QAction* action = frame.Action(name);
             QVERIFY2(action != nullptr, qPrintable(name));
-            QCOMPARE(action->text(), QString::fromUtf8(entry.caption));
+            QCOMPARE(action->text(), QString::fromUtf8(entry.Caption));
         }
         QCOMPARE(frame.Action("mnuOpen")->menu()->actions()[0]->objectName(),
                  QString("mnuFileOpen"));

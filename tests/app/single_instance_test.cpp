@@ -58,9 +58,9 @@ private slots:
         QCOMPARE(alone.Listen(), Listen::Failed);
         torvane::shell::RecordingSink sink;
         alone.ReportListenFailure(sink);
-        QCOMPARE(sink.messages.size(), size_t{1});
-        QVERIFY(QString::fromStdString(sink.messages[0].text).contains(name));
-        QCOMPARE(sink.messages[0].icon, torvane::shell::icons::Warning);
+        QCOMPARE(sink.Messages.size(), size_t{1});
+        QVERIFY(QString::fromStdString(sink.Messages[0].Text).contains(name));
+        QCOMPARE(sink.Messages[0].Icon, torvane::shell::icons::Warning);
     }
 
     void NobodyToHandOverTo() { QVERIFY(!SingleInstance(UniqueName()).HandOver("LOADx.rlg", 300)); }

@@ -62,7 +62,7 @@ protected:
                                  "TH=" + (folder / "th.bin").string(), "--stream",
                                  "VM3=" + (folder / "vm3.bin").string(), "--stream",
                                  "LAP=" + (folder / "lap.bin").string(), out});
-        EXPECT_EQ(packed.status, 0) << packed.err;
+        EXPECT_EQ(packed.Status, 0) << packed.Err;
         return out;
     }
 
@@ -72,8 +72,8 @@ protected:
 TEST_F(CliTest, ValuesInfoLapsAndUnpackOfAPackedRun) {
     const std::string run = PackSmallRun();
     auto values = Cli({"values", run, "--at", "0,10,15,1000", "--json"});
-    ASSERT_EQ(values.status, 0) << values.err;
-    json rows = json::parse(values.out);
+    ASSERT_EQ(values.Status, 0) << values.Err;
+    json rows = json::parse(values.Out);
     // One row a time asked; the values themselves are the value reader's.
     ASSERT_EQ(rows.size(), 4u);
     EXPECT_EQ(rows[1]["values"]["Ne"], 2000);
@@ -83,13 +83,13 @@ TEST_F(CliTest, ValuesInfoLapsAndUnpackOfAPackedRun) {
     // The home folder's air/fuel table converts LAF1.
     WriteText(folder / "home" / "INT" / "LAF_DATA.CSV", "0,0\r\n50,5\r\n");
     values = Cli({"values", run, "--at", "1000", "--json"});
-    rows = json::parse(values.out);
+    rows = json::parse(values.Out);
     EXPECT_NEAR(rows[0]["values"]["LAF1"].get<double>(), 512.0 / 1023 * 50, 1e-9);
 
     // Info, laps and unpack of the same run.
     const auto info = Cli({"info", run, "--json"});
-    ASSERT_EQ(info.status, 0) << info.err;
-    const json result = json::parse(info.out);
+    ASSERT_EQ(info.Status, 0) << info.Err;
+    const json result = json::parse(info.Out);
     EXPECT_EQ(result["MeasureTime"], 10000);
     EXPECT_EQ(result["MinSampleTime"], 10);
     EXPECT_EQ(result["header"]["SampleTime"], json::parse("[10,25,0,0,0,0,0,0,0,100,0]"));
@@ -102,23 +102,23 @@ TEST_F(CliTest, ValuesInfoLapsAndUnpackOfAPackedRun) {
     EXPECT_TRUE(std::filesystem::is_directory(folder / "home" / "TMP"));
 
     const auto laps = Cli({"laps", run, "--json"});
-    ASSERT_EQ(laps.status, 0) << laps.err;
-    EXPECT_EQ(json::parse(laps.out),
+    ASSERT_EQ(laps.Status, 0) << laps.Err;
+    EXPECT_EQ(json::parse(laps.Out),
               json::parse(R"({"laps":[{"lap":1,"start":3000,"end":5950,"time":2950},
                                       {"lap":2,"start":5950,"end":10800,"time":4850}],
                               "best":2950})"));
 
     std::filesystem::create_directory(folder / "out");
     const auto unpacked = Cli({"unpack", run, (folder / "out").string(), "--number", "121"});
-    ASSERT_EQ(unpacked.status, 0) << unpacked.err;
-    EXPECT_EQ(unpacked.out, "result 0\nDeployCount 12\n");
+    ASSERT_EQ(unpacked.Status, 0) << unpacked.Err;
+    EXPECT_EQ(unpacked.Out, "result 0\nDeployCount 12\n");
     EXPECT_EQ(std::filesystem::file_size(folder / "out" / "Ne-121.tmp"), 2000u);
     EXPECT_EQ(std::filesystem::file_size(folder / "out" / "VFW-121.tmp"), 0u);
 
     const auto refused = Cli({"unpack", run, (folder / "missing").string()});
-    EXPECT_EQ(refused.status, 1);
-    EXPECT_EQ(refused.out, "result -3\nDeployCount 0\n");
-    EXPECT_EQ(refused.err, "Can not make the file after deployment.\n");
+    EXPECT_EQ(refused.Status, 1);
+    EXPECT_EQ(refused.Out, "result -3\nDeployCount 0\n");
+    EXPECT_EQ(refused.Err, "Can not make the file after deployment.\n");
 }
 
 // Scripts read these keys, so every --json output keeps to docs/cli-json.schema.json, key for key.
@@ -132,14 +132,14 @@ TEST_F(CliTest, JsonOutputsHaveExactlyTheDocumentedKeys) {
         {"laps", {"laps", run, "--json"}}};
     for (const auto& [command, args] : commands) {
         const auto result = Cli(args);
-        ASSERT_EQ(result.status, 0) << result.err;
-        EXPECT_EQ(Undocumented(DocumentedJson(command), json::parse(result.out)),
+        ASSERT_EQ(result.Status, 0) << result.Err;
+        EXPECT_EQ(Undocumented(DocumentedJson(command), json::parse(result.Out)),
                   std::vector<std::string>{})
             << command;
     }
 
     // A renamed or a missing key is caught, not only a new one.
-    auto laps = json::parse(Cli({"laps", run, "--json"}).out);
+    auto laps = json::parse(Cli({"laps", run, "--json"}).Out);
     laps["BestLap"] = laps["best"];
     laps.erase("best");
     EXPECT_EQ(Undocumented(DocumentedJson("laps"), laps),
@@ -149,29 +149,29 @@ TEST_F(CliTest, JsonOutputsHaveExactlyTheDocumentedKeys) {
 TEST_F(CliTest, RefusedFilesGiveTheMessageAndStatusOne) {
     const std::string missing = (folder / "none.rlg").string();
     auto result = Cli({"info", missing});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, "[" + missing + "]Can not find the specified log file.\n");
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_EQ(result.Err, "[" + missing + "]Can not find the specified log file.\n");
 
     WriteText(folder / "empty.rlg", "");
     result = Cli({"info", (folder / "empty.rlg").string()});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, "There is No data in a file.\n");
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_EQ(result.Err, "There is No data in a file.\n");
 
     WriteText(folder / "text.rlg", "this is no logging file at all");
     result = Cli({"values", (folder / "text.rlg").string(), "--at", "10"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, "File access error.\n");
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_EQ(result.Err, "File access error.\n");
 
     result = Cli({"laps", PackSmallRun(4)});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, "A file format is not correct.\n");
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_EQ(result.Err, "A file format is not correct.\n");
 }
 
 TEST_F(CliTest, ExportWritesTheDefaultDisplaysItemsOrAllOverARangeAndRefusesBadInput) {
     const std::string run = PackSmallRun();
     const std::string csv = (folder / "run.csv").string();
     auto result = Cli({"export", run, csv});
-    ASSERT_EQ(result.status, 0) << result.err;
+    ASSERT_EQ(result.Status, 0) << result.Err;
     std::string text = ReadText(csv);
     // The factory display shows Ne and TH of this run, not LAF1 or LAP; the rows are the CSV
     // writer's.
@@ -187,11 +187,11 @@ TEST_F(CliTest, ExportWritesTheDefaultDisplaysItemsOrAllOverARangeAndRefusesBadI
     display.Items[logdata::LAF1].View = 1;
     layouts.SetLayout(0, display, display.Time);
     ASSERT_TRUE(layouts.SaveLastLayout(layouts.ToolBox()));
-    ASSERT_EQ(Cli({"export", run, csv}).status, 0);
+    ASSERT_EQ(Cli({"export", run, csv}).Status, 0);
     EXPECT_TRUE(ReadText(csv).starts_with("Time(s),Ne,TH,LAF1\r\n"));
 
     result = Cli({"export", run, csv, "--all", "--range", "2995", "3010"});
-    ASSERT_EQ(result.status, 0) << result.err;
+    ASSERT_EQ(result.Status, 0) << result.Err;
     EXPECT_EQ(ReadText(csv), "Time(s),Ne,TH,LAF1,LAP\r\n"
                              "2.995,7970.00,50.00,13.50,0.00\r\n"
                              "3.000,7980.00,50.00,13.50,1.00\r\n"
@@ -201,20 +201,20 @@ TEST_F(CliTest, ExportWritesTheDefaultDisplaysItemsOrAllOverARangeAndRefusesBadI
     // Bad ranges, an unwritable target and a damaged file are refused.
     std::filesystem::remove(csv);
     result = Cli({"export", run, (folder / "missing" / "run.csv").string()});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err,
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_EQ(result.Err,
               "Error(76)\nPath not found: " + (folder / "missing" / "run.csv").string() + "\n");
 
     result = Cli({"export", run, (folder / "run.csv").string(), "--range", "3000", "2000"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.err.find("--range"), std::string::npos);
-    EXPECT_NE(Cli({"export", run, (folder / "run.csv").string(), "--range", "3000"}).status, 0);
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_NE(result.Err.find("--range"), std::string::npos);
+    EXPECT_NE(Cli({"export", run, (folder / "run.csv").string(), "--range", "3000"}).Status, 0);
     EXPECT_FALSE(std::filesystem::exists(folder / "run.csv"));
 
     WriteText(folder / "text.rlg", "this is no logging file at all");
     result = Cli({"export", (folder / "text.rlg").string(), (folder / "run.csv").string()});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.err, "File access error.\n");
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_EQ(result.Err, "File access error.\n");
     EXPECT_FALSE(std::filesystem::exists(folder / "run.csv"));
 }
 
@@ -222,31 +222,31 @@ TEST_F(CliTest, BadArgumentsAreRefusedAndEveryCommandHasHelp) {
     WriteText(folder / "short.bin", "too short");
     auto result =
         Cli({"pack", "--header", (folder / "short.bin").string(), (folder / "x.rlg").string()});
-    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.Status, 1);
     EXPECT_FALSE(std::filesystem::exists(folder / "x.rlg"));
 
     PackSmallRun();
     result = Cli({"pack", "--header", (folder / "header.bin").string(), "--stream",
                   "RPM=" + (folder / "ne.bin").string(), (folder / "x.rlg").string()});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.err.find("Unknown stream"), std::string::npos);
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_NE(result.Err.find("Unknown stream"), std::string::npos);
 
     WriteText(folder / "odd.bin", "abc");
     result = Cli({"pack", "--header", (folder / "header.bin").string(), "--stream",
                   "Ne=" + (folder / "odd.bin").string(), (folder / "x.rlg").string()});
-    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.Status, 1);
 
-    EXPECT_NE(Cli({"values", (folder / "small.rlg").string(), "--at", "10,abc"}).status, 0);
+    EXPECT_NE(Cli({"values", (folder / "small.rlg").string(), "--at", "10,abc"}).Status, 0);
     WriteText(folder / "bad-setting.dat", "short");
     EXPECT_EQ(Cli({"generate", (folder / "g.rlg").string(), "--setting",
                    (folder / "bad-setting.dat").string()})
-                  .status,
+                  .Status,
               1);
     for (const char* command :
          {"pack", "unpack", "info", "values", "laps", "export", "generate", "render"}) {
         const auto help = Cli({command, "--help"});
-        EXPECT_EQ(help.status, 0) << command;
-        EXPECT_NE(help.out.find("Usage"), std::string::npos) << command;
+        EXPECT_EQ(help.Status, 0) << command;
+        EXPECT_NE(help.Out.find("Usage"), std::string::npos) << command;
     }
 }
 
@@ -268,17 +268,17 @@ std::pair<std::uint32_t, std::uint32_t> PngSize(const std::filesystem::path& fil
 
 TEST_F(CliTest, RenderDrawsTheGraphOfARunAtTheGivenSizeAndTimeAndRefusesBadInput) {
     const std::string run = (folder / "run.rlg").string();
-    ASSERT_EQ(Cli({"generate", run, "--minutes", "1", "--seed", "3"}).status, 0);
+    ASSERT_EQ(Cli({"generate", run, "--minutes", "1", "--seed", "3"}).Status, 0);
     const auto first = folder / "first.png";
     auto result = Cli({"render", run, first.string(), "--size", "640x480"});
-    ASSERT_EQ(result.status, 0) << result.err;
-    EXPECT_EQ(result.err, ""); // a batch job gets no platform chatter
+    ASSERT_EQ(result.Status, 0) << result.Err;
+    EXPECT_EQ(result.Err, ""); // a batch job gets no platform chatter
     EXPECT_EQ(PngSize(first), (std::pair<std::uint32_t, std::uint32_t>{640, 480}));
 
     const auto zoomed = folder / "zoomed.png";
     result = Cli({"render", run, zoomed.string(), "--size", "640x480", "--offset", "20000",
                   "--pixels-per-step", "5", "--ms-per-step", "5"});
-    ASSERT_EQ(result.status, 0) << result.err;
+    ASSERT_EQ(result.Status, 0) << result.Err;
     EXPECT_NE(torvane::testing::ReadText(first), torvane::testing::ReadText(zoomed));
 
     // Record 0 of a new layout file is the factory display: the same picture.
@@ -287,7 +287,7 @@ TEST_F(CliTest, RenderDrawsTheGraphOfARunAtTheGivenSizeAndTimeAndRefusesBadInput
     const auto laidOut = folder / "laid-out.png";
     result = Cli({"render", run, laidOut.string(), "--size", "640x480", "--layout",
                   (folder / "LAYOUT.DAT").string()});
-    ASSERT_EQ(result.status, 0) << result.err;
+    ASSERT_EQ(result.Status, 0) << result.Err;
     EXPECT_EQ(torvane::testing::ReadText(first), torvane::testing::ReadText(laidOut));
 
     // Bad input is refused and nothing is written.
@@ -295,19 +295,19 @@ TEST_F(CliTest, RenderDrawsTheGraphOfARunAtTheGivenSizeAndTimeAndRefusesBadInput
     WriteText(folder / "cut.rlg", whole.substr(0, whole.size() / 2));
     const auto out = folder / "out.png";
     result = Cli({"render", (folder / "cut.rlg").string(), out.string()});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_FALSE(result.err.empty());
-    EXPECT_NE(Cli({"render", run, out.string(), "--size", "90x400"}).status, 0);
-    EXPECT_NE(Cli({"render", run, out.string(), "--size", "wide"}).status, 0);
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_FALSE(result.Err.empty());
+    EXPECT_NE(Cli({"render", run, out.string(), "--size", "90x400"}).Status, 0);
+    EXPECT_NE(Cli({"render", run, out.string(), "--size", "wide"}).Status, 0);
     WriteText(folder / "LAYOUT.DAT", "short");
     result = Cli({"render", run, out.string(), "--layout", (folder / "LAYOUT.DAT").string()});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.err.find("LAYOUT.DAT"), std::string::npos);
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_NE(result.Err.find("LAYOUT.DAT"), std::string::npos);
     EXPECT_FALSE(std::filesystem::exists(out));
 
     result = Cli({"render", run, (folder / "missing" / "out.png").string()});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.err.find("cannot write"), std::string::npos);
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_NE(result.Err.find("cannot write"), std::string::npos);
 }
 
 } // namespace

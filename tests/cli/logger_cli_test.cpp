@@ -32,11 +32,11 @@ TEST_F(LoggerCliTest, WithoutALoggerCommandsSayNotConnectedAndBadArgumentsAreRef
                                                          {"logger", "--yes", "clear"}};
     for (const auto& command : commands) {
         const auto result = Cli(command);
-        EXPECT_EQ(result.status, 1) << command[1];
-        EXPECT_EQ(result.err, "TorvaneDataLogger is not connected.\n"
+        EXPECT_EQ(result.Status, 1) << command[1];
+        EXPECT_EQ(result.Err, "TorvaneDataLogger is not connected.\n"
                               "USB device error. Error code =  1001\n")
             << command[1];
-        EXPECT_EQ(result.out, "") << command[1];
+        EXPECT_EQ(result.Out, "") << command[1];
     }
     EXPECT_FALSE(std::filesystem::exists(out));
 
@@ -49,13 +49,13 @@ TEST_F(LoggerCliTest, WithoutALoggerCommandsSayNotConnectedAndBadArgumentsAreRef
         {"logger", "status", "--force"}};
     for (const auto& command : mistakes) {
         const auto result = Cli(command);
-        EXPECT_NE(result.status, 0) << command.back();
-        EXPECT_EQ(result.err.find("not connected"), std::string::npos) << command.back();
+        EXPECT_NE(result.Status, 0) << command.back();
+        EXPECT_EQ(result.Err.find("not connected"), std::string::npos) << command.back();
     }
     for (const char* command : {"status", "list", "download", "clear"}) {
         const auto help = Cli({"logger", command, "--help"});
-        EXPECT_EQ(help.status, 0) << command;
-        EXPECT_NE(help.out.find("Usage"), std::string::npos) << command;
+        EXPECT_EQ(help.Status, 0) << command;
+        EXPECT_NE(help.Out.find("Usage"), std::string::npos) << command;
     }
 }
 

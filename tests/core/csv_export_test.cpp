@@ -25,7 +25,7 @@ protected:
     std::vector<std::string> Export(const std::vector<int>& items,
                                     std::optional<CsvRange> range = std::nullopt) {
         EXPECT_TRUE(WriteCsv(out, layers, items, range, laf, sink));
-        EXPECT_TRUE(sink.messages.empty());
+        EXPECT_TRUE(sink.Messages.empty());
         const std::string text = ReadText(out);
         std::vector<std::string> lines;
         for (std::size_t begin = 0; begin < text.size();) {
@@ -141,15 +141,15 @@ TEST_F(CsvExportTest, ComputedItemsReadTheirWideStreamWithTheirDecimalsAndNoColu
     fs::remove(out);
     EXPECT_TRUE(WriteCsv(out, layers, {}, std::nullopt, laf, sink));
     EXPECT_FALSE(fs::exists(out));
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 }
 
 TEST_F(CsvExportTest, UnwritableTargetsAreReportedAndNothingIsWritten) {
     Stream(Ne, 10, {100});
     const auto expectOneError = [&](const std::string& start) {
-        ASSERT_EQ(sink.messages.size(), 1U);
-        EXPECT_TRUE(sink.messages[0].text.starts_with(start)) << sink.messages[0].text;
-        sink.messages.clear();
+        ASSERT_EQ(sink.Messages.size(), 1U);
+        EXPECT_TRUE(sink.Messages[0].Text.starts_with(start)) << sink.Messages[0].Text;
+        sink.Messages.clear();
     };
     EXPECT_FALSE(WriteCsv(target / "missing" / "RUN.csv", layers, std::vector<int>{Ne},
                           std::nullopt, laf, sink));
@@ -181,8 +181,8 @@ TEST_F(CsvExportTest, FullDiskIsReportedAndWhatWasWrittenStays) {
     }
 
     EXPECT_FALSE(written);
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_TRUE(sink.messages[0].text.starts_with("Error(61)\rDisk full")) << sink.messages[0].text;
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_TRUE(sink.Messages[0].Text.starts_with("Error(61)\rDisk full")) << sink.Messages[0].Text;
     const std::string text = ReadText(out);
     EXPECT_GT(text.size(), 50000U);
     EXPECT_TRUE(text.starts_with("Time(s),Ne\r\n0.000,0.00\r\n0.005,2000.00\r\n"));

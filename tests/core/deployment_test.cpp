@@ -14,11 +14,11 @@ protected:
     DeployTest() {
         layers.TempDir = folder.Path();
         layers.WindowNumber = 1;
-        run.header.SetSampleTime(0, 10);
-        run.header.SetSampleTime(1, 25);
-        run.header.SetWord(SettingWord::ThClose, 102);
-        run.header.SetWord(SettingWord::ThOpen, 758);
-        run.streams = {{"Ne", std::vector<std::int16_t>(400, 500)},
+        run.Header.SetSampleTime(0, 10);
+        run.Header.SetSampleTime(1, 25);
+        run.Header.SetWord(SettingWord::ThClose, 102);
+        run.Header.SetWord(SettingWord::ThOpen, 758);
+        run.Streams = {{"Ne", std::vector<std::int16_t>(400, 500)},
                        {"TH", std::vector<std::int16_t>(100, 100)},
                        {"LAP", {}}};
     }
@@ -35,13 +35,13 @@ protected:
 };
 
 TEST_F(DeployTest, GoodFileFillsTheLayerUnderItsFileNumber) {
-    run.header.SetWord(SettingWord::Sus, 1);
-    run.header.SetWord(SettingWord::Reserved40, 10);
+    run.Header.SetWord(SettingWord::Sus, 1);
+    run.Header.SetWord(SettingWord::Reserved40, 10);
     ASSERT_TRUE(Deploy());
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
     EXPECT_EQ(driver.fileNumbers.back(), 10);
     const LayerRecord& layer = layers.Layer[0];
-    EXPECT_EQ(layer.Header, run.header);
+    EXPECT_EQ(layer.Header, run.Header);
     EXPECT_EQ(layer.ItemChannel[7], FRSUS);
     EXPECT_TRUE(layer.ItemExists[TH]);
     EXPECT_FALSE(layer.ItemExists[VFW]);
@@ -57,20 +57,20 @@ TEST_F(DeployTest, GoodFileFillsTheLayerUnderItsFileNumber) {
 }
 
 TEST_F(DeployTest, FirstExistingSlotOrLapWordsDecideTheMeasureTimeAndTHNeedsASpan) {
-    run.header.SetSampleTime(0, 0);
+    run.Header.SetSampleTime(0, 0);
     ASSERT_TRUE(Deploy());
     EXPECT_EQ(layers.Layer[0].MeasureTime, 2500); // TH: 100 samples at 25 ms
 
     // A throttle without span is no item.
-    run.header.SetSampleTime(0, 10);
-    run.header.SetWord(SettingWord::ThOpen, 102);
+    run.Header.SetSampleTime(0, 10);
+    run.Header.SetWord(SettingWord::ThOpen, 102);
     ASSERT_TRUE(Deploy(2));
     EXPECT_FALSE(layers.Layer[2].ItemExists[TH]);
     EXPECT_TRUE(layers.Layer[2].ItemExists[Ne]);
 
-    run.header = LogHeader{};
-    run.header.SetWord(SettingWord::LapOn, 1);
-    run.streams = {{"LAP", std::vector<std::int16_t>(20, 0)}};
+    run.Header = LogHeader{};
+    run.Header.SetWord(SettingWord::LapOn, 1);
+    run.Streams = {{"LAP", std::vector<std::int16_t>(20, 0)}};
     ASSERT_TRUE(Deploy(1));
     EXPECT_EQ(layers.Layer[1].MeasureTime, 6000);
 }
@@ -86,26 +86,26 @@ TEST_F(DeployTest, DriverResultsShowTheirMessagesWithStopIcon) {
     for (const auto& [result, text] : cases) {
         driver.result = result;
         EXPECT_FALSE(Deploy()) << result;
-        ASSERT_FALSE(sink.messages.empty());
-        EXPECT_EQ(sink.messages.back().text, text);
-        EXPECT_EQ(sink.messages.back().icon, shell::icons::Stop);
-        EXPECT_EQ(sink.messages.back().buttons, shell::buttons::Ok);
+        ASSERT_FALSE(sink.Messages.empty());
+        EXPECT_EQ(sink.Messages.back().Text, text);
+        EXPECT_EQ(sink.Messages.back().Icon, shell::icons::Stop);
+        EXPECT_EQ(sink.Messages.back().Buttons, shell::buttons::Ok);
     }
 }
 
 TEST_F(DeployTest, RefusedHeaderWarnsAndAThrowingDriverIsARunTimeError) {
-    run.header.SetWord(SettingWord::Sus, 4);
+    run.Header.SetWord(SettingWord::Sus, 4);
     EXPECT_FALSE(Deploy(1));
-    ASSERT_EQ(sink.messages.size(), 1u);
-    EXPECT_EQ(sink.messages[0].text, "A file format is not correct.");
-    EXPECT_EQ(sink.messages[0].icon, shell::icons::Warning);
+    ASSERT_EQ(sink.Messages.size(), 1u);
+    EXPECT_EQ(sink.Messages[0].Text, "A file format is not correct.");
+    EXPECT_EQ(sink.Messages[0].Icon, shell::icons::Warning);
     EXPECT_TRUE(layers.Layer[1].ItemChannel.empty());
 
     driver.throws = true;
     EXPECT_FALSE(Deploy());
-    ASSERT_EQ(sink.messages.size(), 2u);
-    EXPECT_EQ(sink.messages[1].text.rfind("Error(", 0), 0u);
-    EXPECT_EQ(sink.messages[1].icon, shell::icons::Stop);
+    ASSERT_EQ(sink.Messages.size(), 2u);
+    EXPECT_EQ(sink.Messages[1].Text.rfind("Error(", 0), 0u);
+    EXPECT_EQ(sink.Messages[1].Icon, shell::icons::Stop);
 }
 
 } // namespace

@@ -64,16 +64,16 @@ TEST_F(PressOkTest, ExistingFileIsOverwrittenOnlyAfterYesInTheModesThatAsk) {
     const FileDialogResult refused =
         PressOk(Press(FileDialogMode::SaveLoggingFile, "abc", CsvType), memory, sink);
     EXPECT_TRUE(refused.Cancel);
-    ASSERT_EQ(sink.messages.size(), 1u);
-    EXPECT_EQ(sink.messages[0].text, "Already exists.Overwrite? ");
-    EXPECT_EQ(sink.messages[0].buttons, shell::buttons::YesNo);
-    EXPECT_EQ(sink.messages[0].icon, shell::icons::Information);
+    ASSERT_EQ(sink.Messages.size(), 1u);
+    EXPECT_EQ(sink.Messages[0].Text, "Already exists.Overwrite? ");
+    EXPECT_EQ(sink.Messages[0].Buttons, shell::buttons::YesNo);
+    EXPECT_EQ(sink.Messages[0].Icon, shell::icons::Information);
     EXPECT_EQ(memory.LastFileName, "");
 
     sink.SetAnswer(shell::answers::Yes);
     EXPECT_FALSE(
         PressOk(Press(FileDialogMode::SaveLoggingFile, "abc", CsvType), memory, sink).Cancel);
-    EXPECT_EQ(sink.messages.size(), 2u);
+    EXPECT_EQ(sink.Messages.size(), 2u);
     EXPECT_EQ(memory.LastFolder, folder.Path());
     EXPECT_EQ(memory.LastFileName, "abc.csv");
 
@@ -82,7 +82,7 @@ TEST_F(PressOkTest, ExistingFileIsOverwrittenOnlyAfterYesInTheModesThatAsk) {
                                TypesOf(FileDialogMode::SaveSpecialData)[0]),
                          memory, sink)
                      .Cancel);
-    EXPECT_EQ(sink.messages.size(), 2u); // special data overwrites without asking
+    EXPECT_EQ(sink.Messages.size(), 2u); // special data overwrites without asking
     EXPECT_EQ(memory.LastFileName, "abc.csv");
 }
 
@@ -98,7 +98,7 @@ TEST_F(PressOkTest, LoadTakesAMissingFileAndAnEmptyNameFallsBackToTheSelection) 
     EXPECT_EQ(PressOk(picked, memory, sink).Filepath, folder / "run.rlg");
     picked.SelectedName.clear();
     EXPECT_TRUE(PressOk(picked, memory, sink).Cancel);
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
     // The next save must not start with the loaded name typed in.
     EXPECT_EQ(memory.LastFileName, "saved.rlg");
 }

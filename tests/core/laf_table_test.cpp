@@ -31,7 +31,7 @@ TEST(LafTable, MissingFileIsWrittenWithTheDefaultLinesOrConversionStaysOff) {
     LafTable table;
     LoadLafTable(table, folder.Path(), sink);
     EXPECT_TRUE(table.Loaded());
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
     const std::string text = ReadText(folder / LafFileName);
     EXPECT_EQ(text.substr(0, 22), "9,0\r\n9.5,0.28\r\n10,0.56");
     EXPECT_NE(text.find("\r\n16.5,4.17\r\n"), std::string::npos);
@@ -58,7 +58,7 @@ TEST(LafTable, NonNumericFieldsReadAsZero) {
     EXPECT_EQ(table.Points()[3].Af, 14.0);
     EXPECT_EQ(table.Points()[3].Volt, 2.78);
     EXPECT_EQ(table.Points()[4].Volt, 0.0); // a third field spoils the second
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 }
 
 } // namespace

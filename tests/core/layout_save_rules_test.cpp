@@ -29,11 +29,11 @@ protected:
     }
     std::string FileBytes() const { return torvane::testing::ReadText(File()); }
     void ExpectMessage(const char* text, int buttons, int icon) {
-        ASSERT_EQ(sink_.messages.size(), 1u);
-        EXPECT_EQ(sink_.messages[0].text, text);
-        EXPECT_EQ(sink_.messages[0].buttons, buttons);
-        EXPECT_EQ(sink_.messages[0].icon, icon);
-        sink_.messages.clear();
+        ASSERT_EQ(sink_.Messages.size(), 1u);
+        EXPECT_EQ(sink_.Messages[0].Text, text);
+        EXPECT_EQ(sink_.Messages[0].Buttons, buttons);
+        EXPECT_EQ(sink_.Messages[0].Icon, icon);
+        sink_.Messages.clear();
     }
 };
 
@@ -70,7 +70,7 @@ TEST_F(LayoutSaveRulesTest, ANameIsTrimmedAndAnExistingOneOverwrittenOnlyOnYes) 
 
     Pend(11);
     EXPECT_EQ(SaveNamedLayout(store_, "  Mugello wet ", sink_), LayoutSaveResult::Saved);
-    EXPECT_TRUE(sink_.messages.empty());
+    EXPECT_TRUE(sink_.Messages.empty());
     EXPECT_EQ(Names(), (NameList{"INITIALIZE", "Mugello wet"}));
     EXPECT_EQ(NeTop(1), 11);
 
@@ -88,7 +88,7 @@ TEST_F(LayoutSaveRulesTest, ANameIsTrimmedAndAnExistingOneOverwrittenOnlyOnYes) 
 
     // Record 0 is not among the listed layouts: its name is asked about nowhere and appended.
     EXPECT_EQ(SaveNamedLayout(store_, "INITIALIZE", sink_), LayoutSaveResult::Saved);
-    EXPECT_TRUE(sink_.messages.empty());
+    EXPECT_TRUE(sink_.Messages.empty());
     EXPECT_EQ(Names(), (NameList{"INITIALIZE", "Mugello wet", "INITIALIZE"}));
 }
 
@@ -113,11 +113,11 @@ TEST_F(LayoutSaveRulesTest, AnUnreadableFileIsReportedAndLosesNothing) {
     fs::remove(File());
     fs::create_directory(File());
     EXPECT_EQ(SaveNamedLayout(store_, "B", sink_), LayoutSaveResult::Failed);
-    ASSERT_EQ(sink_.messages.size(), 1u);
-    EXPECT_TRUE(sink_.messages[0].text.starts_with("Error(")) << sink_.messages[0].text;
-    sink_.messages.clear();
+    ASSERT_EQ(sink_.Messages.size(), 1u);
+    EXPECT_TRUE(sink_.Messages[0].Text.starts_with("Error(")) << sink_.Messages[0].Text;
+    sink_.Messages.clear();
     EXPECT_FALSE(DeleteChosenLayout(store_, 1, sink_));
-    EXPECT_EQ(sink_.messages.size(), 2u); // the question, then the failure
+    EXPECT_EQ(sink_.Messages.size(), 2u); // the question, then the failure
     EXPECT_EQ(Names(), (NameList{"INITIALIZE", "A"}));
 }
 

@@ -50,13 +50,13 @@ protected:
     LayoutStoreTest() { fs::create_directories(paths_.InitDir()); }
 
     void ExpectOneError(int number) {
-        ASSERT_EQ(sink_.messages.size(), 1u);
-        const std::string& text = sink_.messages[0].text;
+        ASSERT_EQ(sink_.Messages.size(), 1u);
+        const std::string& text = sink_.Messages[0].Text;
         std::string prefix = "Error(";
         prefix += std::to_string(number);
         EXPECT_TRUE(text.starts_with(prefix + ")\r")) << text;
-        EXPECT_EQ(sink_.messages[0].icon, shell::icons::Stop);
-        sink_.messages.clear();
+        EXPECT_EQ(sink_.Messages[0].Icon, shell::icons::Stop);
+        sink_.Messages.clear();
     }
 };
 
@@ -72,7 +72,7 @@ TEST_F(LayoutStoreTest, MissingOrWrongLengthFileIsReplacedSilentlyButAShortOneIs
     ASSERT_TRUE(store_.LoadLayouts());
     EXPECT_EQ(ReadBytes(File()), FactoryFileBytes());
     EXPECT_EQ(Names(), NameList{"INITIALIZE"});
-    EXPECT_TRUE(sink_.messages.empty());
+    EXPECT_TRUE(sink_.Messages.empty());
 
     WriteBytes(File(), {1, 0, 0, 0, 9}); // shorter than its head
     ASSERT_TRUE(store_.LoadLayouts());

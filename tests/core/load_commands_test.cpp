@@ -49,21 +49,21 @@ TEST(CheckMemoryTest, EightyPerCentInUseOrUnreadableFiguresRefuseANewWindow) {
     shell::RecordingSink sink;
     FixedMemory at79(InUse(794)); // 79.4 % rounds to 79
     EXPECT_TRUE(CheckMemory(at79, sink));
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
     for (const std::uint64_t load : {796U, 1000U}) {
         FixedMemory full(InUse(load));
         EXPECT_FALSE(CheckMemory(full, sink)) << load;
     }
-    ASSERT_EQ(sink.messages.size(), 2U);
-    EXPECT_EQ(sink.messages[0].text, "A memory is extremely insufficient,Please end application.");
-    EXPECT_EQ(sink.messages[0].icon, shell::icons::Stop);
+    ASSERT_EQ(sink.Messages.size(), 2U);
+    EXPECT_EQ(sink.Messages[0].Text, "A memory is extremely insufficient,Please end application.");
+    EXPECT_EQ(sink.Messages[0].Icon, shell::icons::Stop);
 
     FixedMemory unreadable(std::nullopt);
     EXPECT_FALSE(CheckMemory(unreadable, sink));
     FixedMemory empty(MemoryFigures{});
     EXPECT_FALSE(CheckMemory(empty, sink));
-    ASSERT_EQ(sink.messages.size(), 4U);
-    EXPECT_EQ(sink.messages[3].text, "Windows Platform is unknown.");
+    ASSERT_EQ(sink.Messages.size(), 4U);
+    EXPECT_EQ(sink.Messages[3].Text, "Windows Platform is unknown.");
 }
 
 TEST(ProcMemInfoTest, ReadsAvailableMemoryAndSwapFromTheSystemOrAFile) {

@@ -85,7 +85,7 @@ TEST_F(CommentFileTest, SideFileHoldsTheLayersCommentsAndGoesWithTheLast) {
     ASSERT_TRUE(SaveLayerComments(state, 0, sink));
     EXPECT_FALSE(fs::exists(sideFile));
     EXPECT_EQ(data.FileNames(), std::vector<std::string>{});
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 }
 
 TEST_F(CommentFileTest, ReadingReplacesTheLayersCommentsAndPinsThemToIt) {
@@ -93,7 +93,7 @@ TEST_F(CommentFileTest, ReadingReplacesTheLayersCommentsAndPinsThemToIt) {
     graph::AddComment(state.Comments, Comment("Stale", 1));
     graph::AddComment(state.Comments, Comment("Main file"));
     ReadLayerComments(state, 1, sink);
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
     ASSERT_EQ(state.Comments.size(), 3U);
     EXPECT_EQ(state.Comments[0].Text, "First"); // in the slot the stale one left
     EXPECT_EQ(state.Comments[1].Text, "Main file");
@@ -121,7 +121,7 @@ TEST_F(CommentFileTest, WindowsOfOneFileKeepEachOthersCommentsAndLeaveOutOnlyThe
     ASSERT_TRUE(SaveLayerComments(other, 0, sink));
     EXPECT_EQ(ReadText(sideFile), Head + "2\n40 -40 0 0 3000 10000 Brake\n"
                                          "40 -40 0 0 3000 10000 Brake late\n");
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 }
 
 TEST_F(CommentFileTest, DamagedSideFileIsReportedAndKeptAsideAndTheRunHasNoComments) {
@@ -130,9 +130,9 @@ TEST_F(CommentFileTest, DamagedSideFileIsReportedAndKeptAsideAndTheRunHasNoComme
     graph::AddComment(state.Comments, Comment("Before"));
     ReadLayerComments(state, 0, sink);
     EXPECT_TRUE(graph::LayerComments(state.Comments, 0).empty());
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].icon, shell::icons::Warning);
-    EXPECT_EQ(sink.messages[0].text,
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_EQ(sink.Messages[0].Icon, shell::icons::Warning);
+    EXPECT_EQ(sink.Messages[0].Text,
               "The comments of RUN.rlg were left out: " + sideFile.string() +
                   " is damaged (line 4: the file ends inside a line); it is kept as "
                   "RUN.rlg.comments.damaged.");
@@ -142,7 +142,7 @@ TEST_F(CommentFileTest, DamagedSideFileIsReportedAndKeptAsideAndTheRunHasNoComme
     graph::AddComment(state.Comments, Comment("After"));
     ASSERT_TRUE(SaveLayerComments(state, 0, sink));
     EXPECT_EQ(ReadText(data / "RUN.rlg.comments.damaged"), damaged);
-    EXPECT_EQ(sink.messages.size(), 1U);
+    EXPECT_EQ(sink.Messages.size(), 1U);
 }
 
 TEST_F(CommentFileTest, EveryRefusalOfTheReaderNamesItsLineAndWhatIsWrong) {
@@ -173,14 +173,14 @@ TEST_F(CommentFileTest, EveryRefusalOfTheReaderNamesItsLineAndWhatIsWrong) {
     };
     for (const auto& [file, line, reason] : refused) {
         SCOPED_TRACE(file.substr(0, 60));
-        sink.messages.clear();
+        sink.Messages.clear();
         WriteText(sideFile, file);
         ReadLayerComments(state, 0, sink);
-        ASSERT_EQ(sink.messages.size(), 1U);
-        EXPECT_NE(sink.messages[0].text.find(" is damaged (line " + std::to_string(line) + ": " +
+        ASSERT_EQ(sink.Messages.size(), 1U);
+        EXPECT_NE(sink.Messages[0].Text.find(" is damaged (line " + std::to_string(line) + ": " +
                                              reason + "); it is kept as "),
                   std::string::npos)
-            << sink.messages[0].text;
+            << sink.Messages[0].Text;
     }
 }
 
@@ -191,25 +191,25 @@ TEST_F(CommentFileTest, FailedSaveIsReportedAndLeavesTheSideFileAsItWas) {
     fs::create_directory(data / "RUN.rlg.comments.new");
     graph::AddComment(state.Comments, Comment("Changed"));
     EXPECT_FALSE(SaveLayerComments(state, 0, sink));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_TRUE(sink.messages[0].text.starts_with("The comments of RUN.rlg could not be saved ("))
-        << sink.messages[0].text;
-    EXPECT_TRUE(sink.messages[0].text.ends_with("They stay in this window while it is open."));
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_TRUE(sink.Messages[0].Text.starts_with("The comments of RUN.rlg could not be saved ("))
+        << sink.Messages[0].Text;
+    EXPECT_TRUE(sink.Messages[0].Text.ends_with("They stay in this window while it is open."));
     EXPECT_EQ(ReadText(sideFile), saved);
     EXPECT_EQ(graph::LayerComments(state.Comments, 0).size(), 1U);
 
     EXPECT_FALSE(WriteCommentFile(WindowFileComments(state, run), data / "gone" / "RUN.rlg", sink));
-    ASSERT_EQ(sink.messages.size(), 2U);
-    EXPECT_NE(sink.messages[1].text.find("Path not found"), std::string::npos);
+    ASSERT_EQ(sink.Messages.size(), 2U);
+    EXPECT_NE(sink.Messages[1].Text.find("Path not found"), std::string::npos);
 }
 
 TEST_F(CommentFileTest, UnreadableSideFileIsReported) {
     fs::create_directory(sideFile);
     ReadLayerComments(state, 0, sink);
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_TRUE(sink.messages[0].text.starts_with("The comments of RUN.rlg were left out: they "
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_TRUE(sink.Messages[0].Text.starts_with("The comments of RUN.rlg were left out: they "
                                                   "could not be read ("))
-        << sink.messages[0].text;
+        << sink.Messages[0].Text;
 }
 
 } // namespace

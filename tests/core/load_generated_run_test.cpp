@@ -62,7 +62,7 @@ TEST_F(GeneratedRunTest, RunsLoadAndLayOverEachOther) {
     WriteRun(second, 240000.0, 2);
 
     ASSERT_TRUE(Load(first));
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
     const logdata::LayerRecord& main = files.Layers.Layer[0];
     EXPECT_EQ(main.MeasureTime, 300000.0);
     EXPECT_EQ(main.ScrollItem, logdata::TH);
@@ -90,16 +90,16 @@ TEST_F(GeneratedRunTest, DamagedFileGivesTheDriversMessageAndLeavesNoStream) {
         bytes.write("\xFF\x00\xFF\x00", 4);
     }
     EXPECT_FALSE(Load(file));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].text, "File access error.");
-    EXPECT_EQ(sink.messages[0].icon, shell::icons::Stop);
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_EQ(sink.Messages[0].Text, "File access error.");
+    EXPECT_EQ(sink.Messages[0].Icon, shell::icons::Stop);
     EXPECT_TRUE(TempFileNames().empty());
 
     fs::resize_file(file, size / 2);
-    sink.messages.clear();
+    sink.Messages.clear();
     EXPECT_FALSE(Load(file));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].text, "File access error.");
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_EQ(sink.Messages[0].Text, "File access error.");
     EXPECT_TRUE(TempFileNames().empty());
 }
 

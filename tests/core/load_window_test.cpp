@@ -37,20 +37,20 @@ using torvane::testing::WriteWords16;
 // Ne (and TH) at 10 ms for the given length; with lapMarks a mark at 300 ms and one at 1200 ms.
 ScriptedRun MakeRun(int lengthMs, bool lapMarks = false) {
     ScriptedRun run;
-    run.header.SetSampleTime(0, 10);
-    run.header.SetSampleTime(1, 10);
-    run.header.SetWord(SettingWord::ThClose, 100);
-    run.header.SetWord(SettingWord::ThOpen, 700);
+    run.Header.SetSampleTime(0, 10);
+    run.Header.SetSampleTime(1, 10);
+    run.Header.SetWord(SettingWord::ThClose, 100);
+    run.Header.SetWord(SettingWord::ThOpen, 700);
     const auto words = static_cast<std::size_t>(lengthMs / 10);
-    run.streams["Ne"] = std::vector<std::int16_t>(words, 400);
-    run.streams["TH"] = std::vector<std::int16_t>(words, 80);
+    run.Streams["Ne"] = std::vector<std::int16_t>(words, 400);
+    run.Streams["TH"] = std::vector<std::int16_t>(words, 80);
     std::vector<std::int16_t> lap(static_cast<std::size_t>(lengthMs / 300), 0);
     if (lapMarks) {
-        run.header.SetWord(SettingWord::LapOn, 1);
+        run.Header.SetWord(SettingWord::LapOn, 1);
         lap.at(0) = 1;
         lap.at(3) = 1;
     }
-    run.streams["LAP"] = lap;
+    run.Streams["LAP"] = lap;
     return run;
 }
 
@@ -87,7 +87,7 @@ protected:
 
 TEST_F(LoadTest, MainFileIsReadyToShowWithTheScrollItemItHas) {
     ASSERT_TRUE(Load(MakeRun(6000, true)));
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
     EXPECT_EQ(files.SingleFileState, graph::SingleFileState::Loaded);
     EXPECT_EQ(files.Layers.Layer[0].MeasureTime, 6000.0);
     EXPECT_EQ(files.Time, display.Time);
@@ -103,20 +103,20 @@ TEST_F(LoadTest, MainFileIsReadyToShowWithTheScrollItemItHas) {
 
 TEST_F(LoadTest, RunOrLayerOfThreeSecondsOrLessIsRefusedAndItsNumberUsedAgain) {
     ASSERT_FALSE(Load(MakeRun(3000)));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].text, ShortMeasurementMessage);
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_EQ(sink.Messages[0].Text, ShortMeasurementMessage);
     EXPECT_TRUE(view.steps.empty());
 
     // Ne at 5 ms gives the next length above the limit.
     ScriptedRun run = MakeRun(3000);
-    run.header.SetSampleTime(0, 5);
-    run.streams["Ne"].resize(601);
+    run.Header.SetSampleTime(0, 5);
+    run.Streams["Ne"].resize(601);
     EXPECT_TRUE(Load(run));
     EXPECT_EQ(files.Layers.Layer[0].MeasureTime, 3005.0);
 
     EXPECT_FALSE(Open(MakeRun(3000), "/runs/SHORT.rlg"));
-    ASSERT_EQ(sink.messages.size(), 2U);
-    EXPECT_EQ(sink.messages[1].text, ShortMeasurementMessage);
+    ASSERT_EQ(sink.Messages.size(), 2U);
+    EXPECT_EQ(sink.Messages[1].Text, ShortMeasurementMessage);
     EXPECT_EQ(files.LastLayer, 0);
     ASSERT_TRUE(Open(MakeRun(8000), "/runs/LONG.rlg"));
     EXPECT_EQ(driver.fileNumbers, (std::vector<int>{10, 10, 11, 11}));
@@ -125,8 +125,8 @@ TEST_F(LoadTest, RunOrLayerOfThreeSecondsOrLessIsRefusedAndItsNumberUsedAgain) {
 TEST_F(LoadTest, FailedDeploymentShowsTheDriversMessageAndAFailedWindowStepFailsTheLoad) {
     driver.result = -4;
     EXPECT_FALSE(Load(MakeRun(6000)));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].text, "File access error.");
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_EQ(sink.Messages[0].Text, "File access error.");
     EXPECT_TRUE(folder.FileNames().empty());
     driver.result = 0;
 
@@ -162,7 +162,7 @@ TEST_F(LoadTest, SecondAndThirdLayersOpenAndAFourthIsRefused) {
     EXPECT_FALSE(Open(MakeRun(5000), "/runs/FOURTH.rlg"));
     EXPECT_EQ(driver.fileNumbers, (std::vector<int>{10, 11, 12}));
     EXPECT_EQ(files.LastLayer, 2);
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 }
 
 TEST_F(LoadTest, ClosingLayersFallsBackToTheMainFile) {
@@ -241,7 +241,7 @@ TEST_F(LoadTest, CommentsComeBackWithTheirFileAsMainFileOrLayerAndGoWithTheLayer
     EXPECT_TRUE(graph::LayerComments(files.Comments, 1).empty());
     EXPECT_EQ(graph::LayerComments(files.Comments, 0).size(), 1U);
     EXPECT_TRUE(fs::exists(CommentFilePath(run)));
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 }
 
 // A downloaded file in TMP, in window 1 of the registry.
@@ -278,14 +278,14 @@ TEST_F(QueryUnloadTest, NothingIsAskedForAFileFromTheDiskOrGoneCancelKeepsItAndN
     registry.SetLogger(files.Layers.WindowNumber, 1);
     fs::remove(downloaded);
     EXPECT_TRUE(Query(shell::answers::Cancel));
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 
     // For a downloaded file Cancel keeps the window and No deletes the file.
     torvane::testing::WriteText(downloaded, "logging file");
     EXPECT_FALSE(Query(shell::answers::Cancel));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_EQ(sink.messages[0].text, "This file is not saved.\r\nDoes it save?");
-    EXPECT_EQ(sink.messages[0].buttons, shell::buttons::YesNoCancel);
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_EQ(sink.Messages[0].Text, "This file is not saved.\r\nDoes it save?");
+    EXPECT_EQ(sink.Messages[0].Buttons, shell::buttons::YesNoCancel);
     EXPECT_TRUE(fs::exists(downloaded));
     EXPECT_EQ(dialogs, 0);
 
@@ -304,8 +304,8 @@ TEST_F(QueryUnloadTest, YesMovesTheFileToAnotherChosenPlaceOrReportsAFailedCopy)
     EXPECT_TRUE(fs::exists(downloaded));
 
     EXPECT_TRUE(Query(shell::answers::Yes, data / "missing" / "RUN.rlg"));
-    ASSERT_EQ(sink.messages.size(), 4U);
-    EXPECT_TRUE(sink.messages[3].text.starts_with("Error(76)\r")) << sink.messages[3].text;
+    ASSERT_EQ(sink.Messages.size(), 4U);
+    EXPECT_TRUE(sink.Messages[3].Text.starts_with("Error(76)\r")) << sink.Messages[3].Text;
     EXPECT_TRUE(fs::exists(downloaded));
 
     graph::CommentRecord comment;

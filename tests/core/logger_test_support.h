@@ -16,33 +16,33 @@ namespace torvane::logger::testing {
 class AnsweringSink : public shell::MessageSink {
 public:
     int Show(const shell::Message& message) override {
-        messages.push_back(message);
-        if (message.buttons == shell::buttons::Ok || answers.empty()) {
+        Messages.push_back(message);
+        if (message.Buttons == shell::buttons::Ok || Answers.empty()) {
             return shell::answers::Ok;
         }
-        const int answer = answers.front();
-        answers.pop_front();
+        const int answer = Answers.front();
+        Answers.pop_front();
         return answer;
     }
 
     std::vector<std::string> Texts() const {
         std::vector<std::string> texts;
-        for (const auto& message : messages) {
-            texts.push_back(message.text);
+        for (const auto& message : Messages) {
+            texts.push_back(message.Text);
         }
         return texts;
     }
 
-    std::deque<int> answers;
-    std::vector<shell::Message> messages;
+    std::deque<int> Answers;
+    std::vector<shell::Message> Messages;
 };
 
 struct ScriptedLink {
-    ScriptedDriver driver;
-    AnsweringSink sink;
-    std::vector<std::chrono::milliseconds> pauses;
-    LoggerLink link{driver, sink, [this](std::chrono::milliseconds pause) {
-                        pauses.push_back(pause);
+    ScriptedDriver Driver;
+    AnsweringSink Sink;
+    std::vector<std::chrono::milliseconds> Pauses;
+    LoggerLink Link{Driver, Sink, [this](std::chrono::milliseconds pause) {
+                        Pauses.push_back(pause);
                     }};
 };
 

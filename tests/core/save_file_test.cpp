@@ -60,7 +60,7 @@ TEST_F(SaveFileTest, ExportTakesTheShownItemsThatHoldDataOrEveryItemOverTheMarke
     EXPECT_TRUE(Save(data / "RUN.csv", false, true));
     EXPECT_EQ(ReadText(data / "RUN.csv"), "Time(s),Ne\r\n0.020,4000.00\r\n0.030,6000.00\r\n");
     EXPECT_EQ(state.Layers.Layer[0].FilePath, main);
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 }
 
 TEST_F(SaveFileTest, SavingOverItsOwnPathDoesNothingAndElsewhereTheLayerFollowsTheCopy) {
@@ -68,7 +68,7 @@ TEST_F(SaveFileTest, SavingOverItsOwnPathDoesNothingAndElsewhereTheLayerFollowsT
     EXPECT_TRUE(Save(main));
     EXPECT_EQ(ReadText(main), "logging file");
     EXPECT_EQ(Logger(), 1);
-    EXPECT_TRUE(sink.messages.empty());
+    EXPECT_TRUE(sink.Messages.empty());
 
     // A file from the disk is copied, its comments beside the copy, and the layer follows it.
     graph::CommentRecord brake;
@@ -89,8 +89,8 @@ TEST_F(SaveFileTest, ADownloadedFileIsKeptAndItsWorkingCopyGoes) {
     registry.SetLogger(state.Layers.WindowNumber, 1);
     // A copy that fails changes nothing: the file is still only in its working copy.
     EXPECT_FALSE(Save(data / "missing" / "KEEP.rlg"));
-    ASSERT_EQ(sink.messages.size(), 1U);
-    EXPECT_TRUE(sink.messages[0].text.starts_with("Error(76)\r")) << sink.messages[0].text;
+    ASSERT_EQ(sink.Messages.size(), 1U);
+    EXPECT_TRUE(sink.Messages[0].Text.starts_with("Error(76)\r")) << sink.Messages[0].Text;
     EXPECT_EQ(Logger(), 1);
     EXPECT_EQ(state.Layers.Layer[0].FilePath, main);
     EXPECT_EQ(Caption(), "RUN");
@@ -100,7 +100,7 @@ TEST_F(SaveFileTest, ADownloadedFileIsKeptAndItsWorkingCopyGoes) {
     EXPECT_FALSE(fs::exists(main));
     EXPECT_EQ(ReadText(data / "KEEP.rlg"), "logging file");
     EXPECT_EQ(Caption(), "KEEP");
-    EXPECT_EQ(sink.messages.size(), 1U);
+    EXPECT_EQ(sink.Messages.size(), 1U);
 }
 
 } // namespace

@@ -14,8 +14,8 @@
 namespace torvane::logdata::testing {
 
 struct ScriptedRun {
-    LogHeader header;
-    std::map<std::string, std::vector<std::int16_t>> streams;
+    LogHeader Header;
+    std::map<std::string, std::vector<std::int16_t>> Streams;
 };
 
 class ScriptedDecompressor : public LogFileDecompressor {
@@ -30,12 +30,12 @@ public:
         if (result != 0 || run == runs.end()) {
             return result != 0 ? result : -1;
         }
-        for (const auto& [name, words] : run->second.streams) {
+        for (const auto& [name, words] : run->second.Streams) {
             torvane::testing::WriteWords16(tempDir / shell::StreamFileName(name, fileNumber),
                                            words);
         }
-        header = run->second.header.ToBytes();
-        deployCount = static_cast<std::int32_t>(run->second.streams.size());
+        header = run->second.Header.ToBytes();
+        deployCount = static_cast<std::int32_t>(run->second.Streams.size());
         return 0;
     }
 

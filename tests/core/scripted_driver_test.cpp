@@ -33,7 +33,7 @@ TEST(ScriptedDriverTest, PlainCallsRecordTheirIntegerAndExchangeRecordsWithTheLo
     // the logger's own, which a read then hands back.
     TlmSettingData sent{};
     sent.intLapOn = 0;
-    driver.Script(Call::SendTheSettingData, {{.result = TLM_ERR_SENSE, .sense = 3}});
+    driver.Script(Call::SendTheSettingData, {{.Result = TLM_ERR_SENSE, .Sense = 3}});
     EXPECT_EQ(driver.SendTheSettingData(status, sent), TLM_ERR_SENSE);
     EXPECT_EQ(status.bytSense, 3);
     TlmSettingData read{};
@@ -50,13 +50,13 @@ TEST(ScriptedDriverTest, FileCountAndClearingFollowTheScriptedFiles) {
     driver.files = {TlmDownloadEntry{1, 0, 60, 100}, TlmDownloadEntry{2, 0, 60, 100}};
     EXPECT_EQ(driver.GetTheNumberofFiles(status), 2);
 
-    driver.Script(Call::InitializeLogFile, {{.result = TLM_ERR_BUSY}});
+    driver.Script(Call::InitializeLogFile, {{.Result = TLM_ERR_BUSY}});
     EXPECT_EQ(driver.InitializeLogFile(status), TLM_ERR_BUSY);
     EXPECT_EQ(driver.GetTheNumberofFiles(status), 2);
     EXPECT_EQ(driver.InitializeLogFile(status), TLM_OK);
     EXPECT_EQ(driver.GetTheNumberofFiles(status), 0);
 
-    driver.Script(Call::GetTheNumberofFiles, {{.result = TLM_ERR_TIMEOUT}});
+    driver.Script(Call::GetTheNumberofFiles, {{.Result = TLM_ERR_TIMEOUT}});
     EXPECT_EQ(driver.GetTheNumberofFiles(status), TLM_ERR_TIMEOUT);
 }
 

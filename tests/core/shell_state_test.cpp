@@ -42,11 +42,11 @@ TEST(WindowRegistry, NumbersReuseTheLowestAndTheLoggerMarkGoesWithTheNumber) {
 TEST(ShowMessage, EmptyTextReportsThePendingErrorWithStopIcon) {
     RecordingSink sink;
     ShowMessage(sink, "", buttons::Ok, icons::None);
-    EXPECT_EQ(sink.messages.back().text, "Error(0)\r");
-    EXPECT_EQ(sink.messages.back().icon, icons::Stop);
+    EXPECT_EQ(sink.Messages.back().Text, "Error(0)\r");
+    EXPECT_EQ(sink.Messages.back().Icon, icons::Stop);
     ShowRunTimeError(sink, {53, "File not found"});
-    EXPECT_EQ(sink.messages.back().text, "Error(53)\rFile not found");
-    EXPECT_EQ(sink.messages.back().icon, icons::Stop);
+    EXPECT_EQ(sink.Messages.back().Text, "Error(53)\rFile not found");
+    EXPECT_EQ(sink.Messages.back().Icon, icons::Stop);
 }
 
 TEST(AppPaths, HomeVariableWinsThenProgramFolderThenUserFolder) {

@@ -87,7 +87,7 @@ TEST_F(WindowLayoutTest, AStoredLayoutIsShownInEveryLayerAndBecomesTheLastDispla
     EXPECT_EQ(Record(0).Items, applied.Items);
     EXPECT_EQ(Record(0).Time, applied.Time);
     EXPECT_EQ(Record(0).Name, "INITIALIZE");
-    EXPECT_TRUE(sink_.messages.empty());
+    EXPECT_TRUE(sink_.Messages.empty());
 }
 
 // A record the store does not hold leaves the window as it was; mnuLayoutDef shows the factory

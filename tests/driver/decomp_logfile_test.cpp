@@ -27,14 +27,14 @@ TEST(DecompLogfile, DeploysWithOrWithoutTrailingSeparatorAndNullCounts) {
     EXPECT_EQ(deployed, header);
     EXPECT_EQ(byteCount, 200);
     EXPECT_EQ(deployCount, 2);
-    EXPECT_EQ(ReadWords(folder.Path() / "Ne-121.tmp"), streams[0].samples);
+    EXPECT_EQ(ReadWords(folder.Path() / "Ne-121.tmp"), streams[0].Samples);
     EXPECT_TRUE(std::filesystem::exists(folder.Path() / "LAP-121.tmp"));
 
     const std::string withSeparator = tempPath + "/";
     EXPECT_EQ(decomp_logfile(logPath.c_str(), withSeparator.c_str(), 5, deployed.data(), nullptr,
                              nullptr),
               TLM_DECOMP_OK);
-    EXPECT_EQ(ReadWords(folder.Path() / "Ne-005.tmp"), streams[0].samples);
+    EXPECT_EQ(ReadWords(folder.Path() / "Ne-005.tmp"), streams[0].Samples);
 }
 
 TEST(DecompLogfile, NullArgumentsGiveResultCodes) {

@@ -23,7 +23,7 @@ bool ServerHangsUpAfter(const Endpoint& endpoint, const std::vector<std::uint8_t
     if (!raw.IsOpen() || raw.SendAll(bytes, Clock::now() + milliseconds(500)) != IoStatus::Ok) {
         return false;
     }
-    const Deadline deadline = Clock::now() + ServedLogger::kTimeout * 4;
+    const Deadline deadline = Clock::now() + ServedLogger::Timeout * 4;
     std::vector<std::uint8_t> ignored;
     while (Clock::now() < deadline) {
         if (raw.ReceiveSome(ignored, 4096, deadline) == IoStatus::Lost) {
@@ -35,7 +35,7 @@ bool ServerHangsUpAfter(const Endpoint& endpoint, const std::vector<std::uint8_t
 
 std::vector<std::uint8_t> HelloBytes(std::uint16_t version) {
     PayloadWriter hello;
-    hello.Put(kProtocolMagic);
+    hello.Put(ProtocolMagic);
     hello.Put(version);
     std::vector<std::uint8_t> bytes;
     AppendFrame(Frame{MessageKind::Hello, false, 1, std::move(hello.Bytes())}, bytes);
@@ -66,7 +66,7 @@ TEST(LinkFaults, NothingListeningOrARefusingDeviceIsNoLinkAndTcpWorksLikeUnix) {
 
     // The same link works over tcp on the loopback.
     ServedLogger tcp(ServedLogger::Transport::Tcp);
-    EXPECT_NE(tcp.BoundEndpoint().port, 0);
+    EXPECT_NE(tcp.BoundEndpoint().Port, 0);
     tcp.device.fileCount = 12;
     ASSERT_EQ(TLM_Open(&status), TLM_OK);
     EXPECT_EQ(GetTheNumberofFiles(&status), 12);
@@ -92,7 +92,7 @@ TEST(LinkFaults, StallingDeviceTimesOutAndTheNextCallStillWorks) {
     ServedLogger logger;
     TlmStatus status{};
     ASSERT_EQ(TLM_Open(&status), TLM_OK);
-    logger.device.stallNextCallMs = static_cast<int>(ServedLogger::kTimeout.count() * 3 / 2);
+    logger.device.stallNextCallMs = static_cast<int>(ServedLogger::Timeout.count() * 3 / 2);
     logger.device.fileCount = 4;
 
     EXPECT_EQ(GetTheNumberofFiles(&status), TLM_ERR_TIMEOUT);
@@ -138,7 +138,7 @@ TEST(LinkFaults, ClientThatVanishesFreesTheLogger) {
     {
         Socket raw = Connect(logger.BoundEndpoint(), Clock::now() + milliseconds(500), error);
         ASSERT_TRUE(raw.IsOpen()) << error;
-        ASSERT_EQ(raw.SendAll(HelloBytes(kProtocolVersion), Clock::now() + milliseconds(500)),
+        ASSERT_EQ(raw.SendAll(HelloBytes(ProtocolVersion), Clock::now() + milliseconds(500)),
                   IoStatus::Ok);
         std::vector<std::uint8_t> answer;
         EXPECT_EQ(raw.ReceiveSome(answer, 256, Clock::now() + milliseconds(500)), IoStatus::Ok);
@@ -160,15 +160,15 @@ TEST(LinkFaults, MalformedFramesEndTheLinkAndNeverTheServer) {
     EXPECT_TRUE(ServerHangsUpAfter(endpoint, hugeLength));
     EXPECT_TRUE(ServerHangsUpAfter(endpoint, unknownKind));
     EXPECT_TRUE(ServerHangsUpAfter(endpoint, truncated)); // and stalls: the time-out ends it
-    EXPECT_TRUE(ServerHangsUpAfter(endpoint, HelloBytes(kProtocolVersion + 1)));
+    EXPECT_TRUE(ServerHangsUpAfter(endpoint, HelloBytes(ProtocolVersion + 1)));
     EXPECT_EQ(logger.device.opens.load(), 0);
 
     // After a good hello: a request with a payload that does not fit its kind, then an answer
     // sent as if it were a request.
-    std::vector<std::uint8_t> shortSetting = HelloBytes(kProtocolVersion);
+    std::vector<std::uint8_t> shortSetting = HelloBytes(ProtocolVersion);
     AppendFrame(Frame{MessageKind::SendSetting, false, 2, {1, 2, 3}}, shortSetting);
     EXPECT_TRUE(ServerHangsUpAfter(endpoint, shortSetting));
-    std::vector<std::uint8_t> answerAsRequest = HelloBytes(kProtocolVersion);
+    std::vector<std::uint8_t> answerAsRequest = HelloBytes(ProtocolVersion);
     AppendFrame(Frame{MessageKind::GetStatus, true, 2, {}}, answerAsRequest);
     EXPECT_TRUE(ServerHangsUpAfter(endpoint, answerAsRequest));
     EXPECT_TRUE(Eventually([&] { return logger.device.closes.load() == 2; }));

@@ -16,13 +16,13 @@ namespace torvane::link::test {
 namespace {
 
 struct WireOperation {
-    std::uint16_t kind;
-    std::string_view entryPoint;
-    std::string deviceCall;
-    std::size_t requestBytes;
+    std::uint16_t Kind;
+    std::string_view EntryPoint;
+    std::string DeviceCall;
+    std::size_t RequestBytes;
     // After the 12-byte prefix, for a request of zero bytes (a download list of no entries, a
     // transfer block that carries nothing).
-    std::size_t answerBytes;
+    std::size_t AnswerBytes;
 };
 
 const std::vector<WireOperation>& DocumentedOperations() {
@@ -51,12 +51,12 @@ const std::vector<WireOperation>& DocumentedOperations() {
 
 TEST(LinkOperations, EveryKindKeepsItsNumberAndEntryPoint) {
     const auto& documented = DocumentedOperations();
-    ASSERT_EQ(std::size(kOperations), documented.size());
+    ASSERT_EQ(std::size(Operations), documented.size());
     for (std::size_t i = 0; i < documented.size(); ++i) {
-        EXPECT_EQ(static_cast<std::uint16_t>(kOperations[i].kind), documented[i].kind);
-        EXPECT_EQ(kOperations[i].entryPoint, documented[i].entryPoint);
+        EXPECT_EQ(static_cast<std::uint16_t>(Operations[i].Kind), documented[i].Kind);
+        EXPECT_EQ(Operations[i].EntryPoint, documented[i].EntryPoint);
     }
-    EXPECT_EQ(kLastMessageKind, 20);
+    EXPECT_EQ(LastMessageKind, 20);
     EXPECT_EQ(static_cast<std::uint16_t>(MessageKind::Hello), 1);
     EXPECT_EQ(static_cast<std::uint16_t>(MessageKind::Close), 2);
 }
@@ -65,20 +65,20 @@ TEST(LinkOperations, DispatchCallsTheKindsDeviceCallAndTakesOnlyItsExactPayload)
     ScriptedDevice device;
     TlmStatus status{};
     for (const WireOperation& operation : DocumentedOperations()) {
-        SCOPED_TRACE(operation.deviceCall);
-        const auto kind = static_cast<MessageKind>(operation.kind);
+        SCOPED_TRACE(operation.DeviceCall);
+        const auto kind = static_cast<MessageKind>(operation.Kind);
         device.calls.clear();
         PayloadWriter answer;
-        const Frame request{kind, false, 1, std::vector<std::uint8_t>(operation.requestBytes)};
+        const Frame request{kind, false, 1, std::vector<std::uint8_t>(operation.RequestBytes)};
         ASSERT_TRUE(AnswerRequest(device, status, request, answer));
-        EXPECT_EQ(device.calls, std::vector<std::string>{operation.deviceCall});
-        EXPECT_EQ(answer.Bytes().size(), 12 + operation.answerBytes);
+        EXPECT_EQ(device.calls, std::vector<std::string>{operation.DeviceCall});
+        EXPECT_EQ(answer.Bytes().size(), 12 + operation.AnswerBytes);
 
         // A byte more or one less is not this kind's request: the device never hears it and
         // nothing is answered.
-        std::vector<std::size_t> wrongLengths{operation.requestBytes + 1};
-        if (operation.requestBytes > 0) {
-            wrongLengths.push_back(operation.requestBytes - 1);
+        std::vector<std::size_t> wrongLengths{operation.RequestBytes + 1};
+        if (operation.RequestBytes > 0) {
+            wrongLengths.push_back(operation.RequestBytes - 1);
         }
         for (const std::size_t length : wrongLengths) {
             device.calls.clear();

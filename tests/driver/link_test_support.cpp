@@ -59,14 +59,14 @@ ScopedEnvironment::~ScopedEnvironment() {
 }
 
 ServedLogger::ServedLogger(Transport transport)
-    : timeoutVariable_("TORVANE_LOGGER_TIMEOUT_MS", std::to_string(kTimeout.count())) {
+    : timeoutVariable_("TORVANE_LOGGER_TIMEOUT_MS", std::to_string(Timeout.count())) {
     Endpoint endpoint;
     if (transport == Transport::Unix) {
-        endpoint.path = (folder_.Path() / "logger.sock").string();
+        endpoint.Path = (folder_.Path() / "logger.sock").string();
     } else {
-        endpoint.kind = Endpoint::Kind::Tcp;
+        endpoint.Kind = Endpoint::Kind::Tcp;
     }
-    server_.SetTimeout(kTimeout);
+    server_.SetTimeout(Timeout);
     std::string error;
     if (!server_.Listen(endpoint, error)) {
         throw std::runtime_error("the test logger cannot listen: " + error);

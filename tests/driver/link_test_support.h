@@ -182,7 +182,7 @@ private:
 // with TORVANE_LOGGER pointing libtlm at it and a short time-out on both ends.
 class ServedLogger {
 public:
-    static constexpr std::chrono::milliseconds kTimeout{300};
+    static constexpr std::chrono::milliseconds Timeout{300};
 
     enum class Transport { Unix, Tcp };
     explicit ServedLogger(Transport transport = Transport::Unix);

@@ -26,7 +26,7 @@ TEST(LinkEndpoint, ParsesAndPrintsBothKindsDefaultsPerUserAndTakesTheTimeOut) {
 
     const auto tcpEndpoint = ParseEndpoint("tcp:127.0.0.1:65535", error);
     ASSERT_TRUE(tcpEndpoint);
-    EXPECT_EQ(tcpEndpoint->port, 65535);
+    EXPECT_EQ(tcpEndpoint->Port, 65535);
     EXPECT_EQ(ToString(*tcpEndpoint), "tcp:127.0.0.1:65535");
 
     for (const char* bad :
@@ -40,11 +40,11 @@ TEST(LinkEndpoint, ParsesAndPrintsBothKindsDefaultsPerUserAndTakesTheTimeOut) {
     // The default is per user; the time-out comes from the environment.
     {
         const ScopedEnvironment runtime("XDG_RUNTIME_DIR", "/run/user/1234");
-        EXPECT_EQ(DefaultEndpoint().path, "/run/user/1234/torvane-logger.sock");
+        EXPECT_EQ(DefaultEndpoint().Path, "/run/user/1234/torvane-logger.sock");
     }
     {
         const ScopedEnvironment runtime("XDG_RUNTIME_DIR", "");
-        EXPECT_EQ(DefaultEndpoint().path,
+        EXPECT_EQ(DefaultEndpoint().Path,
                   "/tmp/torvane-logger-" + std::to_string(::getuid()) + ".sock");
     }
     {
@@ -53,7 +53,7 @@ TEST(LinkEndpoint, ParsesAndPrintsBothKindsDefaultsPerUserAndTakesTheTimeOut) {
     }
     for (const char* ignored : {"0", "-5", "soon"}) {
         const ScopedEnvironment timeout("TORVANE_LOGGER_TIMEOUT_MS", ignored);
-        EXPECT_EQ(ExchangeTimeoutFromEnvironment(), kDefaultExchangeTimeout) << ignored;
+        EXPECT_EQ(ExchangeTimeoutFromEnvironment(), DefaultExchangeTimeout) << ignored;
     }
 }
 
@@ -75,10 +75,10 @@ TEST(LinkWire, FrameAndRecordBytesAreLittleEndianInFieldOrder) {
     bytes.push_back(0x99); // the first byte of the next frame stays behind
     ASSERT_EQ(TakeFrame(bytes, frame), FrameDecode::Complete);
     EXPECT_EQ(bytes, std::vector<std::uint8_t>{0x99});
-    EXPECT_EQ(frame.kind, MessageKind::TransferStart);
-    EXPECT_TRUE(frame.answer);
-    EXPECT_EQ(frame.id, 0x11223344u);
-    PayloadReader reader(frame.payload);
+    EXPECT_EQ(frame.Kind, MessageKind::TransferStart);
+    EXPECT_TRUE(frame.Answer);
+    EXPECT_EQ(frame.Id, 0x11223344u);
+    PayloadReader reader(frame.Payload);
     TlmDownloadEntry entry{};
     ASSERT_TRUE(GetRecord(reader, entry));
     EXPECT_TRUE(reader.Finished());
@@ -88,13 +88,13 @@ TEST(LinkWire, FrameAndRecordBytesAreLittleEndianInFieldOrder) {
 TEST(LinkListener, SocketFileIsPrivateAndStaleOnesAreReplaced) {
     torvane::testing::TempFolder folder;
     Endpoint endpoint;
-    endpoint.path = (folder.Path() / "logger.sock").string();
+    endpoint.Path = (folder.Path() / "logger.sock").string();
     std::string error;
     {
         Listener live;
         ASSERT_TRUE(live.Open(endpoint, error)) << error;
         struct stat info {};
-        ASSERT_EQ(::lstat(endpoint.path.c_str(), &info), 0);
+        ASSERT_EQ(::lstat(endpoint.Path.c_str(), &info), 0);
         EXPECT_TRUE(S_ISSOCK(info.st_mode));
         EXPECT_EQ(info.st_mode & 0777, 0600u);
 
@@ -102,26 +102,26 @@ TEST(LinkListener, SocketFileIsPrivateAndStaleOnesAreReplaced) {
         EXPECT_FALSE(second.Open(endpoint, error));
         EXPECT_NE(error.find("another logger"), std::string::npos) << error;
     }
-    EXPECT_FALSE(std::filesystem::exists(endpoint.path)); // removed by its owner
+    EXPECT_FALSE(std::filesystem::exists(endpoint.Path)); // removed by its owner
 
     // A file left by a logger that died: bound once, nothing accepts on it, so it is replaced.
     {
         const int stale = ::socket(AF_UNIX, SOCK_STREAM, 0);
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
-        endpoint.path.copy(address.sun_path, sizeof address.sun_path - 1);
+        endpoint.Path.copy(address.sun_path, sizeof address.sun_path - 1);
         ASSERT_EQ(::bind(stale, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
         ::close(stale);
     }
-    ASSERT_TRUE(std::filesystem::is_socket(endpoint.path));
+    ASSERT_TRUE(std::filesystem::is_socket(endpoint.Path));
     Listener replacing;
     EXPECT_TRUE(replacing.Open(endpoint, error)) << error;
 
     const Endpoint plain{Endpoint::Kind::Unix, (folder.Path() / "plain").string(), 0};
-    torvane::testing::WriteText(plain.path, "not a socket");
+    torvane::testing::WriteText(plain.Path, "not a socket");
     Listener refused;
     EXPECT_FALSE(refused.Open(plain, error));
-    EXPECT_EQ(torvane::testing::ReadText(plain.path), "not a socket");
+    EXPECT_EQ(torvane::testing::ReadText(plain.Path), "not a socket");
 }
 
 } // namespace

@@ -42,8 +42,8 @@ protected:
         const int result = Deploy(logFile_, deployDir, 3, header, stats);
         if (result != TLM_DECOMP_OK) {
             EXPECT_EQ(header, HeaderBytes{});
-            EXPECT_EQ(stats.bytesWritten, 0);
-            EXPECT_EQ(stats.streamCount, 0);
+            EXPECT_EQ(stats.BytesWritten, 0);
+            EXPECT_EQ(stats.StreamCount, 0);
         }
         return result;
     }
@@ -135,9 +135,9 @@ TEST_F(DeployFailure, InconsistentTableIsAccessError) {
         EXPECT_EQ(DeployBytes(sealed), TLM_DECOMP_ACCESS_ERROR) << what;
     };
     struct Overwrite {
-        const char* what;
-        std::size_t offset;
-        std::string bytes;
+        const char* What;
+        std::size_t Offset;
+        std::string Bytes;
     };
     for (const auto& [what, offset, bytes] :
          std::vector<Overwrite>{{"unknown version", format::VersionOffset, "\x02"},
@@ -153,9 +153,9 @@ TEST_F(DeployFailure, InconsistentTableIsAccessError) {
         expectRejected(damaged, what);
     }
     struct SizeChange {
-        const char* what;
-        std::size_t offset;
-        std::int64_t delta;
+        const char* What;
+        std::size_t Offset;
+        std::int64_t Delta;
     };
     for (const auto& [what, offset, delta] : std::vector<SizeChange>{
              {"frame longer than announced", entry(0, format::SampleCountOffset), -1},

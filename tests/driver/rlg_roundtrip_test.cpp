@@ -36,12 +36,12 @@ TEST(RlgRoundTrip, DeploysEveryStreamWordForWordUnderItsNumberedName) {
                                   "VM2-010.tmp", "VM3-010.tmp", "VM4-010.tmp", "VRW-010.tmp"}));
     std::int64_t totalBytes = 0;
     for (const auto& stream : streams) {
-        EXPECT_EQ(ReadWords(deployDir / (stream.name + "-010.tmp")), stream.samples) << stream.name;
-        totalBytes += static_cast<std::int64_t>(2 * stream.samples.size());
+        EXPECT_EQ(ReadWords(deployDir / (stream.Name + "-010.tmp")), stream.Samples) << stream.Name;
+        totalBytes += static_cast<std::int64_t>(2 * stream.Samples.size());
     }
     EXPECT_EQ(fs::file_size(deployDir / "LAP-010.tmp"), 0u);
-    EXPECT_EQ(stats.bytesWritten, totalBytes);
-    EXPECT_EQ(stats.streamCount, 12);
+    EXPECT_EQ(stats.BytesWritten, totalBytes);
+    EXPECT_EQ(stats.StreamCount, 12);
     EXPECT_EQ(StreamFileName("TH", 1234), "TH-1234.tmp");
     EXPECT_EQ(StreamFileName("VM4", 0), "VM4-000.tmp");
 }
@@ -61,7 +61,7 @@ TEST(RlgRoundTrip, ManySmallInterleavedAppendsEqualOneAppendPerStream) {
     for (bool left = true; left;) {
         left = false;
         for (std::size_t i = 0; i < streams.size(); ++i) {
-            const auto& samples = streams[i].samples;
+            const auto& samples = streams[i].Samples;
             const std::size_t part =
                 std::min<std::size_t>(engine() % 5000, samples.size() - done[i]);
             writer.Append(i, std::span(samples).subspan(done[i], part));
@@ -79,9 +79,9 @@ TEST(RlgRoundTrip, ManySmallInterleavedAppendsEqualOneAppendPerStream) {
         DeployStats stats;
         ASSERT_EQ(Deploy(file, folder.Path(), number, deployedHeader, stats), TLM_DECOMP_OK);
         for (const auto& stream : streams) {
-            EXPECT_EQ(ReadWords(folder.Path() / StreamFileName(stream.name, number)),
-                      stream.samples)
-                << stream.name << " of " << file;
+            EXPECT_EQ(ReadWords(folder.Path() / StreamFileName(stream.Name, number)),
+                      stream.Samples)
+                << stream.Name << " of " << file;
         }
     }
 }

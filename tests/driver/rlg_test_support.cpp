@@ -54,11 +54,11 @@ std::vector<std::uint8_t> BuildContainer(const HeaderBytes& header,
                                          const std::vector<StreamData>& streams) {
     std::vector<std::string> names;
     for (const auto& stream : streams) {
-        names.push_back(stream.name);
+        names.push_back(stream.Name);
     }
     RlgWriter writer(header, names);
     for (std::size_t i = 0; i < streams.size(); ++i) {
-        writer.Append(i, streams[i].samples);
+        writer.Append(i, streams[i].Samples);
     }
     return writer.Finish();
 }

@@ -16,8 +16,8 @@ using torvane::testing::TempFolder;
 using torvane::testing::WriteBytes;
 
 struct StreamData {
-    std::string name;
-    std::vector<std::int16_t> samples;
+    std::string Name;
+    std::vector<std::int16_t> Samples;
 };
 
 HeaderBytes MakeHeader(unsigned seed);

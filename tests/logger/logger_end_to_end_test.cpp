@@ -49,16 +49,16 @@ protected:
     // The logger's state as status --json gives it; -1 when the command failed.
     int State() const {
         const auto result = Cli({"logger", "status", "--json"});
-        if (result.status != 0) {
+        if (result.Status != 0) {
             return -1;
         }
-        return json::parse(result.out).at("state").get<int>();
+        return json::parse(result.Out).at("state").get<int>();
     }
 
     json List() const {
         const auto result = Cli({"logger", "list", "--json"});
-        EXPECT_EQ(result.status, 0) << result.err;
-        return result.status == 0 ? json::parse(result.out) : json::array();
+        EXPECT_EQ(result.Status, 0) << result.Err;
+        return result.Status == 0 ? json::parse(result.Out) : json::array();
     }
 
     TempFolder folder;
@@ -72,8 +72,8 @@ TEST_F(LoggerEndToEnd, DownloadedFileIsTheRunTheLoggerRecorded) {
     // Both listings keep to docs/cli-json.schema.json, key for key.
     EXPECT_EQ(Undocumented(DocumentedJson("logger list"), files), std::vector<std::string>{});
     const auto status = Cli({"logger", "status", "--json"});
-    ASSERT_EQ(status.status, 0) << status.err;
-    EXPECT_EQ(Undocumented(DocumentedJson("logger status"), json::parse(status.out)),
+    ASSERT_EQ(status.Status, 0) << status.Err;
+    EXPECT_EQ(Undocumented(DocumentedJson("logger status"), json::parse(status.Out)),
               std::vector<std::string>{});
     EXPECT_EQ(files[0].at("number"), 1);
     EXPECT_EQ(files[0].at("seconds"), 60);
@@ -81,18 +81,18 @@ TEST_F(LoggerEndToEnd, DownloadedFileIsTheRunTheLoggerRecorded) {
 
     const auto downloaded = folder / "run.rlg";
     const auto result = Cli({"logger", "download", "1", downloaded.string()});
-    ASSERT_EQ(result.status, 0) << result.err;
+    ASSERT_EQ(result.Status, 0) << result.Err;
     EXPECT_EQ(fs::file_size(downloaded), files[0].at("size").get<std::uintmax_t>());
     EXPECT_EQ(List()[0].at("done"), true);
 
     // The logger's first stored run is the vehicle of seed 7 under the demo setting, which is
     // what generate makes: the two files deploy into the same streams.
     const auto generated = folder / "generated.rlg";
-    ASSERT_EQ(Cli({"generate", generated.string(), "--minutes", "1", "--seed", "7"}).status, 0);
+    ASSERT_EQ(Cli({"generate", generated.string(), "--minutes", "1", "--seed", "7"}).Status, 0);
     fs::create_directories(folder / "a");
     fs::create_directories(folder / "b");
-    ASSERT_EQ(Cli({"unpack", downloaded.string(), (folder / "a").string()}).status, 0);
-    ASSERT_EQ(Cli({"unpack", generated.string(), (folder / "b").string()}).status, 0);
+    ASSERT_EQ(Cli({"unpack", downloaded.string(), (folder / "a").string()}).Status, 0);
+    ASSERT_EQ(Cli({"unpack", generated.string(), (folder / "b").string()}).Status, 0);
     for (const auto& entry : fs::directory_iterator(folder / "a")) {
         const auto name = entry.path().filename();
         EXPECT_EQ(torvane::testing::ReadText(entry.path()),
@@ -107,29 +107,29 @@ TEST_F(LoggerEndToEnd, AnAcquiringLoggerIsAskedOnceAndGivenBackToAcquisition) {
     const auto file = folder / "run.rlg";
 
     const auto refused = Cli({"logger", "download", "1", file.string()});
-    EXPECT_EQ(refused.status, 1);
-    EXPECT_EQ(refused.err, "Logger is acquiring data.\nMay I stop operation?\n");
+    EXPECT_EQ(refused.Status, 1);
+    EXPECT_EQ(refused.Err, "Logger is acquiring data.\nMay I stop operation?\n");
     EXPECT_FALSE(fs::exists(file));
     EXPECT_EQ(State(), TLM_STATE_ACQUIRING);
 
     const auto accepted = Cli({"logger", "download", "1", file.string(), "--yes"});
-    EXPECT_EQ(accepted.status, 0) << accepted.err;
+    EXPECT_EQ(accepted.Status, 0) << accepted.Err;
     EXPECT_TRUE(fs::exists(file));
     EXPECT_EQ(State(), TLM_STATE_ACQUIRING);
 }
 
 TEST_F(LoggerEndToEnd, ALinkDroppedMidTransferFailsCleanlyAndTheNextDownloadWorks) {
-    StartLogger({"--idle", "--files", "1", "--minutes", "20", "--rate", "0",
-                 "--drop-after-blocks", "3"});
+    StartLogger(
+        {"--idle", "--files", "1", "--minutes", "20", "--rate", "0", "--drop-after-blocks", "3"});
     const auto file = folder / "run.rlg";
     const auto dropped = Cli({"logger", "download", "1", file.string()});
-    EXPECT_EQ(dropped.status, 1);
-    EXPECT_NE(dropped.err.find("USB device error. Error code =  1007"), std::string::npos)
-        << dropped.err;
+    EXPECT_EQ(dropped.Status, 1);
+    EXPECT_NE(dropped.Err.find("USB device error. Error code =  1007"), std::string::npos)
+        << dropped.Err;
     EXPECT_FALSE(fs::exists(file));
 
     const auto again = Cli({"logger", "download", "1", file.string()});
-    EXPECT_EQ(again.status, 0) << again.err;
+    EXPECT_EQ(again.Status, 0) << again.Err;
     EXPECT_EQ(fs::file_size(file), List()[0].at("size").get<std::uintmax_t>());
 }
 
@@ -138,28 +138,28 @@ TEST_F(LoggerEndToEnd, AFileThatIsNotThereIsToldAndNothingIsKept) {
                  "GetTheLogFile_reading"});
     const auto file = folder / "run.rlg";
     const auto result = Cli({"logger", "download", "1", file.string()});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.err.find("File not found."), std::string::npos) << result.err;
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_NE(result.Err.find("File not found."), std::string::npos) << result.Err;
     EXPECT_FALSE(fs::exists(file));
 }
 
 TEST_F(LoggerEndToEnd, ClearingEmptiesTheLoggerOnlyWhenConfirmed) {
     StartLogger({"--idle", "--files", "2", "--minutes", "1"});
-    EXPECT_EQ(Cli({"logger", "clear"}).status, 1);
+    EXPECT_EQ(Cli({"logger", "clear"}).Status, 1);
     EXPECT_EQ(List().size(), 2u);
 
     const auto cleared = Cli({"logger", "clear", "--yes"});
-    EXPECT_EQ(cleared.status, 0) << cleared.err;
+    EXPECT_EQ(cleared.Status, 0) << cleared.Err;
     const auto empty = Cli({"logger", "list"});
-    EXPECT_NE(empty.err.find("There is no file in Logger."), std::string::npos) << empty.err;
+    EXPECT_NE(empty.Err.find("There is no file in Logger."), std::string::npos) << empty.Err;
 }
 
 TEST_F(LoggerEndToEnd, ALoggerOutOfOrderSaysSo) {
     StartLogger({"--broken"});
     EXPECT_EQ(State(), TLM_STATE_BROKEN);
     const auto result = Cli({"logger", "list"});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.err.find("Logger is out of order."), std::string::npos) << result.err;
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_NE(result.Err.find("Logger is out of order."), std::string::npos) << result.Err;
 }
 
 TEST_F(LoggerEndToEnd, ALoggerThatDiesMidDownloadLeavesTheCommandAnswering) {
@@ -173,8 +173,8 @@ TEST_F(LoggerEndToEnd, ALoggerThatDiesMidDownloadLeavesTheCommandAnswering) {
     logger_->Kill();
     ASSERT_EQ(download.wait_for(std::chrono::seconds(30)), std::future_status::ready);
     const auto result = download.get();
-    EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.err.find("USB device error"), std::string::npos) << result.err;
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_NE(result.Err.find("USB device error"), std::string::npos) << result.Err;
     EXPECT_FALSE(fs::exists(file));
 }
 

@@ -26,7 +26,7 @@ using torvane::testing::TempFolder;
 class RecordingSink : public shell::MessageSink {
 public:
     int Show(const shell::Message& message) override {
-        texts.push_back(message.text);
+        texts.push_back(message.Text);
         return shell::answers::Ok;
     }
     std::vector<std::string> texts;
@@ -80,7 +80,7 @@ TEST_F(TlmDriverOverTheLink, IntegersReachTheLoggerAsGiven) {
 TEST_F(TlmDriverOverTheLink, ASettingSentThroughTheRetryWrappersIsReadBack) {
     RecordingSink sink;
     logger::LoggerLink link(driver, sink);
-    link.status = status;
+    link.Status = status;
 
     TlmSettingData before{};
     ASSERT_EQ(logger::ReadSetting(link, before), 0);
@@ -101,7 +101,7 @@ TEST_F(TlmDriverOverTheLink, ASettingSentThroughTheRetryWrappersIsReadBack) {
 
     TlmDetonationMap map{};
     EXPECT_EQ(logger::ReadDetonationMap(link, map), 0);
-    status = link.status;
+    status = link.Status;
 }
 
 } // namespace

@@ -7,15 +7,15 @@
 namespace torvane::sim {
 namespace {
 
-using Kind = FaultRule::Kind;
+using Fault = FaultRule::Fault;
 
 TEST(FaultInjector, SenseAndResultForTheNextNCallsThenCleanOnEntriesNamedAsTheDriver) {
     DeviceOnManualClock logger;
     logger.Run(2);
     FaultPlan plan;
-    plan.rules = {{Kind::Sense, 5, Entry::GetStatus, 2},
-                  {Kind::Result, TLM_ERR_TIMEOUT, Entry::GetStatus, 1},
-                  {Kind::Result, TLM_ERR_BUSY, Entry::LoggingControl, 1}};
+    plan.Rules = {{Fault::Sense, 5, Entry::GetStatus, 2},
+                  {Fault::Result, TLM_ERR_TIMEOUT, Entry::GetStatus, 1},
+                  {Fault::Result, TLM_ERR_BUSY, Entry::LoggingControl, 1}};
     FaultInjector faulty(logger.device, plan);
     TlmStatus status{};
     for (int call = 0; call < 2; ++call) {
@@ -47,11 +47,11 @@ TEST(FaultInjector, SenseAndResultForTheNextNCallsThenCleanOnEntriesNamedAsTheDr
 }
 
 TEST(FaultInjector, DropsTheLinkOnceAfterNBlocks) {
-    DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0, .blockSize = 1024});
+    DeviceOnManualClock logger(LoggerConfig{.BytesPerSecond = 0, .BlockSize = 1024});
     logger.device.AddRecordedRuns(1, 0.5, 2);
     logger.Run(2);
     logger.Stop();
-    FaultInjector faulty(logger.device, FaultPlan{.rules = {}, .dropAfterBlocks = 3});
+    FaultInjector faulty(logger.device, FaultPlan{.Rules = {}, .DropAfterBlocks = 3});
     TlmStatus status{};
     TlmTransferBlock block{};
     std::vector<std::uint8_t> bytes;
@@ -70,7 +70,7 @@ TEST(FaultInjector, DropsTheLinkOnceAfterNBlocks) {
         result = faulty.TransferRead(status, block, bytes);
         EXPECT_FALSE(faulty.DropLinkNow()) << "only once";
     }
-    EXPECT_TRUE(logger.device.Memory().Files()[0].done);
+    EXPECT_TRUE(logger.device.Memory().Files()[0].Done);
 }
 
 } // namespace

@@ -28,7 +28,7 @@ void Configure(DeviceOnManualClock& logger, const logdata::LogHeader& setting) {
 }
 
 TEST(LoggerDevice, PowersOnIntoAcquisitionPassingStatesEndAndOthersRefuseWithASense) {
-    DeviceOnManualClock idle(LoggerConfig{.startAcquiring = false});
+    DeviceOnManualClock idle(LoggerConfig{.StartAcquiring = false});
     EXPECT_EQ(idle.StateAfter(InitialisingTime), TLM_STATE_IDLE);
     DeviceOnManualClock logger;
     EXPECT_EQ(logger.StateAfter(0s), TLM_STATE_INITIALIZING);
@@ -101,7 +101,7 @@ TEST(LoggerDevice, RecordsOnlyOnceTheStartConditionsHold) {
 
 TEST(LoggerDevice, StopsRecordingWhenTheMemoryIsFull) {
     // The fresh setting costs 48 bytes per 300 ms by the default table; room for 50 periods.
-    DeviceOnManualClock logger(LoggerConfig{.memoryBytes = 48 * 50});
+    DeviceOnManualClock logger(LoggerConfig{.MemoryBytes = 48 * 50});
     logger.Run(2);
     Configure(logger, StartAtOnce(logdata::FreshSetting()));
     logger.Run(20);
@@ -111,7 +111,7 @@ TEST(LoggerDevice, StopsRecordingWhenTheMemoryIsFull) {
     EXPECT_EQ(status.bytState, TLM_STATE_ACQUIRING);
     EXPECT_EQ(status.bytStatus5, 100) << "memory used in per cent";
     ASSERT_EQ(logger.device.Memory().Files().size(), 1u);
-    EXPECT_EQ(logger.device.Memory().Files()[0].seconds, 15);
+    EXPECT_EQ(logger.device.Memory().Files()[0].Seconds, 15);
 
     logger.Run(20);
     EXPECT_EQ(logger.device.Memory().Files().size(), 1u) << "nothing more fits";
@@ -122,7 +122,7 @@ TEST(LoggerDevice, StopsRecordingWhenTheMemoryIsFull) {
 
 TEST(LoggerDevice, ARecordedFileDeploysIntoTheStreamsOfItsSetting) {
     testing::TempFolder folder;
-    DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0});
+    DeviceOnManualClock logger(LoggerConfig{.BytesPerSecond = 0});
     logger.Run(2);
     auto setting = StartAtOnce(DemoSetting());
     setting.SetWord(SettingWord::ThTime, 50);
@@ -145,14 +145,14 @@ TEST(LoggerDevice, ARecordedFileDeploysIntoTheStreamsOfItsSetting) {
     };
     // Each stream holds the whole intervals of the run's length.
     const auto runMs =
-        static_cast<std::uintmax_t>(logger.device.Memory().Files()[0].seconds) * 1000;
+        static_cast<std::uintmax_t>(logger.device.Memory().Files()[0].Seconds) * 1000;
     EXPECT_GE(words("Ne"), runMs / 10);
     EXPECT_LT(words("Ne"), (runMs + 1000) / 10);
     EXPECT_EQ(words("TH"), words("Ne") / 5);
 }
 
 TEST(LoggerDevice, TransfersAFileInBlocksMarksItDoneAndAnAbandonedOneLeavesItNew) {
-    DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 0, .blockSize = 4096});
+    DeviceOnManualClock logger(LoggerConfig{.BytesPerSecond = 0, .BlockSize = 4096});
     ASSERT_EQ(logger.device.AddRecordedRuns(2, 0.5, 7), 2);
     logger.Run(2);
     logger.Stop();
@@ -193,13 +193,13 @@ TEST(LoggerDevice, TransfersAFileInBlocksMarksItDoneAndAnAbandonedOneLeavesItNew
     logger.device.Closed();
 
     EXPECT_EQ(logger.device.State(), TLM_STATE_IDLE);
-    EXPECT_FALSE(logger.device.Memory().Files()[0].done);
+    EXPECT_FALSE(logger.device.Memory().Files()[0].Done);
     logger.device.TransferEnd(status, block, block);
     EXPECT_EQ(status.bytSense, SenseNotInThisState) << "nothing to end any more";
 
     const auto whole = logger.Download(1, status);
-    EXPECT_EQ(whole.size(), logger.device.Memory().Files()[0].bytes->size());
-    EXPECT_TRUE(logger.device.Memory().Files()[0].done);
+    EXPECT_EQ(whole.size(), logger.device.Memory().Files()[0].Bytes->size());
+    EXPECT_TRUE(logger.device.Memory().Files()[0].Done);
 
     EXPECT_TRUE(logger.Download(9, status).empty());
     EXPECT_EQ(status.bytSense, TLM_SENSE_FILE_NOT_FOUND) << "on the first read";
@@ -207,7 +207,7 @@ TEST(LoggerDevice, TransfersAFileInBlocksMarksItDoneAndAnAbandonedOneLeavesItNew
 }
 
 TEST(LoggerDevice, KeepsTheTransferToTheLinkRateOfTheClockInSmallBlocksWhenSlow) {
-    DeviceOnManualClock logger(LoggerConfig{.bytesPerSecond = 100'000, .blockSize = 32 * 1024});
+    DeviceOnManualClock logger(LoggerConfig{.BytesPerSecond = 100'000, .BlockSize = 32 * 1024});
     logger.device.AddRecordedRuns(1, 1.0, 5);
     logger.Run(2);
     logger.Stop();

@@ -19,30 +19,30 @@ TEST(SimulatorOptions, TakesEveryOptionAndRefusesMistakesWithAReason) {
         "--result", "-3", "--on", "GetTheLogFile_reading", "--error-state", "17", "--broken",
         "--idle"});
     // clang-format on
-    ASSERT_TRUE(parsed.options) << parsed.message;
-    const SimulatorOptions& options = *parsed.options;
-    EXPECT_EQ(options.endpoint.port, 4567);
-    EXPECT_EQ(options.logger.timeScale, 10.0);
-    EXPECT_EQ(options.files, 3);
-    EXPECT_EQ(options.minutes, 2.5);
-    EXPECT_EQ(options.logger.seed, 99u);
-    EXPECT_EQ(options.logger.memoryTable[0], 2);
-    EXPECT_EQ(options.logger.bytesPerSecond, 0);
-    EXPECT_EQ(options.faults.dropAfterBlocks, 4);
-    ASSERT_EQ(options.faults.rules.size(), 2u);
-    const FaultRule& sense = options.faults.rules[0];
-    EXPECT_EQ(sense.kind, FaultRule::Kind::Sense);
-    EXPECT_EQ(sense.code, 9);
-    EXPECT_EQ(sense.entry, Entry::GetStatus);
-    EXPECT_EQ(sense.times, 3);
-    const FaultRule& result = options.faults.rules[1];
-    EXPECT_EQ(result.kind, FaultRule::Kind::Result);
-    EXPECT_EQ(result.code, -3);
-    EXPECT_EQ(result.entry, Entry::TransferRead);
-    EXPECT_EQ(result.times, 1) << "--times applies to its own rule only";
-    EXPECT_EQ(options.errorCode, 17);
-    EXPECT_TRUE(options.broken);
-    EXPECT_FALSE(options.logger.startAcquiring);
+    ASSERT_TRUE(parsed.Options) << parsed.Message;
+    const SimulatorOptions& options = *parsed.Options;
+    EXPECT_EQ(options.Endpoint.Port, 4567);
+    EXPECT_EQ(options.Logger.TimeScale, 10.0);
+    EXPECT_EQ(options.Files, 3);
+    EXPECT_EQ(options.Minutes, 2.5);
+    EXPECT_EQ(options.Logger.Seed, 99u);
+    EXPECT_EQ(options.Logger.MemoryTable[0], 2);
+    EXPECT_EQ(options.Logger.BytesPerSecond, 0);
+    EXPECT_EQ(options.Faults.DropAfterBlocks, 4);
+    ASSERT_EQ(options.Faults.Rules.size(), 2u);
+    const FaultRule& sense = options.Faults.Rules[0];
+    EXPECT_EQ(sense.Kind, FaultRule::Fault::Sense);
+    EXPECT_EQ(sense.Code, 9);
+    EXPECT_EQ(sense.Entry, Entry::GetStatus);
+    EXPECT_EQ(sense.Times, 3);
+    const FaultRule& result = options.Faults.Rules[1];
+    EXPECT_EQ(result.Kind, FaultRule::Fault::Result);
+    EXPECT_EQ(result.Code, -3);
+    EXPECT_EQ(result.Entry, Entry::TransferRead);
+    EXPECT_EQ(result.Times, 1) << "--times applies to its own rule only";
+    EXPECT_EQ(options.ErrorCode, 17);
+    EXPECT_TRUE(options.Broken);
+    EXPECT_FALSE(options.Logger.StartAcquiring);
 
     // Mistakes are refused with a reason.
     testing::WriteText(folder / "short.dat", "12345");
@@ -64,14 +64,14 @@ TEST(SimulatorOptions, TakesEveryOptionAndRefusesMistakesWithAReason) {
     };
     for (const auto& args : mistakes) {
         const auto refused = ParseSimulatorOptions(args);
-        EXPECT_FALSE(refused.options) << args[0];
-        EXPECT_EQ(refused.exitCode, 2) << args[0];
-        EXPECT_FALSE(refused.message.empty()) << args[0];
+        EXPECT_FALSE(refused.Options) << args[0];
+        EXPECT_EQ(refused.ExitCode, 2) << args[0];
+        EXPECT_FALSE(refused.Message.empty()) << args[0];
     }
     const auto help = ParseSimulatorOptions({"--help"});
-    EXPECT_FALSE(help.options);
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_NE(help.message.find("--drop-after-blocks"), std::string::npos);
+    EXPECT_FALSE(help.Options);
+    EXPECT_EQ(help.ExitCode, 0);
+    EXPECT_NE(help.Message.find("--drop-after-blocks"), std::string::npos);
 }
 
 } // namespace

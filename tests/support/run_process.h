@@ -18,9 +18,9 @@ extern char** environ;
 namespace torvane::testing {
 
 struct ProcessResult {
-    int status = -1;
-    std::string out;
-    std::string err;
+    int Status = -1;
+    std::string Out;
+    std::string Err;
 };
 
 // The pointers that exec wants for texts, ending in a null pointer; they point into texts.
@@ -37,8 +37,8 @@ inline std::vector<char*> NullTerminated(std::vector<std::string>& texts) {
 // this process's own environment. Standard input is /dev/null.
 inline ProcessResult RunProcess(const std::string& program, const std::vector<std::string>& args,
                                 const std::vector<std::string>& environment = {}) {
-    const auto stem = std::filesystem::temp_directory_path() /
-                      ("torvane-process-" + std::to_string(::getpid()));
+    const auto stem =
+        std::filesystem::temp_directory_path() / ("torvane-process-" + std::to_string(::getpid()));
     const auto outFile = std::filesystem::path(stem.string() + ".out");
     const auto errFile = std::filesystem::path(stem.string() + ".err");
 
@@ -77,10 +77,10 @@ inline ProcessResult RunProcess(const std::string& program, const std::vector<st
         int raw = 0;
         while (::waitpid(child, &raw, 0) < 0 && errno == EINTR) {
         }
-        result.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
+        result.Status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
     }
-    result.out = ReadText(outFile);
-    result.err = ReadText(errFile);
+    result.Out = ReadText(outFile);
+    result.Err = ReadText(errFile);
     std::error_code ignored;
     std::filesystem::remove(outFile, ignored);
     std::filesystem::remove(errFile, ignored);

@@ -36,8 +36,8 @@ std::string_view CallName(Call call) {
 }
 
 ScriptedDriver::ScriptedDriver() {
-    defaults_[IndexOf(Call::GetTheNumberofFiles)].answerFileCount = true;
-    defaults_[IndexOf(Call::GetTheLogFile_reading)].result = 1;
+    defaults_[IndexOf(Call::GetTheNumberofFiles)].AnswerFileCount = true;
+    defaults_[IndexOf(Call::GetTheLogFile_reading)].Result = 1;
 }
 
 void ScriptedDriver::Script(Call call, std::initializer_list<Reply> replies) {
@@ -58,22 +58,22 @@ void ScriptedDriver::SetDefault(Call call, const Reply& reply) {
 std::vector<Call> ScriptedDriver::Sequence() const {
     std::vector<Call> sequence;
     for (const RecordedCall& recorded : calls) {
-        sequence.push_back(recorded.call);
+        sequence.push_back(recorded.Call);
     }
     return sequence;
 }
 
 int ScriptedDriver::CountOf(Call call) const {
     return static_cast<int>(std::count_if(calls.begin(), calls.end(), [call](const auto& recorded) {
-        return recorded.call == call;
+        return recorded.Call == call;
     }));
 }
 
 std::vector<std::int64_t> ScriptedDriver::LoggingControlValues() const {
     std::vector<std::int64_t> values;
     for (const RecordedCall& recorded : calls) {
-        if (recorded.call == Call::LoggingControl) {
-            values.push_back(recorded.argument);
+        if (recorded.Call == Call::LoggingControl) {
+            values.push_back(recorded.Argument);
         }
     }
     return values;
@@ -87,10 +87,10 @@ Reply ScriptedDriver::Answer(Call call, TlmStatus& status, std::int64_t argument
         reply = queue.front();
         queue.pop_front();
     }
-    state = reply.state.value_or(state);
-    error = reply.error.value_or(error);
-    flags = reply.flags.value_or(flags);
-    status.bytSense = reply.sense;
+    state = reply.State.value_or(state);
+    error = reply.Error.value_or(error);
+    flags = reply.Flags.value_or(flags);
+    status.bytSense = reply.Sense;
     status.bytState = state;
     status.bytError = error;
     status.bytFlags = flags;
@@ -114,7 +114,7 @@ template <typename Record> Record& ScriptedDriver::Held() {
 
 template <typename Argument> void ScriptedDriver::Exchange(const Reply& reply, Argument& argument) {
     if constexpr (std::is_const_v<Argument>) {
-        if (reply.result == 0) {
+        if (reply.Result == 0) {
             Held<std::remove_const_t<Argument>>() = argument;
         }
     } else if constexpr (!std::is_integral_v<Argument>) {
@@ -127,10 +127,10 @@ std::int32_t ScriptedDriver::Play(Call call, TlmStatus& status, Arguments&... ar
     // A plain call has at most one integer.
     const Reply reply = Answer(call, status, (std::int64_t{0} + ... + SmallArgument(arguments)));
     (Exchange(reply, arguments), ...);
-    if (call == Call::InitializeLogFile && reply.result == 0) {
+    if (call == Call::InitializeLogFile && reply.Result == 0) {
         files.clear();
     }
-    return reply.answerFileCount ? static_cast<std::int32_t>(files.size()) : reply.result;
+    return reply.AnswerFileCount ? static_cast<std::int32_t>(files.size()) : reply.Result;
 }
 
 #define TORVANE_SCRIPTED_PLAY(Name, kind, Entry, Values, Records)                                  \
@@ -141,11 +141,11 @@ TORVANE_TLM_OPERATIONS(TORVANE_SCRIPTED_PLAY, TORVANE_DRIVER_NOTHING, TORVANE_DR
 #undef TORVANE_SCRIPTED_PLAY
 
 std::int32_t ScriptedDriver::Open(TlmStatus& status) {
-    return Answer(Call::Open, status).result;
+    return Answer(Call::Open, status).Result;
 }
 
 std::int32_t ScriptedDriver::Close(TlmStatus& status) {
-    return Answer(Call::Close, status).result;
+    return Answer(Call::Close, status).Result;
 }
 
 std::int32_t ScriptedDriver::GetTheDownloadList(TlmStatus& status,
@@ -153,7 +153,7 @@ std::int32_t ScriptedDriver::GetTheDownloadList(TlmStatus& status,
     const Reply reply =
         Answer(Call::GetTheDownloadList, status, static_cast<std::int64_t>(entries.size()));
     std::copy_n(files.begin(), std::min(files.size(), entries.size()), entries.begin());
-    return reply.result;
+    return reply.Result;
 }
 
 std::int32_t ScriptedDriver::GetTheLogFile_start(TlmStatus& status, TlmDownloadEntry& entry,
@@ -163,32 +163,32 @@ std::int32_t ScriptedDriver::GetTheLogFile_start(TlmStatus& status, TlmDownloadE
     startedEntry = entry;
     startedFile = file;
     block = entry;
-    block.lngSize = reply.blockSize;
-    return reply.result;
+    block.lngSize = reply.BlockSize;
+    return reply.Result;
 }
 
 std::int32_t ScriptedDriver::GetTheLogFile_reading(TlmStatus& status, TlmTransferBlock& block) {
     const Reply reply = Answer(Call::GetTheLogFile_reading, status);
-    block.lngSize = reply.blockSize;
-    return reply.result;
+    block.lngSize = reply.BlockSize;
+    return reply.Result;
 }
 
 std::int32_t ScriptedDriver::GetTheLogFile_end(TlmStatus& status, TlmTransferBlock& block) {
     const Reply reply = Answer(Call::GetTheLogFile_end, status);
-    block.lngSize = reply.blockSize;
-    return reply.result;
+    block.lngSize = reply.BlockSize;
+    return reply.Result;
 }
 
 std::int32_t ScriptedDriver::GetTheSpecialData_raw(TlmStatus& status,
                                                    std::span<std::uint8_t> buffer) {
     std::memcpy(buffer.data(), &special, std::min(buffer.size(), sizeof special));
     return Answer(Call::GetTheSpecialData_raw, status, static_cast<std::int64_t>(buffer.size()))
-        .result;
+        .Result;
 }
 
 std::int32_t ScriptedDriver::GetTheErrorInfo(TlmStatus& status, std::span<std::uint8_t> buffer) {
     std::fill(buffer.begin(), buffer.end(), std::uint8_t{0});
-    return Answer(Call::GetTheErrorInfo, status, static_cast<std::int64_t>(buffer.size())).result;
+    return Answer(Call::GetTheErrorInfo, status, static_cast<std::int64_t>(buffer.size())).Result;
 }
 
 } // namespace torvane::logger

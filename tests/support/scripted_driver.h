@@ -34,23 +34,23 @@ inline constexpr std::size_t CallCount = static_cast<std::size_t>(Call::GetTheSp
 std::string_view CallName(Call call);
 
 struct Reply {
-    std::int32_t result = 0;
-    std::uint8_t sense = 0;
+    std::int32_t Result = 0;
+    std::uint8_t Sense = 0;
     // The logger moves to this state, error or flags and stays there.
-    std::optional<std::uint8_t> state{};
-    std::optional<std::uint8_t> error{};
-    std::optional<std::uint8_t> flags{};
+    std::optional<std::uint8_t> State{};
+    std::optional<std::uint8_t> Error{};
+    std::optional<std::uint8_t> Flags{};
     // Transfer calls: the block's lngSize.
-    std::int32_t blockSize = 0;
+    std::int32_t BlockSize = 0;
     // The file count: answer with the number of files instead of `result`.
-    bool answerFileCount = false;
+    bool AnswerFileCount = false;
 };
 
-// One call as the driver saw it; argument is the call's small argument (the LoggingControl
+// One call as the driver saw it; Argument is the call's small argument (the LoggingControl
 // value, a TSInitialize kind, a ServiceModeCtrl code, the list's count), else 0.
 struct RecordedCall {
-    Call call;
-    std::int64_t argument = 0;
+    logger::Call Call;
+    std::int64_t Argument = 0;
     bool operator==(const RecordedCall&) const = default;
 };
 

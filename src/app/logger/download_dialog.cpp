@@ -20,9 +20,9 @@ namespace torvane::app {
 namespace {
 
 struct Column {
-    const char* title;
-    int width; // 0: the list's default
-    Qt::Alignment alignment;
+    const char* Title;
+    int Width; // 0: the list's default
+    Qt::Alignment Alignment;
 };
 
 constexpr std::array<Column, 5> Columns{{
@@ -64,15 +64,15 @@ private:
 
 struct DownloadDialog::Running {
     Running(DownloadDialog& dialog, std::filesystem::path target)
-        : link(dialog.driver_, dialog.sink_)
-        , watcher(dialog)
-        , download(link, watcher)
-        , file(std::move(target)) {}
+        : Link(dialog.driver_, dialog.sink_)
+        , Watcher(dialog)
+        , Download(Link, Watcher)
+        , File(std::move(target)) {}
 
-    logger::LoggerLink link;
-    Watcher watcher;
-    logger::Download download;
-    std::filesystem::path file;
+    logger::LoggerLink Link;
+    DownloadDialog::Watcher Watcher;
+    logger::Download Download;
+    std::filesystem::path File;
 };
 
 DownloadDialog::DownloadDialog(logger::Driver& driver, shell::MessageSink& sink,
@@ -90,12 +90,12 @@ DownloadDialog::DownloadDialog(logger::Driver& driver, shell::MessageSink& sink,
 
     logger::LoggerLink link(driver_, sink_);
     auto list = logger::ReadLoggerFileList(link);
-    loaded_ = list.has_value() && !list->entries.empty();
+    loaded_ = list.has_value() && !list->Entries.empty();
     if (!loaded_) {
         return;
     }
     list_ = std::move(*list);
-    cmdClear_->setEnabled(list_.clearAllowed);
+    cmdClear_->setEnabled(list_.ClearAllowed);
     FillList();
 }
 
@@ -119,14 +119,14 @@ void DownloadDialog::BuildControls() {
     auto* header = new QTreeWidgetItem;
     for (std::size_t i = 0; i < Columns.size(); ++i) {
         const int column = static_cast<int>(i);
-        header->setText(column, Columns[i].title);
-        header->setTextAlignment(column, Columns[i].alignment | Qt::AlignVCenter);
+        header->setText(column, Columns[i].Title);
+        header->setTextAlignment(column, Columns[i].Alignment | Qt::AlignVCenter);
     }
     lvwFile_->setHeaderItem(header);
     lvwFile_->header()->setStretchLastSection(false);
     for (std::size_t i = 0; i < Columns.size(); ++i) {
-        if (Columns[i].width > 0) {
-            lvwFile_->setColumnWidth(static_cast<int>(i), Columns[i].width);
+        if (Columns[i].Width > 0) {
+            lvwFile_->setColumnWidth(static_cast<int>(i), Columns[i].Width);
         }
     }
 
@@ -191,14 +191,14 @@ void DownloadDialog::BuildControls() {
 }
 
 void DownloadDialog::FillList() {
-    for (const logger::FileListRow& row : logger::FileListRows(list_.entries)) {
+    for (const logger::FileListRow& row : logger::FileListRows(list_.Entries)) {
         auto* item = new QTreeWidgetItem(lvwFile_);
-        const std::array texts{row.number, row.fileName, row.measurementTime, row.dataSize,
-                               row.download};
+        const std::array texts{row.Number, row.FileName, row.MeasurementTime, row.DataSize,
+                               row.Download};
         for (std::size_t i = 0; i < texts.size(); ++i) {
             const int column = static_cast<int>(i);
             item->setText(column, QString::fromStdString(texts[i]));
-            item->setTextAlignment(column, Columns[i].alignment | Qt::AlignVCenter);
+            item->setTextAlignment(column, Columns[i].Alignment | Qt::AlignVCenter);
         }
     }
     if (lvwFile_->topLevelItemCount() > 0) {
@@ -242,7 +242,7 @@ void DownloadDialog::StartDownload() {
         return;
     }
     const TlmDownloadEntry* chosen =
-        logger::ChooseDownloadEntry(list_.entries, selected->text(0).toInt(), sink_);
+        logger::ChooseDownloadEntry(list_.Entries, selected->text(0).toInt(), sink_);
     if (chosen == nullptr) {
         return;
     }
@@ -253,24 +253,24 @@ void DownloadDialog::StartDownload() {
     cmdCancel_->setFocus();
     SetIdleControlsEnabled(false);
     busy_ = true;
-    running_ = std::make_unique<Running>(*this, logger::NextLoggerFileName(request_.tempDir));
-    if (running_->download.Start(entry, running_->file)) {
-        steps_->Run(running_->download);
+    running_ = std::make_unique<Running>(*this, logger::NextLoggerFileName(request_.TempDir));
+    if (running_->Download.Start(entry, running_->File)) {
+        steps_->Run(running_->Download);
     } else {
         DownloadEnded();
     }
 }
 
 void DownloadDialog::DownloadEnded() {
-    const logger::DownloadOutcome outcome = running_->download.Outcome();
-    const std::filesystem::path file = running_->file;
+    const logger::DownloadOutcome outcome = running_->Download.Outcome();
+    const std::filesystem::path file = running_->File;
     running_.reset();
     busy_ = false;
-    if (!outcome.ok) {
+    if (!outcome.Ok) {
         DownloadFailed();
         return;
     }
-    result_ = {.cancelled = outcome.stopped, .file = file};
+    result_ = {.Cancelled = outcome.Stopped, .File = file};
     accept();
 }
 
@@ -305,7 +305,7 @@ void DownloadDialog::CancelPressed() {
     if (running_ == nullptr) {
         return;
     }
-    running_->download.RequestStop();
+    running_->Download.RequestStop();
     cmdOk_->setEnabled(true);
     cmdOk_->setFocus();
     cmdCancel_->setEnabled(false);

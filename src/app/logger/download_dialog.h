@@ -30,15 +30,15 @@ class StepTimer;
 
 struct DownloadRequest {
     // Where the downloaded file is written, as LGGRnnnn.rlg.
-    std::filesystem::path tempDir;
+    std::filesystem::path TempDir;
 };
 
 struct DownloadResult {
     // Nothing is to be opened: the dialog was left without a download, the operator stopped
     // the transfer, or the logger was cleared.
-    bool cancelled = true;
+    bool Cancelled = true;
     // The file written. A stopped download's partial file stays and keeps its number.
-    std::filesystem::path file;
+    std::filesystem::path File;
 };
 
 class DownloadDialog : public QDialog {

@@ -66,10 +66,10 @@ Desktop::Desktop(shell::AppPaths paths)
 std::optional<std::filesystem::path> Desktop::DownloadFromLogger(QWidget* owner) {
     const DownloadResult result =
         DownloadDialog::Run(driver_, sink_, awake_, DownloadRequest{paths_.TempDir()}, owner);
-    if (result.cancelled) {
+    if (result.Cancelled) {
         return std::nullopt;
     }
-    return result.file;
+    return result.File;
 }
 
 void Desktop::Start(const QString& commandLine) {

@@ -8,9 +8,9 @@
 namespace torvane::app {
 
 struct MenuEntry {
-    std::string_view name;    // objectName of the QAction (or of the submenu's QMenu)
-    std::string_view caption; // with "&" before the mnemonic, as Qt takes it
-    int level = 1;            // 0 a menu of the bar, 1 an entry, 2 an entry of a submenu
+    std::string_view Name;    // objectName of the QAction (or of the submenu's QMenu)
+    std::string_view Caption; // with "&" before the mnemonic, as Qt takes it
+    int Level = 1;            // 0 a menu of the bar, 1 an entry, 2 an entry of a submenu
 };
 
 // The bar in order: a level-0 row opens a menu, the rows after it fill it; a level-1 row

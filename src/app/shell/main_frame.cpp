@@ -99,18 +99,18 @@ void MainFrame::BuildMenu() {
     QMenu* submenu = nullptr;
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const MenuEntry& entry = entries[i];
-        const QString name = Text(entry.name);
-        const QString caption = Text(entry.caption);
+        const QString name = Text(entry.Name);
+        const QString caption = Text(entry.Caption);
         const bool opensSubmenu =
-            entry.level == 1 && i + 1 < entries.size() && entries[i + 1].level == 2;
-        if (entry.level == 0 || opensSubmenu) {
-            QMenu* opened = entry.level == 0 ? menuBar()->addMenu(caption) : menu->addMenu(caption);
+            entry.Level == 1 && i + 1 < entries.size() && entries[i + 1].Level == 2;
+        if (entry.Level == 0 || opensSubmenu) {
+            QMenu* opened = entry.Level == 0 ? menuBar()->addMenu(caption) : menu->addMenu(caption);
             opened->setObjectName(name);
             actions_.insert(name, opened->menuAction());
-            (entry.level == 0 ? menu : submenu) = opened;
+            (entry.Level == 0 ? menu : submenu) = opened;
             continue;
         }
-        QAction* action = (entry.level == 2 ? submenu : menu)->addAction(caption);
+        QAction* action = (entry.Level == 2 ? submenu : menu)->addAction(caption);
         action->setObjectName(name);
         actions_.insert(name, action);
     }
@@ -493,9 +493,9 @@ void MainFrame::ApplyWindowMenus() {
 void MainFrame::ShowPopup(const std::vector<graph::MenuEntryState>& entries) {
     QMenu* popup = Action("mnuVisible")->menu();
     struct Kept {
-        QAction* action;
-        bool enabled;
-        bool visible;
+        QAction* Action;
+        bool Enabled;
+        bool Visible;
     };
     std::vector<Kept> kept;
     for (const graph::MenuEntryState& entry : entries) {
@@ -508,8 +508,8 @@ void MainFrame::ShowPopup(const std::vector<graph::MenuEntryState>& entries) {
     popup->exec(QCursor::pos());
     // Closing the popup gives the bar back its entries as they were.
     for (const Kept& entry : kept) {
-        entry.action->setEnabled(entry.enabled);
-        entry.action->setVisible(entry.visible);
+        entry.Action->setEnabled(entry.Enabled);
+        entry.Action->setVisible(entry.Visible);
     }
 }
 

@@ -51,8 +51,8 @@ int AnswerFor(int button) {
 } // namespace
 
 int MessageBoxSink::Show(const shell::Message& message) {
-    QMessageBox box(IconFor(message.icon), ProgramTitle, QString::fromStdString(message.text),
-                    ButtonsFor(message.buttons), owner_);
+    QMessageBox box(IconFor(message.Icon), ProgramTitle, QString::fromStdString(message.Text),
+                    ButtonsFor(message.Buttons), owner_);
     return AnswerFor(box.exec());
 }
 

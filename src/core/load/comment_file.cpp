@@ -145,7 +145,7 @@ void ReportUnsaved(shell::MessageSink& sink, const fs::path& logFile,
                    const layout::FileFailure& failure) {
     shell::ShowMessage(sink,
                        "The comments of " + FileNameOf(logFile) + " could not be saved (" +
-                           layout::DescribeFailure(failure).description +
+                           layout::DescribeFailure(failure).Description +
                            "). They stay in this window while it is open.",
                        shell::buttons::Ok, shell::icons::Warning);
 }
@@ -273,7 +273,7 @@ void ReadLayerComments(graph::GraphWindowState& state, int layer, shell::Message
         ReadSideFile(logFile, failure, sink);
     if (!comments) {
         ReportUnread(sink, logFile,
-                     "they could not be read (" + layout::DescribeFailure(failure).description +
+                     "they could not be read (" + layout::DescribeFailure(failure).Description +
                          ")");
         return;
     }

@@ -34,7 +34,7 @@ bool DeleteLoggingFile(const fs::path& file, shell::MessageSink& sink) {
         return true;
     }
     const shell::RunTimeError failure = layout::DescribeFailure({error, file});
-    if (failure.number == FileNotFound) {
+    if (failure.Number == FileNotFound) {
         return true;
     }
     shell::ShowRunTimeError(sink, failure);

@@ -6,11 +6,11 @@ namespace torvane::logdata {
 namespace {
 
 struct ChannelInfo {
-    std::string_view name;
-    std::string_view label;
-    std::string_view unit;
-    std::string_view format;
-    int stream;
+    std::string_view Name;
+    std::string_view Label;
+    std::string_view Unit;
+    std::string_view Format;
+    int Stream;
 };
 
 constexpr std::array<ChannelInfo, ChannelCount> Catalogue{{
@@ -43,27 +43,27 @@ const ChannelInfo* Find(int channel) {
 
 std::string_view ChannelName(int channel) {
     const auto* info = Find(channel);
-    return info ? info->name : std::string_view{};
+    return info ? info->Name : std::string_view{};
 }
 
 std::string_view ChannelLabel(int channel) {
     const auto* info = Find(channel);
-    return info ? info->label : std::string_view{};
+    return info ? info->Label : std::string_view{};
 }
 
 std::string_view ChannelUnit(int channel) {
     const auto* info = Find(channel);
-    return info ? info->unit : std::string_view{};
+    return info ? info->Unit : std::string_view{};
 }
 
 std::string_view ChannelFormat(int channel) {
     const auto* info = Find(channel);
-    return info ? info->format : std::string_view{"0"};
+    return info ? info->Format : std::string_view{"0"};
 }
 
 int ChannelStream(int channel) {
     const auto* info = Find(channel);
-    return info ? info->stream : -1;
+    return info ? info->Stream : -1;
 }
 
 std::string_view ChannelFile(int channel) {
@@ -76,6 +76,8 @@ int StreamIndex(std::string_view name) {
     return found == StreamNames.end() ? -1 : static_cast<int>(found - StreamNames.begin());
 }
 
-bool IsDetonationChannel(int channel) { return channel == DETO1 || channel == DETO2; }
+bool IsDetonationChannel(int channel) {
+    return channel == DETO1 || channel == DETO2;
+}
 
 } // namespace torvane::logdata

@@ -12,8 +12,8 @@ namespace torvane::logdata {
 namespace {
 
 struct SamplePair {
-    double current = 0.0;
-    double next = 0.0;
+    double Current = 0.0;
+    double Next = 0.0;
 };
 
 // Sample k and k + 1 of a stream, read in one go; k counts from 1.
@@ -38,7 +38,7 @@ double InterpolatedReading(const std::filesystem::path& path, double t, int inte
     }
     StreamReader reader(path);
     if (t < interval) {
-        return ReadPair<Word>(reader, 1).current * t / interval;
+        return ReadPair<Word>(reader, 1).Current * t / interval;
     }
     if (t > interval * static_cast<double>(reader.ByteLength())) {
         return 0.0;
@@ -48,10 +48,9 @@ double InterpolatedReading(const std::filesystem::path& path, double t, int inte
     const std::int64_t m = whole % interval;
     const SamplePair samples = ReadPair<Word>(reader, k);
     if (m == 0) {
-        return samples.current;
+        return samples.Current;
     }
-    return samples.current +
-           (samples.next - samples.current) * static_cast<double>(m) / interval;
+    return samples.Current + (samples.Next - samples.Current) * static_cast<double>(m) / interval;
 }
 
 } // namespace

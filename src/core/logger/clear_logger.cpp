@@ -8,11 +8,11 @@ namespace torvane::logger {
 
 ClearOutcome ClearLogger(LoggerLink& link) {
     using namespace shell;
-    if (ShowMessage(link.sink, "Do you want to clear all data in the logger ?", buttons::OkCancel,
+    if (ShowMessage(link.Sink, "Do you want to clear all data in the logger ?", buttons::OkCancel,
                     icons::Information) == answers::Cancel) {
         return ClearOutcome::Declined;
     }
-    const ActionOptions options{.alwaysStopAcquisition = true, .giveBackAcquisition = false};
+    const ActionOptions options{.AlwaysStopAcquisition = true, .GiveBackAcquisition = false};
     const ActionResult result = RunLoggerAction(link, options, [&](ActionContext&) {
         for (const auto& step : {ClearLogFiles, WaitLoggerReady}) {
             if (const std::int32_t stepResult = step(link); stepResult != 0) {
@@ -24,10 +24,10 @@ ClearOutcome ClearLogger(LoggerLink& link) {
             return stepResult;
         }
         // Both buttons mean the same.
-        ShowMessage(link.sink, "Completed.", buttons::OkCancel, icons::Information);
+        ShowMessage(link.Sink, "Completed.", buttons::OkCancel, icons::Information);
         return logger::results::Ok;
     });
-    return result.done ? ClearOutcome::Cleared : ClearOutcome::NotCleared;
+    return result.Done ? ClearOutcome::Cleared : ClearOutcome::NotCleared;
 }
 
 } // namespace torvane::logger

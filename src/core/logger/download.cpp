@@ -50,8 +50,8 @@ bool Download::Step() {
         Finish();
         return false;
     }
-    if (link_.status.bytSense == TLM_SENSE_FILE_NOT_FOUND) {
-        shell::ShowMessage(link_.sink, "File not found.", Ok, shell::icons::Information);
+    if (link_.Status.bytSense == TLM_SENSE_FILE_NOT_FOUND) {
+        shell::ShowMessage(link_.Sink, "File not found.", Ok, shell::icons::Information);
         ++failures_;
         Finish();
         return false;
@@ -66,12 +66,12 @@ bool Download::Step() {
 }
 
 DownloadOutcome Download::Outcome() const {
-    return {.ok = reachedEnd_ && failures_ == 0, .stopped = stopped_, .bytes = bytes_};
+    return {.Ok = reachedEnd_ && failures_ == 0, .Stopped = stopped_, .Bytes = bytes_};
 }
 
 std::int32_t Download::StartTransfer(const TlmDownloadEntry& entry) {
     TlmDownloadEntry requested = entry;
-    std::int32_t result = link_.driver.GetTheLogFile_start(link_.status, requested, file_, block_);
+    std::int32_t result = link_.Driver.GetTheLogFile_start(link_.Status, requested, file_, block_);
     // -1 and -2 are the transfer's own refusals (tlm.h), not link errors.
     switch (result) {
     case -1:
@@ -83,8 +83,8 @@ std::int32_t Download::StartTransfer(const TlmDownloadEntry& entry) {
     case 0:
         // A sense here ends the transfer without counting a failure: what the logger wrote
         // stands.
-        if (link_.status.bytSense != TLM_SENSE_CLEAN) {
-            ShowSenseError(link_.sink, link_.status.bytSense);
+        if (link_.Status.bytSense != TLM_SENSE_CLEAN) {
+            ShowSenseError(link_.Sink, link_.Status.bytSense);
             result = 1;
         }
         break;
@@ -98,7 +98,7 @@ std::int32_t Download::StartTransfer(const TlmDownloadEntry& entry) {
 
 bool Download::OperatorStops() {
     const bool stopping =
-        shell::ShowMessage(link_.sink, "Do you stop downloading? ", shell::buttons::YesNo,
+        shell::ShowMessage(link_.Sink, "Do you stop downloading? ", shell::buttons::YesNo,
                            shell::icons::Information) == shell::answers::Yes;
     if (!stopping) {
         stopRequested_ = false;
@@ -108,7 +108,7 @@ bool Download::OperatorStops() {
 }
 
 void Download::EndTransfer() {
-    const std::int32_t result = link_.driver.GetTheLogFile_end(link_.status, block_);
+    const std::int32_t result = link_.Driver.GetTheLogFile_end(link_.Status, block_);
     switch (result) {
     case 0:
     case TLM_ERR_TIMEOUT:
@@ -134,7 +134,7 @@ void Download::Finish() {
     EndTransfer();
     std::int32_t result = WaitLoggerReady(link_);
     // A stopped download of a flagged logger leaves it as it is.
-    const bool wasFlagged = (action_.Context().flagsAtStart & TLM_FLAG_DOWNLOAD) != 0;
+    const bool wasFlagged = (action_.Context().FlagsAtStart & TLM_FLAG_DOWNLOAD) != 0;
     if (result == 0 && !(stopped_ && wasFlagged)) {
         result = GiveBackAcquisition(link_);
     }
@@ -145,14 +145,14 @@ void Download::Finish() {
 
 void Download::Conclude() {
     finished_ = true;
-    if (!Outcome().ok) {
+    if (!Outcome().Ok) {
         std::error_code ignored;
         std::filesystem::remove(file_, ignored);
     }
 }
 
 void Download::ShowFailed(std::string_view code) {
-    shell::ShowMessage(link_.sink, std::string(FailedText) + std::string(code), Ok, Stop);
+    shell::ShowMessage(link_.Sink, std::string(FailedText) + std::string(code), Ok, Stop);
 }
 
 void Download::CountIfFailed(std::int32_t result) {

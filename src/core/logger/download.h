@@ -28,10 +28,10 @@ public:
 struct DownloadOutcome {
     // The link went through to its end and no failure was counted. A download stopped by the
     // operator is not a failure, so this is also true then.
-    bool ok = false;
+    bool Ok = false;
     // The operator stopped the transfer; what was written so far stays.
-    bool stopped = false;
-    std::int64_t bytes = 0;
+    bool Stopped = false;
+    std::int64_t Bytes = 0;
 };
 
 // Downloads the logger's file `entry` to `file` over one link, one block a step: acquisition is
@@ -43,7 +43,7 @@ public:
     Download(LoggerLink& link, DownloadObserver& observer)
         : link_(link)
         , observer_(observer)
-        , action_(link, {.alwaysStopAcquisition = true, .giveBackAcquisition = false}) {}
+        , action_(link, {.AlwaysStopAcquisition = true, .GiveBackAcquisition = false}) {}
 
     // Opens the link, readies the logger and starts the transfer. False when no block is to be
     // read: the download has then finished. A stop requested before the start gives up at once.

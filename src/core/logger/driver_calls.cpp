@@ -8,19 +8,19 @@
 namespace torvane::logger {
 
 std::int32_t OpenLogger(LoggerLink& link, bool quiet) {
-    const std::int32_t result = link.driver.Open(link.status);
+    const std::int32_t result = link.Driver.Open(link.Status);
     if (result == TLM_OK || (result == TLM_ERR_NOT_CONNECTED && quiet)) {
         return result;
     }
     if (result == TLM_ERR_NOT_CONNECTED) {
-        shell::ShowMessage(link.sink, "TorvaneDataLogger is not connected.", shell::buttons::Ok,
+        shell::ShowMessage(link.Sink, "TorvaneDataLogger is not connected.", shell::buttons::Ok,
                            shell::icons::Stop);
         return result;
     }
     // The text ends in a blank and the code begins with one.
     const std::int32_t shown =
         result == TLM_ERR_OPEN_FAILED || result == TLM_ERR_TIMEOUT ? -result : result;
-    shell::ShowMessage(link.sink,
+    shell::ShowMessage(link.Sink,
                        "USB device error. Error code = " +
                            shell::FormatNumber(shown, shell::formats::PaddedCode),
                        shell::buttons::Ok, shell::icons::Stop);
@@ -35,13 +35,13 @@ std::int32_t GetFileCount(LoggerLink& link, int& count) {
     return CallWithRetries(link,
                            [&] {
                                const std::int32_t result =
-                                   link.driver.GetTheNumberofFiles(link.status);
+                                   link.Driver.GetTheNumberofFiles(link.Status);
                                if (result >= 0) {
                                    count = result;
                                }
                                return result;
                            },
-                           {.resultIsCount = true});
+                           {.ResultIsCount = true});
 }
 
 std::int32_t GetDownloadList(LoggerLink& link, int count, std::vector<TlmDownloadEntry>& entries) {
@@ -51,8 +51,8 @@ std::int32_t GetDownloadList(LoggerLink& link, int count, std::vector<TlmDownloa
 
 std::int32_t ReadLogFileBlock(LoggerLink& link, TlmTransferBlock& block) {
     return CallWithRetries(link,
-                           [&] { return link.driver.GetTheLogFile_reading(link.status, block); },
-                           {.senseLeftToCaller = TLM_SENSE_FILE_NOT_FOUND});
+                           [&] { return link.Driver.GetTheLogFile_reading(link.Status, block); },
+                           {.SenseLeftToCaller = TLM_SENSE_FILE_NOT_FOUND});
 }
 
 std::int32_t ClearLogFiles(LoggerLink& link) {

@@ -18,12 +18,12 @@ namespace torvane::logger {
 std::int32_t OpenLogger(LoggerLink& link, bool quiet);
 
 // Any of the driver's calls under the retry policy, given the call and its arguments after the
-// status (link.status goes first), so that a new plain operation needs no wrapper of its own. The
+// status (link.Status goes first), so that a new plain operation needs no wrapper of its own. The
 // named ones below read better where windows call them.
 template <typename... Parameters, typename... Arguments>
 std::int32_t Retried(LoggerLink& link, std::int32_t (Driver::*call)(TlmStatus&, Parameters...),
                      Arguments&&... arguments) {
-    return CallWithRetries(link, [&] { return (link.driver.*call)(link.status, arguments...); });
+    return CallWithRetries(link, [&] { return (link.Driver.*call)(link.Status, arguments...); });
 }
 
 std::int32_t GetLoggerStatus(LoggerLink& link);

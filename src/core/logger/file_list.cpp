@@ -28,29 +28,29 @@ int ProgramNumber(const TlmSpecialData& special) {
 
 std::optional<LoggerFileList> ReadLoggerFileList(LoggerLink& link) {
     std::optional<LoggerFileList> list;
-    const ActionOptions options{.whenAcquiring = WhenAcquiring::LetThrough,
-                                .waitUntilReady = false,
-                                .giveBackAcquisition = false};
+    const ActionOptions options{.WhenAcquiring = WhenAcquiring::LetThrough,
+                                .WaitUntilReady = false,
+                                .GiveBackAcquisition = false};
     RunLoggerAction(link, options, [&](ActionContext&) {
         int count = 0;
         if (const std::int32_t result = GetFileCount(link, count); result != 0) {
             return result;
         }
         if (count == 0) {
-            shell::ShowMessage(link.sink, "There is no file in Logger.", shell::buttons::Ok,
+            shell::ShowMessage(link.Sink, "There is no file in Logger.", shell::buttons::Ok,
                                shell::icons::Information);
             list.emplace();
             return results::Ok;
         }
         LoggerFileList read;
-        if (const std::int32_t result = GetDownloadList(link, count, read.entries); result != 0) {
+        if (const std::int32_t result = GetDownloadList(link, count, read.Entries); result != 0) {
             return result;
         }
         TlmSpecialData special{};
         if (const std::int32_t result = ReadSpecialData(link, special); result != 0) {
             return result;
         }
-        read.clearAllowed = ProgramNumber(special) >= FirstProgramThatClears;
+        read.ClearAllowed = ProgramNumber(special) >= FirstProgramThatClears;
         list = std::move(read);
         return results::Ok;
     });

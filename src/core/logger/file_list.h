@@ -14,9 +14,9 @@ namespace torvane::logger {
 
 struct LoggerFileList {
     // Every file in the logger, in the logger's order, listed or not.
-    std::vector<TlmDownloadEntry> entries;
+    std::vector<TlmDownloadEntry> Entries;
     // The logger's program can clear its memory (program number 2 or later).
-    bool clearAllowed = false;
+    bool ClearAllowed = false;
 };
 
 // Reads the list over one link, letting an acquiring logger through. Nothing when the link
@@ -29,12 +29,12 @@ bool IsListed(const TlmDownloadEntry& entry);
 
 // One row of the list: the texts of its five columns.
 struct FileListRow {
-    std::string number;          // "000"; the row's own text, which a download is chosen by
-    std::string fileName;        // "000" again
-    std::string measurementTime; // "001H02M05S"
-    std::string dataSize;        // kilobytes: size / 1024 + 1
-    std::string download;        // "Done" or "None"
-    std::size_t entryIndex = 0;
+    std::string Number;          // "000"; the row's own text, which a download is chosen by
+    std::string FileName;        // "000" again
+    std::string MeasurementTime; // "001H02M05S"
+    std::string DataSize;        // kilobytes: size / 1024 + 1
+    std::string Download;        // "Done" or "None"
+    std::size_t EntryIndex = 0;
 };
 
 std::vector<FileListRow> FileListRows(std::span<const TlmDownloadEntry> entries);

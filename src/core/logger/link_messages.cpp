@@ -62,25 +62,25 @@ void ReportDriverError(LoggerLink& link, std::int32_t result, bool keepOpen) {
     case TLM_ERR_NOT_OPEN:
     case TLM_ERR_SEQUENCE:
         // -1 is told as 1001, -16 as 1016.
-        shell::ShowMessage(link.sink,
+        shell::ShowMessage(link.Sink,
                            "USB device error. Error code = " +
                                shell::FormatNumber(1000 - result, shell::formats::PaddedCode),
                            Ok, Stop);
         break;
     case TLM_ERR_SENSE:
-        ShowSenseError(link.sink, link.status.bytSense);
+        ShowSenseError(link.Sink, link.Status.bytSense);
         break;
     default:
         break;
     }
     if (!keepOpen) {
-        link.driver.Close(link.status);
+        link.Driver.Close(link.Status);
     }
 }
 
 void ShowLoggerState(LoggerLink& link) {
-    if (const auto text = StateText(link.status.bytState)) {
-        shell::ShowMessage(link.sink, *text, Ok, Stop);
+    if (const auto text = StateText(link.Status.bytState)) {
+        shell::ShowMessage(link.Sink, *text, Ok, Stop);
     }
 }
 
@@ -88,7 +88,7 @@ void FinishLink(LoggerLink& link, std::int32_t result) {
     if (result < 0) {
         ReportDriverError(link, result, false);
     } else {
-        link.driver.Close(link.status);
+        link.Driver.Close(link.Status);
     }
 }
 

@@ -10,17 +10,17 @@ namespace {
 enum class StateCheck { GoOn, Stop, End };
 
 StateCheck CheckState(LoggerLink& link, const ActionOptions& options) {
-    switch (link.status.bytState) {
+    switch (link.Status.bytState) {
     case TLM_STATE_IDLE:
     case TLM_STATE_READY:
         return StateCheck::GoOn;
     case TLM_STATE_ACQUIRING:
-        if (options.whenAcquiring == WhenAcquiring::LetThrough) {
+        if (options.WhenAcquiring == WhenAcquiring::LetThrough) {
             return StateCheck::GoOn;
         }
-        return AskToStopAcquisition(link.sink) ? StateCheck::Stop : StateCheck::End;
+        return AskToStopAcquisition(link.Sink) ? StateCheck::Stop : StateCheck::End;
     default:
-        if (!options.checkState) {
+        if (!options.CheckState) {
             return StateCheck::GoOn;
         }
         ShowLoggerState(link);
@@ -53,17 +53,17 @@ ActionResult RunLoggerAction(LoggerLink& link, const ActionOptions& options,
 }
 
 bool LoggerActionFrame::Begin() {
-    link_.status = TlmStatus{};
+    link_.Status = TlmStatus{};
     result_ = ActionResult{};
     prepared_ = false;
-    result_.result = OpenLogger(link_, options_.quiet);
-    if (result_.result == 0) {
-        result_.result = PrepareLogger();
-        if (result_.result == 0 && prepared_) {
+    result_.Result = OpenLogger(link_, options_.Quiet);
+    if (result_.Result == 0) {
+        result_.Result = PrepareLogger();
+        if (result_.Result == 0 && prepared_) {
             return true;
         }
     }
-    FinishLink(link_, result_.result);
+    FinishLink(link_, result_.Result);
     return false;
 }
 
@@ -71,19 +71,19 @@ std::int32_t LoggerActionFrame::PrepareLogger() {
     if (const std::int32_t result = GetLoggerStatus(link_); result != 0) {
         return result;
     }
-    context_.acquisitionStopped = false;
-    context_.flagsAtStart = link_.status.bytFlags;
+    context_.AcquisitionStopped = false;
+    context_.FlagsAtStart = link_.Status.bytFlags;
     const StateCheck check = CheckState(link_, options_);
     if (check == StateCheck::End) {
         return results::Ok;
     }
-    if (check == StateCheck::Stop || options_.alwaysStopAcquisition) {
+    if (check == StateCheck::Stop || options_.AlwaysStopAcquisition) {
         if (const std::int32_t result = ControlLogging(link_, 1); result != 0) {
             return result;
         }
-        context_.acquisitionStopped = true;
+        context_.AcquisitionStopped = true;
     }
-    if (options_.waitUntilReady) {
+    if (options_.WaitUntilReady) {
         if (const std::int32_t result = WaitLoggerReady(link_); result != 0) {
             return result;
         }
@@ -93,12 +93,12 @@ std::int32_t LoggerActionFrame::PrepareLogger() {
 }
 
 const ActionResult& LoggerActionFrame::End(std::int32_t actionResult) {
-    result_.result = actionResult;
-    if (result_.result == 0 && options_.giveBackAcquisition && context_.acquisitionStopped) {
-        result_.result = GiveBackAcquisition(link_);
+    result_.Result = actionResult;
+    if (result_.Result == 0 && options_.GiveBackAcquisition && context_.AcquisitionStopped) {
+        result_.Result = GiveBackAcquisition(link_);
     }
-    result_.done = result_.result == 0;
-    FinishLink(link_, result_.result);
+    result_.Done = result_.Result == 0;
+    FinishLink(link_, result_.Result);
     return result_;
 }
 

@@ -21,27 +21,27 @@ enum class WhenAcquiring {
 
 struct ActionOptions {
     // Polling windows open quietly: "not connected" is not told.
-    bool quiet = false;
-    WhenAcquiring whenAcquiring = WhenAcquiring::AskToStop;
+    bool Quiet = false;
+    logger::WhenAcquiring WhenAcquiring = logger::WhenAcquiring::AskToStop;
     // Refuse a logger that is neither idle, ready nor acquiring, telling its state. Off only
     // for a plain status query.
-    bool checkState = true;
+    bool CheckState = true;
     // Stop acquisition before the action whatever the state (download and clearing run only on
     // a stopped logger).
-    bool alwaysStopAcquisition = false;
+    bool AlwaysStopAcquisition = false;
     // Wait for the logger to be ready before acting. The file list reads at once.
-    bool waitUntilReady = true;
+    bool WaitUntilReady = true;
     // Give acquisition back after the action when it was stopped for it. Actions that decide
     // this themselves (download, clearing, the setting window at its closing) turn it off.
-    bool giveBackAcquisition = true;
+    bool GiveBackAcquisition = true;
 };
 
 struct ActionContext {
-    LoggerLink& link;
+    LoggerLink& Link;
     // Acquisition was stopped for this action (ControlLogging 1 succeeded).
-    bool acquisitionStopped = false;
+    bool AcquisitionStopped = false;
     // bytFlags as the first status read of the link gave them.
-    std::uint8_t flagsAtStart = 0;
+    std::uint8_t FlagsAtStart = 0;
 };
 
 // The action: returns 0, or a non-zero result that ends the link (a negative one is reported).
@@ -49,9 +49,9 @@ using LoggerAction = std::function<std::int32_t(ActionContext&)>;
 
 struct ActionResult {
     // The last result on the way; a negative one has been reported.
-    std::int32_t result = 0;
+    std::int32_t Result = 0;
     // The action ran and it and everything after it succeeded.
-    bool done = false;
+    bool Done = false;
 };
 
 // Runs one action over a fresh link; the link is closed on return.

@@ -31,15 +31,16 @@ using Pause = std::function<void(std::chrono::milliseconds)>;
 void SleepFor(std::chrono::milliseconds duration);
 
 struct LoggerLink {
-    LoggerLink(Driver& linkDriver, shell::MessageSink& messageSink, Pause linkPause = SleepFor)
-        : driver(linkDriver)
-        , sink(messageSink)
-        , pause(std::move(linkPause)) {}
+    LoggerLink(logger::Driver& linkDriver, shell::MessageSink& messageSink,
+               logger::Pause linkPause = SleepFor)
+        : Driver(linkDriver)
+        , Sink(messageSink)
+        , Pause(std::move(linkPause)) {}
 
-    Driver& driver;
-    shell::MessageSink& sink;
-    Pause pause;
-    TlmStatus status{};
+    logger::Driver& Driver;
+    shell::MessageSink& Sink;
+    logger::Pause Pause;
+    TlmStatus Status{};
 };
 
 } // namespace torvane::logger

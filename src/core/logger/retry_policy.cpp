@@ -20,7 +20,7 @@ std::int32_t CallWithRetries(LoggerLink& link, const std::function<std::int32_t(
     std::int32_t result = 0;
     while (triesLeft >= 0) {
         const std::int32_t code = call();
-        const bool answered = rules.resultIsCount ? code >= 0 : code == 0;
+        const bool answered = rules.ResultIsCount ? code >= 0 : code == 0;
         if (!answered) {
             result = code;
             if (!WorthRetrying(code)) {
@@ -29,8 +29,8 @@ std::int32_t CallWithRetries(LoggerLink& link, const std::function<std::int32_t(
             --triesLeft;
             continue;
         }
-        const std::uint8_t sense = link.status.bytSense;
-        if (sense != TLM_SENSE_CLEAN && sense != rules.senseLeftToCaller) {
+        const std::uint8_t sense = link.Status.bytSense;
+        if (sense != TLM_SENSE_CLEAN && sense != rules.SenseLeftToCaller) {
             --triesLeft;
             // The sense of the first dirty try is the one reported, unless a driver failure
             // came before it.
@@ -46,7 +46,7 @@ std::int32_t CallWithRetries(LoggerLink& link, const std::function<std::int32_t(
     if (keptSense == 0) {
         return result;
     }
-    ShowSenseError(link.sink, keptSense);
+    ShowSenseError(link.Sink, keptSense);
     return results::SenseShown;
 }
 

@@ -15,12 +15,12 @@ namespace torvane::logger {
 
 struct RetryRules {
     // The file count answers with a number: any result of zero or more is an answer.
-    bool resultIsCount = false;
+    bool ResultIsCount = false;
     // A sense besides 0 that counts as clean, because the caller deals with it.
-    std::optional<std::uint8_t> senseLeftToCaller{};
+    std::optional<std::uint8_t> SenseLeftToCaller{};
 };
 
-// Makes the call under the policy; the call fills link.status.
+// Makes the call under the policy; the call fills link.Status.
 std::int32_t CallWithRetries(LoggerLink& link, const std::function<std::int32_t()>& call,
                              RetryRules rules = {});
 

@@ -10,7 +10,7 @@ std::int32_t WaitLoggerReady(LoggerLink& link) {
         if (const std::int32_t result = GetLoggerStatus(link); result != 0) {
             return result;
         }
-        const std::uint8_t state = link.status.bytState;
+        const std::uint8_t state = link.Status.bytState;
         if (state == TLM_STATE_IDLE || state == TLM_STATE_ACQUIRING) {
             return results::Ok;
         }
@@ -18,10 +18,10 @@ std::int32_t WaitLoggerReady(LoggerLink& link) {
             ShowLoggerState(link);
             return results::OutOfOrder;
         }
-        if (link.status.bytError != 0) {
+        if (link.Status.bytError != 0) {
             return results::ErrorState;
         }
-        link.pause(ReadyPollInterval);
+        link.Pause(ReadyPollInterval);
     }
 }
 

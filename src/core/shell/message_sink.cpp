@@ -6,8 +6,8 @@ int ShowMessage(MessageSink& sink, std::string_view text, int buttons, int icon)
     Message message{std::string(text), buttons, icon};
     if (text.empty()) {
         const RunTimeError& error = sink.PendingError();
-        message.text = "Error(" + std::to_string(error.number) + ")\r" + error.description;
-        message.icon = icons::Stop;
+        message.Text = "Error(" + std::to_string(error.Number) + ")\r" + error.Description;
+        message.Icon = icons::Stop;
     }
     return sink.Show(message);
 }

@@ -32,15 +32,15 @@ inline constexpr int No = 7;
 } // namespace answers
 
 struct Message {
-    std::string text;
-    int buttons = buttons::Ok;
-    int icon = icons::None;
+    std::string Text;
+    int Buttons = buttons::Ok;
+    int Icon = icons::None;
 };
 
 // An unexpected failure that a routine could not handle itself: a number and a description.
 struct RunTimeError {
-    int number = 0;
-    std::string description;
+    int Number = 0;
+    std::string Description;
 };
 
 class MessageSink {
@@ -69,13 +69,14 @@ int ShowRunTimeError(MessageSink& sink, RunTimeError error);
 // batch runs that must not stop to ask.
 class RecordingSink : public MessageSink {
 public:
-    explicit RecordingSink(int answer = answers::Ok) : answer_(answer) {}
+    explicit RecordingSink(int answer = answers::Ok)
+        : answer_(answer) {}
     int Show(const Message& message) override {
-        messages.push_back(message);
+        Messages.push_back(message);
         return answer_;
     }
     void SetAnswer(int answer) { answer_ = answer; }
-    std::vector<Message> messages;
+    std::vector<Message> Messages;
 
 private:
     int answer_;

@@ -3,7 +3,7 @@
 namespace torvane::link {
 namespace {
 
-constexpr std::size_t kReceiveChunk = 64 * 1024;
+constexpr std::size_t ReceiveChunk = 64 * 1024;
 
 FrameStatus FromIo(IoStatus status) {
     switch (status) {
@@ -40,7 +40,7 @@ FrameStatus Channel::Receive(Frame& frame, Deadline deadline) {
         case FrameDecode::NeedMore:
             break;
         }
-        const IoStatus status = socket_.ReceiveSome(inbox_, kReceiveChunk, deadline);
+        const IoStatus status = socket_.ReceiveSome(inbox_, ReceiveChunk, deadline);
         if (status != IoStatus::Ok) {
             return FromIo(status);
         }

@@ -28,7 +28,7 @@ std::int32_t Client::Open(const Endpoint& endpoint, std::chrono::milliseconds ti
     }
     channel_ = Channel(std::move(socket));
     PayloadWriter hello;
-    PutAll(hello, kProtocolMagic, kProtocolVersion);
+    PutAll(hello, ProtocolMagic, ProtocolVersion);
     const Frame request{MessageKind::Hello, false, ++lastId_, std::move(hello.Bytes())};
     Frame answer;
     const FrameStatus sent = channel_.Send(request, deadline);
@@ -37,11 +37,11 @@ std::int32_t Client::Open(const Endpoint& endpoint, std::chrono::milliseconds ti
     if (received == FrameStatus::TimedOut) {
         return Break(TLM_ERR_TIMEOUT);
     }
-    if (received != FrameStatus::Ok || !answer.answer || answer.kind != MessageKind::Hello ||
-        answer.id != request.id) {
+    if (received != FrameStatus::Ok || !answer.Answer || answer.Kind != MessageKind::Hello ||
+        answer.Id != request.Id) {
         return Break(TLM_ERR_OPEN_FAILED);
     }
-    PayloadReader in(answer.payload);
+    PayloadReader in(answer.Payload);
     std::uint8_t admission = 0;
     std::uint16_t serverVersion = 0;
     std::int32_t result = 0;
@@ -84,16 +84,16 @@ std::int32_t Client::Exchange(MessageKind kind, PayloadWriter& request, TlmStatu
         case FrameStatus::Malformed:
             return Break(TLM_ERR_PROTOCOL);
         }
-        if (!answer.answer) {
+        if (!answer.Answer) {
             return Break(TLM_ERR_PROTOCOL);
         }
-        if (answer.id != id) {
+        if (answer.Id != id) {
             continue; // the late answer of a request that timed out
         }
-        if (answer.kind != kind) {
+        if (answer.Kind != kind) {
             return Break(TLM_ERR_PROTOCOL);
         }
-        PayloadReader in(answer.payload);
+        PayloadReader in(answer.Payload);
         std::int32_t result = 0;
         TlmStatus received = status;
         if (!in.Get(result) || !GetStatusBytes(in, received)) {

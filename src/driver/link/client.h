@@ -46,7 +46,7 @@ private:
     std::int32_t Break(std::int32_t result);
 
     Channel channel_;
-    std::chrono::milliseconds timeout_{kDefaultExchangeTimeout};
+    std::chrono::milliseconds timeout_{DefaultExchangeTimeout};
     std::uint32_t lastId_ = 0;
     bool broken_ = false;
     bool answered_ = false;

@@ -9,9 +9,9 @@
 namespace torvane::link {
 namespace {
 
-constexpr std::string_view kUnixPrefix = "unix:";
-constexpr std::string_view kTcpPrefix = "tcp:";
-constexpr std::string_view kLoopback = "127.0.0.1:";
+constexpr std::string_view UnixPrefix = "unix:";
+constexpr std::string_view TcpPrefix = "tcp:";
+constexpr std::string_view Loopback = "127.0.0.1:";
 
 template <typename Number> bool ParseNumber(std::string_view text, Number& value) {
     const char* end = text.data() + text.size();
@@ -23,23 +23,23 @@ template <typename Number> bool ParseNumber(std::string_view text, Number& value
 
 std::optional<Endpoint> ParseEndpoint(std::string_view text, std::string& error) {
     Endpoint endpoint;
-    if (text.starts_with(kUnixPrefix)) {
-        endpoint.kind = Endpoint::Kind::Unix;
-        endpoint.path = std::string(text.substr(kUnixPrefix.size()));
-        if (endpoint.path.empty()) {
+    if (text.starts_with(UnixPrefix)) {
+        endpoint.Kind = Endpoint::Kind::Unix;
+        endpoint.Path = std::string(text.substr(UnixPrefix.size()));
+        if (endpoint.Path.empty()) {
             error = "\"unix:\" needs a socket path";
             return std::nullopt;
         }
         return endpoint;
     }
-    if (text.starts_with(kTcpPrefix)) {
-        const std::string_view address = text.substr(kTcpPrefix.size());
-        if (!address.starts_with(kLoopback)) {
+    if (text.starts_with(TcpPrefix)) {
+        const std::string_view address = text.substr(TcpPrefix.size());
+        if (!address.starts_with(Loopback)) {
             error = "a tcp endpoint must be on 127.0.0.1";
             return std::nullopt;
         }
-        endpoint.kind = Endpoint::Kind::Tcp;
-        if (!ParseNumber(address.substr(kLoopback.size()), endpoint.port)) {
+        endpoint.Kind = Endpoint::Kind::Tcp;
+        if (!ParseNumber(address.substr(Loopback.size()), endpoint.Port)) {
             error = "a tcp endpoint needs a port from 0 to 65535";
             return std::nullopt;
         }
@@ -50,19 +50,19 @@ std::optional<Endpoint> ParseEndpoint(std::string_view text, std::string& error)
 }
 
 std::string ToString(const Endpoint& endpoint) {
-    if (endpoint.kind == Endpoint::Kind::Unix) {
-        return std::string(kUnixPrefix) + endpoint.path;
+    if (endpoint.Kind == Endpoint::Kind::Unix) {
+        return std::string(UnixPrefix) + endpoint.Path;
     }
-    return std::string(kTcpPrefix) + std::string(kLoopback) + std::to_string(endpoint.port);
+    return std::string(TcpPrefix) + std::string(Loopback) + std::to_string(endpoint.Port);
 }
 
 Endpoint DefaultEndpoint() {
     Endpoint endpoint;
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     if (runtime != nullptr && *runtime != '\0') {
-        endpoint.path = std::string(runtime) + "/torvane-logger.sock";
+        endpoint.Path = std::string(runtime) + "/torvane-logger.sock";
     } else {
-        endpoint.path = "/tmp/torvane-logger-" + std::to_string(::getuid()) + ".sock";
+        endpoint.Path = "/tmp/torvane-logger-" + std::to_string(::getuid()) + ".sock";
     }
     return endpoint;
 }
@@ -81,7 +81,7 @@ std::chrono::milliseconds ExchangeTimeoutFromEnvironment() {
     if (text != nullptr && ParseNumber(std::string_view(text), milliseconds) && milliseconds > 0) {
         return std::chrono::milliseconds(milliseconds);
     }
-    return kDefaultExchangeTimeout;
+    return DefaultExchangeTimeout;
 }
 
 } // namespace torvane::link

@@ -13,9 +13,9 @@ namespace torvane::link {
 
 struct Endpoint {
     enum class Kind { Unix, Tcp };
-    Kind kind = Kind::Unix;
-    std::string path;       // Unix
-    std::uint16_t port = 0; // Tcp; 0 when listening asks the system for a free port
+    Kind Kind = Kind::Unix;
+    std::string Path;       // Unix
+    std::uint16_t Port = 0; // Tcp; 0 when listening asks the system for a free port
 };
 
 // Parses "unix:PATH" or "tcp:127.0.0.1:PORT"; nullopt with a reason in error otherwise.
@@ -28,9 +28,9 @@ Endpoint DefaultEndpoint();
 // TORVANE_LOGGER if set (nullopt with a reason when it does not parse), else DefaultEndpoint().
 std::optional<Endpoint> EndpointFromEnvironment(std::string& error);
 
-inline constexpr std::chrono::milliseconds kDefaultExchangeTimeout{5000};
+inline constexpr std::chrono::milliseconds DefaultExchangeTimeout{5000};
 // How long one exchange may take: TORVANE_LOGGER_TIMEOUT_MS when it holds a positive number of
-// milliseconds, else kDefaultExchangeTimeout.
+// milliseconds, else DefaultExchangeTimeout.
 std::chrono::milliseconds ExchangeTimeoutFromEnvironment();
 
 } // namespace torvane::link

@@ -12,9 +12,9 @@
 namespace torvane::link {
 
 // The first transfer block that does not fit in a frame with its prefix and records.
-inline constexpr std::uint32_t kMaxTransferBlock = kMaxPayload - 64;
+inline constexpr std::uint32_t MaxTransferBlock = MaxPayload - 64;
 
-// Hello request: u32 kProtocolMagic, u16 kProtocolVersion. Hello answer: u8 Admission, u16 the
+// Hello request: u32 ProtocolMagic, u16 ProtocolVersion. Hello answer: u8 Admission, u16 the
 // server's version, then the common prefix with the device's result of Open.
 
 // Writes each value (an integer or a record of tlm.h) in order.

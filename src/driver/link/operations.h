@@ -56,25 +56,25 @@ TORVANE_LINK_OPERATIONS(TORVANE_LINK_PLAIN, TORVANE_LINK_SPECIAL)
 } // namespace op
 
 struct OperationName {
-    MessageKind kind;
-    std::string_view entryPoint;
+    MessageKind Kind;
+    std::string_view EntryPoint;
 };
 
 // The operations in the order of their kinds, with the entry point that sends each.
-inline constexpr OperationName kOperations[] = {
+inline constexpr OperationName Operations[] = {
 #define TORVANE_LINK_NAME(Name, ...) {op::Name::kind, op::Name::entryPoint},
     TORVANE_LINK_OPERATIONS(TORVANE_LINK_NAME, TORVANE_LINK_NAME)
 #undef TORVANE_LINK_NAME
 };
 
-inline constexpr std::uint16_t kLastMessageKind =
-    static_cast<std::uint16_t>(std::size(kOperations) + 2);
+inline constexpr std::uint16_t LastMessageKind =
+    static_cast<std::uint16_t>(std::size(Operations) + 2);
 
 // A frame's kind is checked against a range, so the kinds must have no gaps.
 consteval bool KindsFollowOn() {
     std::uint16_t expected = static_cast<std::uint16_t>(MessageKind::Close) + 1;
-    for (const OperationName& operation : kOperations) {
-        if (static_cast<std::uint16_t>(operation.kind) != expected++) {
+    for (const OperationName& operation : Operations) {
+        if (static_cast<std::uint16_t>(operation.Kind) != expected++) {
             return false;
         }
     }

@@ -57,7 +57,7 @@ bool AnswerTransferRead(DeviceCalls& device, TlmStatus& status, PayloadReader& i
     }
     std::vector<std::uint8_t> bytes;
     std::int32_t result = device.TransferRead(status, block, bytes);
-    if (bytes.size() > kMaxTransferBlock) {
+    if (bytes.size() > MaxTransferBlock) {
         // The device's block is its own choice, but it must fit in a frame.
         result = TLM_ERR_PROTOCOL;
         bytes.clear();
@@ -83,8 +83,8 @@ bool AnswerErrorInfo(DeviceCalls& device, TlmStatus& status, PayloadReader& in,
 
 bool AnswerRequest(DeviceCalls& device, TlmStatus& status, const Frame& request,
                    PayloadWriter& answer) {
-    PayloadReader in(request.payload);
-    switch (request.kind) {
+    PayloadReader in(request.Payload);
+    switch (request.Kind) {
 #define TORVANE_ANSWER_PLAIN(Name, ...)                                                            \
     case MessageKind::Name:                                                                        \
         return AnswerPlain<op::Name>(device, &DeviceCalls::Name, status, in, answer);

@@ -11,11 +11,10 @@
 
 namespace torvane::link {
 
-class Server::Impl {
-public:
-    Listener listener;
-    WakeSignal wake;
-    std::atomic<bool> stopping{false};
+struct Server::Impl {
+    link::Listener Listener;
+    WakeSignal Wake;
+    std::atomic<bool> Stopping{false};
 };
 
 namespace {
@@ -45,11 +44,11 @@ public:
         }
         std::uint32_t magic = 0;
         std::uint16_t version = 0;
-        PayloadReader in(hello.payload);
+        PayloadReader in(hello.Payload);
         const bool understood =
-            GetAll(in, magic, version) && magic == kProtocolMagic && version == kProtocolVersion;
+            GetAll(in, magic, version) && magic == ProtocolMagic && version == ProtocolVersion;
         if (!understood) {
-            SendHelloAnswer(channel_, hello.id, Admission::VersionRefused, TLM_ERR_OPEN_FAILED,
+            SendHelloAnswer(channel_, hello.Id, Admission::VersionRefused, TLM_ERR_OPEN_FAILED,
                             TlmStatus{}, Due());
             channel_.Close();
             return;
@@ -57,7 +56,7 @@ public:
         status_ = TlmStatus{};
         const std::int32_t result = device_.Open(status_);
         const bool sent =
-            SendHelloAnswer(channel_, hello.id, Admission::Accepted, result, status_, Due());
+            SendHelloAnswer(channel_, hello.Id, Admission::Accepted, result, status_, Due());
         if (result != TLM_OK) {
             // A refused open is no link: the device never saw one begin, so it hears no Closed().
             channel_.Close();
@@ -74,7 +73,7 @@ public:
         Channel channel(std::move(socket));
         Frame hello;
         if (ReceiveHello(channel, hello)) {
-            SendHelloAnswer(channel, hello.id, Admission::Busy, TLM_ERR_OPEN_FAILED, TlmStatus{},
+            SendHelloAnswer(channel, hello.Id, Admission::Busy, TLM_ERR_OPEN_FAILED, TlmStatus{},
                             Due());
         }
     }
@@ -82,21 +81,21 @@ public:
     // Serves the request that has begun to arrive; any fault ends the link.
     void ServeRequest() {
         Frame request;
-        if (channel_.Receive(request, Due()) != FrameStatus::Ok || request.answer ||
-            request.kind == MessageKind::Hello) {
+        if (channel_.Receive(request, Due()) != FrameStatus::Ok || request.Answer ||
+            request.Kind == MessageKind::Hello) {
             End();
             return;
         }
-        Frame answer{request.kind, true, request.id, {}};
+        Frame answer{request.Kind, true, request.Id, {}};
         PayloadWriter payload;
-        if (request.kind == MessageKind::Close) {
+        if (request.Kind == MessageKind::Close) {
             PutAll(payload, std::int32_t{TLM_OK}, status_);
         } else if (!AnswerRequest(device_, status_, request, payload)) {
             End();
             return;
         }
-        answer.payload = std::move(payload.Bytes());
-        if (channel_.Send(answer, Due()) != FrameStatus::Ok || request.kind == MessageKind::Close ||
+        answer.Payload = std::move(payload.Bytes());
+        if (channel_.Send(answer, Due()) != FrameStatus::Ok || request.Kind == MessageKind::Close ||
             device_.DropLinkNow()) {
             End();
         }
@@ -114,14 +113,14 @@ private:
     Deadline Due() const { return Clock::now() + timeout_; }
 
     bool ReceiveHello(Channel& channel, Frame& hello) const {
-        return channel.Receive(hello, Due()) == FrameStatus::Ok && !hello.answer &&
-               hello.kind == MessageKind::Hello;
+        return channel.Receive(hello, Due()) == FrameStatus::Ok && !hello.Answer &&
+               hello.Kind == MessageKind::Hello;
     }
 
     static bool SendHelloAnswer(Channel& channel, std::uint32_t id, Admission admission,
                                 std::int32_t result, const TlmStatus& status, Deadline deadline) {
         PayloadWriter payload;
-        PutAll(payload, static_cast<std::uint8_t>(admission), kProtocolVersion, result, status);
+        PutAll(payload, static_cast<std::uint8_t>(admission), ProtocolVersion, result, status);
         const Frame answer{MessageKind::Hello, true, id, std::move(payload.Bytes())};
         return channel.Send(answer, deadline) == FrameStatus::Ok;
     }
@@ -143,37 +142,37 @@ Server::Server()
 Server::~Server() = default;
 
 bool Server::Listen(const Endpoint& endpoint, std::string& error) {
-    if (impl_->wake.Descriptor() < 0) {
+    if (impl_->Wake.Descriptor() < 0) {
         error = "cannot make the wake-up pipe";
         return false;
     }
-    if (!impl_->listener.Open(endpoint, error)) {
+    if (!impl_->Listener.Open(endpoint, error)) {
         return false;
     }
-    bound_ = impl_->listener.Bound();
+    bound_ = impl_->Listener.Bound();
     return true;
 }
 
 bool Server::Run(DeviceCalls& device) {
-    if (impl_->listener.Descriptor() < 0) {
+    if (impl_->Listener.Descriptor() < 0) {
         return false;
     }
     Session session(device, timeout_);
     for (;;) {
-        if (impl_->stopping.load()) {
+        if (impl_->Stopping.load()) {
             // Clients that come now find nothing rather than a listener that never answers.
             session.End();
-            impl_->listener.Close();
+            impl_->Listener.Close();
             return true;
         }
         if (session.HasBufferedRequest()) {
             session.ServeRequest();
             continue;
         }
-        const std::array<int, 3> watched{impl_->wake.Descriptor(), impl_->listener.Descriptor(),
+        const std::array<int, 3> watched{impl_->Wake.Descriptor(), impl_->Listener.Descriptor(),
                                          session.Descriptor()};
         const std::uint32_t ready = WaitReadable(watched, std::nullopt);
-        if (impl_->stopping.load()) {
+        if (impl_->Stopping.load()) {
             continue;
         }
         if (ready == 0) {
@@ -185,7 +184,7 @@ bool Server::Run(DeviceCalls& device) {
             session.ServeRequest();
         }
         if ((ready & 2u) != 0) {
-            Socket client = impl_->listener.Accept();
+            Socket client = impl_->Listener.Accept();
             if (client.IsOpen() && session.IsOpen()) {
                 session.TurnAway(std::move(client));
             } else if (client.IsOpen()) {
@@ -196,8 +195,8 @@ bool Server::Run(DeviceCalls& device) {
 }
 
 void Server::Stop() noexcept {
-    impl_->stopping.store(true);
-    impl_->wake.Notify();
+    impl_->Stopping.store(true);
+    impl_->Wake.Notify();
 }
 
 } // namespace torvane::link

@@ -48,7 +48,7 @@ public:
     void Stop() noexcept;
 
 private:
-    class Impl;
+    struct Impl;
     std::unique_ptr<Impl> impl_;
     Endpoint bound_;
     std::chrono::milliseconds timeout_;

@@ -19,7 +19,7 @@
 namespace torvane::link {
 namespace {
 
-constexpr int kBacklog = 4;
+constexpr int Backlog = 4;
 
 std::string SystemError(const char* what) {
     return std::string(what) + ": " + std::strerror(errno);
@@ -55,19 +55,19 @@ int NewSocket(int domain) {
 // Fills address for endpoint; false if a unix path does not fit.
 bool ToAddress(const Endpoint& endpoint, sockaddr_storage& storage, socklen_t& length) {
     std::memset(&storage, 0, sizeof storage);
-    if (endpoint.kind == Endpoint::Kind::Unix) {
+    if (endpoint.Kind == Endpoint::Kind::Unix) {
         auto& address = reinterpret_cast<sockaddr_un&>(storage);
-        if (endpoint.path.empty() || endpoint.path.size() >= sizeof address.sun_path) {
+        if (endpoint.Path.empty() || endpoint.Path.size() >= sizeof address.sun_path) {
             return false;
         }
         address.sun_family = AF_UNIX;
-        std::memcpy(address.sun_path, endpoint.path.data(), endpoint.path.size());
-        length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + endpoint.path.size() + 1);
+        std::memcpy(address.sun_path, endpoint.Path.data(), endpoint.Path.size());
+        length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + endpoint.Path.size() + 1);
         return true;
     }
     auto& address = reinterpret_cast<sockaddr_in&>(storage);
     address.sin_family = AF_INET;
-    address.sin_port = htons(endpoint.port);
+    address.sin_port = htons(endpoint.Port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     length = sizeof address;
     return true;
@@ -210,47 +210,47 @@ bool Listener::Open(const Endpoint& endpoint, std::string& error) {
         return false;
     }
     const auto* target = reinterpret_cast<const sockaddr*>(&address);
-    if (endpoint.kind == Endpoint::Kind::Tcp) {
+    if (endpoint.Kind == Endpoint::Kind::Tcp) {
         const int on = 1;
         ::setsockopt(socket.Descriptor(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
     }
     if (::bind(socket.Descriptor(), target, length) != 0) {
-        if (endpoint.kind != Endpoint::Kind::Unix || errno != EADDRINUSE) {
+        if (endpoint.Kind != Endpoint::Kind::Unix || errno != EADDRINUSE) {
             error = SystemError("bind");
             return false;
         }
         // A socket file is there. It is stale if nothing accepts on it (a logger that crashed);
         // a live logger keeps it, and anything that is not a socket is never removed.
         struct stat info {};
-        if (::lstat(endpoint.path.c_str(), &info) != 0 || !S_ISSOCK(info.st_mode)) {
-            error = endpoint.path + " exists and is not a socket";
+        if (::lstat(endpoint.Path.c_str(), &info) != 0 || !S_ISSOCK(info.st_mode)) {
+            error = endpoint.Path + " exists and is not a socket";
             return false;
         }
         std::string probeError;
         if (Connect(endpoint, Clock::now() + std::chrono::milliseconds(500), probeError).IsOpen()) {
-            error = "another logger is listening on " + endpoint.path;
+            error = "another logger is listening on " + endpoint.Path;
             return false;
         }
-        ::unlink(endpoint.path.c_str());
+        ::unlink(endpoint.Path.c_str());
         if (::bind(socket.Descriptor(), target, length) != 0) {
             error = SystemError("bind");
             return false;
         }
     }
-    if (endpoint.kind == Endpoint::Kind::Unix) {
-        ownedPath_ = endpoint.path;
+    if (endpoint.Kind == Endpoint::Kind::Unix) {
+        ownedPath_ = endpoint.Path;
         // No client can connect before listen(), so tightening the mode here leaves no gap.
-        if (::chmod(endpoint.path.c_str(), S_IRUSR | S_IWUSR) != 0) {
+        if (::chmod(endpoint.Path.c_str(), S_IRUSR | S_IWUSR) != 0) {
             error = SystemError("chmod");
             return false;
         }
     }
-    if (::listen(socket.Descriptor(), kBacklog) != 0) {
+    if (::listen(socket.Descriptor(), Backlog) != 0) {
         error = SystemError("listen");
         return false;
     }
     bound_ = endpoint;
-    if (endpoint.kind == Endpoint::Kind::Tcp) {
+    if (endpoint.Kind == Endpoint::Kind::Tcp) {
         sockaddr_in actual{};
         socklen_t actualSize = sizeof actual;
         if (::getsockname(socket.Descriptor(), reinterpret_cast<sockaddr*>(&actual), &actualSize) !=
@@ -258,7 +258,7 @@ bool Listener::Open(const Endpoint& endpoint, std::string& error) {
             error = SystemError("getsockname");
             return false;
         }
-        bound_.port = ntohs(actual.sin_port);
+        bound_.Port = ntohs(actual.sin_port);
     }
     socket_ = std::move(socket);
     return true;

@@ -4,16 +4,16 @@ namespace torvane::link {
 
 void AppendFrame(const Frame& frame, std::vector<std::uint8_t>& out) {
     PayloadWriter header;
-    header.Put(static_cast<std::uint32_t>(frame.payload.size()));
-    header.Put(static_cast<std::uint16_t>(static_cast<std::uint16_t>(frame.kind) |
-                                          (frame.answer ? kAnswerBit : 0)));
-    header.Put(frame.id);
+    header.Put(static_cast<std::uint32_t>(frame.Payload.size()));
+    header.Put(static_cast<std::uint16_t>(static_cast<std::uint16_t>(frame.Kind) |
+                                          (frame.Answer ? AnswerBit : 0)));
+    header.Put(frame.Id);
     out.insert(out.end(), header.Bytes().begin(), header.Bytes().end());
-    out.insert(out.end(), frame.payload.begin(), frame.payload.end());
+    out.insert(out.end(), frame.Payload.begin(), frame.Payload.end());
 }
 
 FrameDecode TakeFrame(std::vector<std::uint8_t>& buffer, Frame& frame) {
-    if (buffer.size() < kFrameHeaderSize) {
+    if (buffer.size() < FrameHeaderSize) {
         return FrameDecode::NeedMore;
     }
     PayloadReader header(buffer);
@@ -23,18 +23,18 @@ FrameDecode TakeFrame(std::vector<std::uint8_t>& buffer, Frame& frame) {
     header.Get(length);
     header.Get(kind);
     header.Get(id);
-    const auto bareKind = static_cast<std::uint16_t>(kind & ~kAnswerBit);
-    if (length > kMaxPayload || bareKind == 0 || bareKind > kLastMessageKind) {
+    const auto bareKind = static_cast<std::uint16_t>(kind & ~AnswerBit);
+    if (length > MaxPayload || bareKind == 0 || bareKind > LastMessageKind) {
         return FrameDecode::Malformed;
     }
-    if (buffer.size() - kFrameHeaderSize < length) {
+    if (buffer.size() - FrameHeaderSize < length) {
         return FrameDecode::NeedMore;
     }
-    frame.kind = static_cast<MessageKind>(bareKind);
-    frame.answer = (kind & kAnswerBit) != 0;
-    frame.id = id;
-    const auto payloadBegin = buffer.begin() + kFrameHeaderSize;
-    frame.payload.assign(payloadBegin, payloadBegin + length);
+    frame.Kind = static_cast<MessageKind>(bareKind);
+    frame.Answer = (kind & AnswerBit) != 0;
+    frame.Id = id;
+    const auto payloadBegin = buffer.begin() + FrameHeaderSize;
+    frame.Payload.assign(payloadBegin, payloadBegin + length);
     buffer.erase(buffer.begin(), payloadBegin + length);
     return FrameDecode::Complete;
 }

@@ -1,8 +1,8 @@
 #pragma once
 // The frames of the link. Every frame is a 10-byte header and a payload:
 //
-//   offset 0  u32  payload length (at most kMaxPayload)
-//   offset 4  u16  message kind; answers carry kAnswerBit
+//   offset 0  u32  payload length (at most MaxPayload)
+//   offset 4  u16  message kind; answers carry AnswerBit
 //   offset 6  u32  request id; an answer repeats the id of its request
 //
 // all little-endian. Payload fields are written one at a time by PayloadWriter and read back by
@@ -19,14 +19,14 @@
 
 namespace torvane::link {
 
-inline constexpr std::uint32_t kProtocolMagic = 0x4b4c5654; // "TVLK" on the wire
-inline constexpr std::uint16_t kProtocolVersion = 1;
-inline constexpr std::size_t kFrameHeaderSize = 10;
+inline constexpr std::uint32_t ProtocolMagic = 0x4b4c5654; // "TVLK" on the wire
+inline constexpr std::uint16_t ProtocolVersion = 1;
+inline constexpr std::size_t FrameHeaderSize = 10;
 // Large enough for any record and a generous transfer block; a length above it ends the link
 // before anything is allocated.
-inline constexpr std::uint32_t kMaxPayload = 1u << 20;
+inline constexpr std::uint32_t MaxPayload = 1u << 20;
 
-inline constexpr std::uint16_t kAnswerBit = 0x8000;
+inline constexpr std::uint16_t AnswerBit = 0x8000;
 
 // What the server says to a hello, before the device's own result.
 enum class Admission : std::uint8_t {
@@ -36,18 +36,18 @@ enum class Admission : std::uint8_t {
 };
 
 struct Frame {
-    MessageKind kind = MessageKind::Hello;
-    bool answer = false;
-    std::uint32_t id = 0;
-    std::vector<std::uint8_t> payload;
+    MessageKind Kind = MessageKind::Hello;
+    bool Answer = false;
+    std::uint32_t Id = 0;
+    std::vector<std::uint8_t> Payload;
 };
 
-// Appends the frame's bytes to out. The payload must not exceed kMaxPayload.
+// Appends the frame's bytes to out. The payload must not exceed MaxPayload.
 void AppendFrame(const Frame& frame, std::vector<std::uint8_t>& out);
 
 enum class FrameDecode { Complete, NeedMore, Malformed };
 // Takes the first frame off the front of buffer if it is all there. Malformed: a length over
-// kMaxPayload or an unknown kind, found from the header alone.
+// MaxPayload or an unknown kind, found from the header alone.
 FrameDecode TakeFrame(std::vector<std::uint8_t>& buffer, Frame& frame);
 
 class PayloadWriter {

@@ -22,9 +22,9 @@ std::optional<Entry> EntryNamed(std::string_view name) {
     if (name == RawSpecialDataName) {
         return Entry::SpecialData;
     }
-    for (const link::OperationName& operation : link::kOperations) {
-        if (operation.entryPoint == name) {
-            return operation.kind;
+    for (const link::OperationName& operation : link::Operations) {
+        if (operation.EntryPoint == name) {
+            return operation.Kind;
         }
     }
     return std::nullopt;
@@ -33,10 +33,10 @@ std::optional<Entry> EntryNamed(std::string_view name) {
 std::string_view EntryNames() {
     static const std::string names = [] {
         std::string joined(OpenName);
-        for (const link::OperationName& operation : link::kOperations) {
+        for (const link::OperationName& operation : link::Operations) {
             joined += " ";
-            joined += operation.entryPoint;
-            if (operation.kind == Entry::SpecialData) {
+            joined += operation.EntryPoint;
+            if (operation.Kind == Entry::SpecialData) {
                 joined += " ";
                 joined += RawSpecialDataName;
             }
@@ -53,19 +53,19 @@ FaultInjector::FaultInjector(link::DeviceCalls& device, FaultPlan plan)
 
 std::optional<std::int32_t> FaultInjector::Fault(Entry entry, TlmStatus& status) {
     const auto rule =
-        std::find_if(plan_.rules.begin(), plan_.rules.end(),
-                     [entry](const FaultRule& r) { return r.entry == entry && r.times > 0; });
-    if (rule == plan_.rules.end()) {
+        std::find_if(plan_.Rules.begin(), plan_.Rules.end(),
+                     [entry](const FaultRule& r) { return r.Entry == entry && r.Times > 0; });
+    if (rule == plan_.Rules.end()) {
         return std::nullopt;
     }
-    --rule->times;
+    --rule->Times;
     // The status bytes of a faulty answer are the device's present ones.
     device_.GetStatus(status);
-    if (rule->kind == FaultRule::Kind::Sense) {
-        status.bytSense = static_cast<std::uint8_t>(rule->code);
+    if (rule->Kind == FaultRule::Fault::Sense) {
+        status.bytSense = static_cast<std::uint8_t>(rule->Code);
         return TLM_OK;
     }
-    return rule->code;
+    return rule->Code;
 }
 
 template <typename Call>
@@ -113,7 +113,7 @@ std::int32_t FaultInjector::TransferStart(TlmStatus& status, const TlmDownloadEn
     return Pass(Entry::TransferStart, status, [&] {
         const std::int32_t result = device_.TransferStart(status, entry, block);
         blocksSent_ = 0;
-        dropDue_ = !dropped_ && plan_.dropAfterBlocks == 0;
+        dropDue_ = !dropped_ && plan_.DropAfterBlocks == 0;
         return result;
     });
 }
@@ -122,7 +122,7 @@ std::int32_t FaultInjector::TransferRead(TlmStatus& status, TlmTransferBlock& bl
                                          std::vector<std::uint8_t>& bytes) {
     return Pass(Entry::TransferRead, status, [&] {
         const std::int32_t result = device_.TransferRead(status, block, bytes);
-        if (result >= 0 && block.lngSize > 0 && ++blocksSent_ == plan_.dropAfterBlocks) {
+        if (result >= 0 && block.lngSize > 0 && ++blocksSent_ == plan_.DropAfterBlocks) {
             dropDue_ = !dropped_;
         }
         return result;

@@ -25,17 +25,17 @@ std::optional<Entry> EntryNamed(std::string_view name);
 std::string_view EntryNames();
 
 struct FaultRule {
-    enum class Kind { Sense, Result };
-    Kind kind = Kind::Sense;
-    std::int32_t code = 0; // the sense byte, or the result returned
-    Entry entry = Entry::GetStatus;
-    int times = 1;
+    enum class Fault { Sense, Result };
+    Fault Kind = Fault::Sense;
+    std::int32_t Code = 0; // the sense byte, or the result returned
+    sim::Entry Entry = sim::Entry::GetStatus;
+    int Times = 1;
 };
 
 struct FaultPlan {
-    std::vector<FaultRule> rules; // the first rule of an entry with calls left applies
+    std::vector<FaultRule> Rules; // the first rule of an entry with calls left applies
     // Drop the link once, right after this many blocks of a transfer went out.
-    std::optional<int> dropAfterBlocks;
+    std::optional<int> DropAfterBlocks;
 };
 
 class FaultInjector final : public link::DeviceCalls {

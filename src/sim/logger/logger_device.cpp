@@ -49,16 +49,16 @@ LoggerDevice::LoggerDevice(const LoggerConfig& config, MonotonicClock& clock)
     : config_(config)
     , clock_(clock)
     , lastTick_(clock.Now())
-    , vehicle_(config.seed, ShiftEngineSpeed(logdata::FreshSetting()))
+    , vehicle_(config.Seed, ShiftEngineSpeed(logdata::FreshSetting()))
     , setting_(logdata::FreshSetting())
-    , memory_(config.memoryBytes) {
-    config_.timeScale =
-        std::isfinite(config_.timeScale) && config_.timeScale > 0.0 ? config_.timeScale : 1.0;
+    , memory_(config.MemoryBytes) {
+    config_.TimeScale =
+        std::isfinite(config_.TimeScale) && config_.TimeScale > 0.0 ? config_.TimeScale : 1.0;
     PowerOn();
 }
 
 void LoggerDevice::PowerOn() {
-    acquiring_ = config_.startAcquiring;
+    acquiring_ = config_.StartAcquiring;
     throttlePoints_ = {static_cast<std::int16_t>(setting_.ThClose()),
                        static_cast<std::int16_t>(setting_.ThOpen())};
     EnterBusy(TLM_STATE_INITIALIZING, InitialisingTime);
@@ -87,7 +87,7 @@ void LoggerDevice::Halt() {
 
 int LoggerDevice::AddRecordedRuns(int count, double minutes, std::uint64_t seed) {
     const logdata::LogHeader setting = DemoSetting();
-    const std::int64_t perPeriod = BytesPer300Ms(config_.memoryTable, setting);
+    const std::int64_t perPeriod = BytesPer300Ms(config_.MemoryTable, setting);
     int kept = 0;
     for (int i = 0; i < count; ++i) {
         auto periods = static_cast<std::int64_t>(std::floor(minutes * 60'000.0 / PeriodMs));
@@ -110,11 +110,11 @@ int LoggerDevice::AddRecordedRuns(int count, double minutes, std::uint64_t seed)
 }
 
 std::uint8_t LoggerDevice::State() {
-    if (busy_ && clock_.Now() >= busy_->until) {
+    if (busy_ && clock_.Now() >= busy_->Until) {
         busy_.reset();
     }
     if (busy_) {
-        return busy_->state;
+        return busy_->State;
     }
     if (broken_) {
         return TLM_STATE_BROKEN;
@@ -133,7 +133,7 @@ void LoggerDevice::EnterBusy(std::uint8_t state, MonotonicClock::Duration length
 }
 
 void LoggerDevice::EndStopping() {
-    if (busy_ && busy_->state == TLM_STATE_READY) {
+    if (busy_ && busy_->State == TLM_STATE_READY) {
         busy_.reset();
     }
 }
@@ -141,7 +141,7 @@ void LoggerDevice::EndStopping() {
 void LoggerDevice::CatchUp() {
     const auto now = clock_.Now();
     owedMs_ +=
-        std::chrono::duration<double, std::milli>(now - lastTick_).count() * config_.timeScale;
+        std::chrono::duration<double, std::milli>(now - lastTick_).count() * config_.TimeScale;
     lastTick_ = now;
     const bool mayRecord = State() == TLM_STATE_ACQUIRING;
     if (!mayRecord && capture_) {
@@ -173,7 +173,7 @@ void LoggerDevice::CatchUp() {
 void LoggerDevice::TryStartCapture(const VehicleState& state) {
     const bool started = ThrottleOf(state) >= setting_.Word(SettingWord::StartTh) &&
                          state.EngineRpm >= setting_.Word(SettingWord::StartNe) * 50.0;
-    const std::int64_t perPeriod = BytesPer300Ms(config_.memoryTable, setting_);
+    const std::int64_t perPeriod = BytesPer300Ms(config_.MemoryTable, setting_);
     if (!started || memory_.Free() < perPeriod) {
         return;
     }
@@ -237,7 +237,7 @@ bool LoggerDevice::Accept(TlmStatus& status, Command command) {
 }
 
 std::int32_t LoggerDevice::Answer(TlmStatus& status, std::uint8_t sense) {
-    const std::int64_t perPeriod = BytesPer300Ms(config_.memoryTable, setting_);
+    const std::int64_t perPeriod = BytesPer300Ms(config_.MemoryTable, setting_);
     status.bytSense = sense;
     status.bytState = State();
     status.bytError = errorCode_;
@@ -304,14 +304,14 @@ std::int32_t LoggerDevice::TransferStart(TlmStatus& status, const TlmDownloadEnt
     }
     // A number the logger does not hold is taken, and answered "not found" on the first read.
     Transfer transfer;
-    transfer.number = entry.intNumber;
-    transfer.entry = TlmDownloadEntry{entry.intNumber, 0, 0, 0};
+    transfer.Number = entry.intNumber;
+    transfer.Entry = TlmDownloadEntry{entry.intNumber, 0, 0, 0};
     if (const LoggedFile* file = memory_.Find(entry.intNumber)) {
-        transfer.entry = file->Entry();
-        transfer.sender = std::make_unique<PacedTransfer>(file->bytes, config_.blockSize,
-                                                          config_.bytesPerSecond, clock_);
+        transfer.Entry = file->Entry();
+        transfer.Sender = std::make_unique<PacedTransfer>(file->Bytes, config_.BlockSize,
+                                                          config_.BytesPerSecond, clock_);
     }
-    block = transfer.entry;
+    block = transfer.Entry;
     transfer_ = std::move(transfer);
     EndStopping();
     return Answer(status);
@@ -323,17 +323,17 @@ std::int32_t LoggerDevice::TransferRead(TlmStatus& status, TlmTransferBlock& blo
     if (!Accept(status, Command::TransferRead)) {
         return TLM_OK;
     }
-    block = transfer_->entry;
+    block = transfer_->Entry;
     block.lngSize = 0;
-    PacedTransfer* sender = transfer_->sender.get();
+    PacedTransfer* sender = transfer_->Sender.get();
     if (sender == nullptr) {
         return Answer(status, TLM_SENSE_FILE_NOT_FOUND);
     }
     if (!sender->Complete()) {
         block.lngSize = static_cast<std::int32_t>(sender->SendNext(bytes));
         if (sender->Complete()) {
-            if (LoggedFile* file = memory_.Find(transfer_->number)) {
-                file->done = true;
+            if (LoggedFile* file = memory_.Find(transfer_->Number)) {
+                file->Done = true;
             }
         }
     }
@@ -347,8 +347,8 @@ std::int32_t LoggerDevice::TransferEnd(TlmStatus& status, const TlmTransferBlock
     if (!Accept(status, Command::TransferEnd)) {
         return TLM_OK;
     }
-    block = transfer_->entry;
-    block.lngSize = static_cast<std::int32_t>(transfer_->sender ? transfer_->sender->Sent() : 0);
+    block = transfer_->Entry;
+    block.lngSize = static_cast<std::int32_t>(transfer_->Sender ? transfer_->Sender->Sent() : 0);
     transfer_.reset();
     return Answer(status);
 }

@@ -28,15 +28,15 @@ namespace torvane::sim {
 
 struct LoggerConfig {
     // Vehicle time per clock time: 10 records ten minutes of riding in one minute.
-    double timeScale = 1.0;
-    std::uint64_t seed = 1;
-    MemoryTable memoryTable = DefaultMemoryTable();
-    std::int64_t memoryBytes = LoggingMemoryBytes;
+    double TimeScale = 1.0;
+    std::uint64_t Seed = 1;
+    sim::MemoryTable MemoryTable = DefaultMemoryTable();
+    std::int64_t MemoryBytes = LoggingMemoryBytes;
     // Link payload rate of a transfer; 0 is unlimited.
-    std::int64_t bytesPerSecond = 1'000'000;
-    std::size_t blockSize = 32 * 1024;
+    std::int64_t BytesPerSecond = 1'000'000;
+    std::size_t BlockSize = 32 * 1024;
     // After power-on and reset: acquiring (as on the bike) or idle.
-    bool startAcquiring = true;
+    bool StartAcquiring = true;
 };
 
 // How long the passing states last, in clock time whatever the time scale: they are what an
@@ -93,13 +93,13 @@ public:
 
 private:
     struct Busy {
-        std::uint8_t state = 0;
-        MonotonicClock::Duration until{};
+        std::uint8_t State = 0;
+        MonotonicClock::Duration Until{};
     };
     struct Transfer {
-        std::int16_t number = 0;
-        TlmDownloadEntry entry{};
-        std::unique_ptr<PacedTransfer> sender; // null: no such file
+        std::int16_t Number = 0;
+        TlmDownloadEntry Entry{};
+        std::unique_ptr<PacedTransfer> Sender; // null: no such file
     };
 
     // Brings busy states and the vehicle up to now. Every call starts here.

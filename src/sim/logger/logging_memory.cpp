@@ -7,10 +7,10 @@ namespace torvane::sim {
 
 TlmDownloadEntry LoggedFile::Entry() const {
     TlmDownloadEntry entry{};
-    entry.intNumber = number;
-    entry.intDone = static_cast<std::int16_t>(done ? 1 : 0);
-    entry.lngSeconds = seconds;
-    entry.lngSize = static_cast<std::int32_t>(bytes ? bytes->size() : 0);
+    entry.intNumber = Number;
+    entry.intDone = static_cast<std::int16_t>(Done ? 1 : 0);
+    entry.lngSeconds = Seconds;
+    entry.lngSize = static_cast<std::int32_t>(Bytes ? Bytes->size() : 0);
     return entry;
 }
 
@@ -33,28 +33,28 @@ void LoggingMemory::Release(std::int64_t bytes) {
 std::int16_t LoggingMemory::Keep(std::int32_t seconds, std::int64_t memoryBytes,
                                  std::vector<std::uint8_t> bytes) {
     LoggedFile file;
-    file.number = nextNumber_;
-    file.seconds = seconds;
-    file.memoryBytes = memoryBytes;
-    file.bytes = std::make_shared<const std::vector<std::uint8_t>>(std::move(bytes));
+    file.Number = nextNumber_;
+    file.Seconds = seconds;
+    file.MemoryBytes = memoryBytes;
+    file.Bytes = std::make_shared<const std::vector<std::uint8_t>>(std::move(bytes));
     files_.push_back(std::move(file));
     // Numbers are file names on the operator's side ("000"); they wrap rather than go negative.
     nextNumber_ = nextNumber_ == std::numeric_limits<std::int16_t>::max()
                       ? std::int16_t{1}
                       : static_cast<std::int16_t>(nextNumber_ + 1);
-    return files_.back().number;
+    return files_.back().Number;
 }
 
 LoggedFile* LoggingMemory::Find(std::int16_t number) {
     const auto found = std::find_if(files_.begin(), files_.end(), [number](const LoggedFile& file) {
-        return file.number == number;
+        return file.Number == number;
     });
     return found == files_.end() ? nullptr : &*found;
 }
 
 bool LoggingMemory::AnyNotDownloaded() const {
     return std::any_of(files_.begin(), files_.end(),
-                       [](const LoggedFile& file) { return !file.done; });
+                       [](const LoggedFile& file) { return !file.Done; });
 }
 
 void LoggingMemory::Clear() {

@@ -13,11 +13,11 @@
 namespace torvane::sim {
 
 struct LoggedFile {
-    std::int16_t number = 0;
-    bool done = false; // downloaded at least once
-    std::int32_t seconds = 0;
-    std::int64_t memoryBytes = 0;
-    std::shared_ptr<const std::vector<std::uint8_t>> bytes; // the *.rlg file
+    std::int16_t Number = 0;
+    bool Done = false; // downloaded at least once
+    std::int32_t Seconds = 0;
+    std::int64_t MemoryBytes = 0;
+    std::shared_ptr<const std::vector<std::uint8_t>> Bytes; // the *.rlg file
 
     TlmDownloadEntry Entry() const;
 };

@@ -34,27 +34,27 @@ void StopOnSignals() {
 int main(int argc, char** argv) {
     using namespace torvane;
     const auto parsed = sim::ParseSimulatorOptions(std::vector<std::string>(argv + 1, argv + argc));
-    if (!parsed.options) {
-        (parsed.exitCode == 0 ? std::cout : std::cerr) << parsed.message;
-        return parsed.exitCode;
+    if (!parsed.Options) {
+        (parsed.ExitCode == 0 ? std::cout : std::cerr) << parsed.Message;
+        return parsed.ExitCode;
     }
-    const sim::SimulatorOptions& options = *parsed.options;
+    const sim::SimulatorOptions& options = *parsed.Options;
 
     sim::SteadyClock clock;
-    sim::LoggerDevice device(options.logger, clock);
-    const int kept = device.AddRecordedRuns(options.files, options.minutes, options.logger.seed);
-    if (kept < options.files) {
-        std::cerr << "torvane-logger-sim: the memory holds " << kept << " of the " << options.files
+    sim::LoggerDevice device(options.Logger, clock);
+    const int kept = device.AddRecordedRuns(options.Files, options.Minutes, options.Logger.Seed);
+    if (kept < options.Files) {
+        std::cerr << "torvane-logger-sim: the memory holds " << kept << " of the " << options.Files
                   << " runs asked for\n";
     }
-    device.SetBroken(options.broken);
-    device.SetErrorCode(options.errorCode);
-    sim::FaultInjector faulty(device, options.faults);
+    device.SetBroken(options.Broken);
+    device.SetErrorCode(options.ErrorCode);
+    sim::FaultInjector faulty(device, options.Faults);
 
     link::Server server;
     std::string error;
-    if (!server.Listen(options.endpoint, error)) {
-        std::cerr << "torvane-logger-sim: can not listen on " << link::ToString(options.endpoint)
+    if (!server.Listen(options.Endpoint, error)) {
+        std::cerr << "torvane-logger-sim: can not listen on " << link::ToString(options.Endpoint)
                   << ": " << error << '\n';
         return 1;
     }

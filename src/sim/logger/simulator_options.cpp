@@ -13,14 +13,14 @@ constexpr double LongestRunMinutes = 24 * 60;
 // keeps each option's values apart, so the rules are rebuilt from the order of the options on
 // the command line.
 struct FaultOptions {
-    CLI::Option* sense = nullptr;
-    CLI::Option* result = nullptr;
-    CLI::Option* on = nullptr;
-    CLI::Option* times = nullptr;
-    std::vector<int> senses;
-    std::vector<std::int32_t> results;
-    std::vector<std::string> entries;
-    std::vector<int> counts;
+    CLI::Option* Sense = nullptr;
+    CLI::Option* Result = nullptr;
+    CLI::Option* On = nullptr;
+    CLI::Option* Times = nullptr;
+    std::vector<int> Senses;
+    std::vector<std::int32_t> Results;
+    std::vector<std::string> Entries;
+    std::vector<int> Counts;
 };
 
 std::vector<FaultRule> BuildRules(const CLI::App& app, const FaultOptions& given) {
@@ -34,30 +34,30 @@ std::vector<FaultRule> BuildRules(const CLI::App& app, const FaultOptions& given
         hasEntry = hasTimes = false;
     };
     for (const CLI::Option* option : app.parse_order()) {
-        if (option == given.sense || option == given.result) {
+        if (option == given.Sense || option == given.Result) {
             finish();
             FaultRule rule;
-            rule.kind = option == given.sense ? FaultRule::Kind::Sense : FaultRule::Kind::Result;
-            rule.code =
-                option == given.sense ? given.senses.at(sense++) : given.results.at(result++);
+            rule.Kind = option == given.Sense ? FaultRule::Fault::Sense : FaultRule::Fault::Result;
+            rule.Code =
+                option == given.Sense ? given.Senses.at(sense++) : given.Results.at(result++);
             rules.push_back(rule);
-        } else if (option == given.on) {
+        } else if (option == given.On) {
             if (rules.empty() || hasEntry) {
                 throw CLI::ValidationError("--on follows --sense CODE or --result CODE");
             }
-            const std::string& name = given.entries.at(on++);
+            const std::string& name = given.Entries.at(on++);
             const auto entry = EntryNamed(name);
             if (!entry) {
                 throw CLI::ValidationError("--on: unknown entry point \"" + name + "\"; one of " +
                                            std::string(EntryNames()));
             }
-            rules.back().entry = *entry;
+            rules.back().Entry = *entry;
             hasEntry = true;
-        } else if (option == given.times) {
+        } else if (option == given.Times) {
             if (rules.empty() || hasTimes) {
                 throw CLI::ValidationError("--times follows --sense CODE or --result CODE");
             }
-            rules.back().times = given.counts.at(times++);
+            rules.back().Times = given.Counts.at(times++);
             hasTimes = true;
         }
     }
@@ -80,37 +80,37 @@ ParsedOptions ParseSimulatorOptions(const std::vector<std::string>& args) {
     app.add_option("--socket", endpoint,
                    "unix:PATH or tcp:127.0.0.1:PORT (default: TORVANE_LOGGER, else this user's "
                    "socket)");
-    app.add_option("--time-scale", options.logger.timeScale,
+    app.add_option("--time-scale", options.Logger.TimeScale,
                    "vehicle time per real time: 10 records ten minutes in one")
         ->check(CLI::PositiveNumber);
-    app.add_option("--files", options.files, "recorded runs the logger holds at start")
+    app.add_option("--files", options.Files, "recorded runs the logger holds at start")
         ->check(CLI::Range(0, 1000));
-    app.add_option("--minutes", options.minutes, "length of each of those runs")
+    app.add_option("--minutes", options.Minutes, "length of each of those runs")
         ->check(CLI::Range(0.005, LongestRunMinutes));
-    app.add_option("--seed", options.logger.seed, "seed of the vehicle; run i uses seed + i");
+    app.add_option("--seed", options.Logger.Seed, "seed of the vehicle; run i uses seed + i");
     app.add_option("--mt", memoryTableFile, "MT.DAT: memory per sample by channel and period")
         ->check(CLI::ExistingFile);
-    app.add_option("--rate", options.logger.bytesPerSecond,
+    app.add_option("--rate", options.Logger.BytesPerSecond,
                    "link rate of a transfer in bytes per second; 0 is unlimited")
         ->check(CLI::NonNegativeNumber);
-    app.add_option("--drop-after-blocks", options.faults.dropAfterBlocks,
+    app.add_option("--drop-after-blocks", options.Faults.DropAfterBlocks,
                    "drop the link once, after this many blocks of a transfer")
         ->check(CLI::NonNegativeNumber);
-    faults.sense = app.add_option("--sense", faults.senses, "answer sense CODE (1..255) ...")
+    faults.Sense = app.add_option("--sense", faults.Senses, "answer sense CODE (1..255) ...")
                        ->check(CLI::Range(1, 255))
                        ->expected(1)
                        ->take_all();
-    faults.result = app.add_option("--result", faults.results, "answer result CODE ...")
+    faults.Result = app.add_option("--result", faults.Results, "answer result CODE ...")
                         ->expected(1)
                         ->take_all();
-    faults.on = app.add_option("--on", faults.entries, "... on the entry point ENTRY ...")
+    faults.On = app.add_option("--on", faults.Entries, "... on the entry point ENTRY ...")
                     ->expected(1)
                     ->take_all();
-    faults.times = app.add_option("--times", faults.counts, "... for its next N calls (1)")
+    faults.Times = app.add_option("--times", faults.Counts, "... for its next N calls (1)")
                        ->check(CLI::Range(1, 1'000'000))
                        ->expected(1)
                        ->take_all();
-    app.add_flag("--broken", options.broken, "the logger is out of order (state 240)");
+    app.add_flag("--broken", options.Broken, "the logger is out of order (state 240)");
     app.add_option("--error-state", errorCode, "the logger has stopped on error CODE (1..255)")
         ->check(CLI::Range(1, 255));
     app.add_flag("--idle", idle, "start idle instead of acquiring");
@@ -125,32 +125,32 @@ ParsedOptions ParseSimulatorOptions(const std::vector<std::string>& args) {
     ParsedOptions parsed;
     try {
         app.parse(static_cast<int>(argv.size()), argv.data());
-        options.faults.rules = BuildRules(app, faults);
+        options.Faults.Rules = BuildRules(app, faults);
         std::string error;
         const auto parsedEndpoint = endpoint.empty() ? link::EndpointFromEnvironment(error)
                                                      : link::ParseEndpoint(endpoint, error);
         if (!parsedEndpoint) {
             throw CLI::ValidationError("--socket: " + error);
         }
-        options.endpoint = *parsedEndpoint;
+        options.Endpoint = *parsedEndpoint;
         if (memoryTableFile) {
             const auto table = LoadMemoryTable(*memoryTableFile);
             if (!table) {
                 throw CLI::ValidationError("--mt: " + *memoryTableFile +
                                            " can not be read or is shorter than 56 bytes");
             }
-            options.logger.memoryTable = *table;
+            options.Logger.MemoryTable = *table;
         }
     } catch (const CLI::ParseError& error) {
         std::ostringstream out;
         std::ostringstream err;
-        parsed.exitCode = app.exit(error, out, err) == 0 ? 0 : 2;
-        parsed.message = out.str() + err.str();
+        parsed.ExitCode = app.exit(error, out, err) == 0 ? 0 : 2;
+        parsed.Message = out.str() + err.str();
         return parsed;
     }
-    options.errorCode = static_cast<std::uint8_t>(errorCode.value_or(0));
-    options.logger.startAcquiring = !idle;
-    parsed.options = options;
+    options.ErrorCode = static_cast<std::uint8_t>(errorCode.value_or(0));
+    options.Logger.StartAcquiring = !idle;
+    parsed.Options = options;
     return parsed;
 }
 

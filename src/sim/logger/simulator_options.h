@@ -14,19 +14,19 @@
 namespace torvane::sim {
 
 struct SimulatorOptions {
-    link::Endpoint endpoint;
-    LoggerConfig logger;
-    int files = 0; // recorded runs held at start
-    double minutes = 5.0;
-    FaultPlan faults;
-    bool broken = false;
-    std::uint8_t errorCode = 0;
+    link::Endpoint Endpoint;
+    LoggerConfig Logger;
+    int Files = 0; // recorded runs held at start
+    double Minutes = 5.0;
+    FaultPlan Faults;
+    bool Broken = false;
+    std::uint8_t ErrorCode = 0;
 };
 
 struct ParsedOptions {
-    std::optional<SimulatorOptions> options; // set when the simulator should run
-    int exitCode = 0;                        // otherwise: 0 after --help, 2 after a mistake
-    std::string message;                     // help text or the mistake, for the operator
+    std::optional<SimulatorOptions> Options; // set when the simulator should run
+    int ExitCode = 0;                        // otherwise: 0 after --help, 2 after a mistake
+    std::string Message;                     // help text or the mistake, for the operator
 };
 
 // args: the arguments after the program's name.
