@@ -20,7 +20,8 @@ namespace torvane::cli {
 // button) unless the operator said --yes.
 class StderrSink : public shell::MessageSink {
 public:
-    explicit StderrSink(bool answerYes = false) : answerYes_(answerYes) {}
+    explicit StderrSink(bool answerYes = false)
+        : answerYes_(answerYes) {}
     int Show(const shell::Message& message) override;
 
 private:

@@ -12,8 +12,7 @@ std::string DeployResultMessage(int result, const fs::path& logFile) {
     switch (result) {
     case 0:
         return {};
-    case -1:
-    {
+    case -1: {
         // Appended piece by piece: GCC 12 warns falsely (-Wrestrict) on the chained operator+.
         std::string message = "[";
         message.append(logFile.string()).append("]").append("Can not find the specified log file.");
@@ -71,9 +70,8 @@ bool DeployLoggingFile(LayerSet& layers, int layer, const fs::path& logFile,
     try {
         LogHeader::Bytes headerBytes{};
         std::int32_t deployCount = 0;
-        const int result = decompressor.Decompress(logFile, layers.TempDir,
-                                                   layers.FileNumber(layer), headerBytes,
-                                                   deployCount);
+        const int result = decompressor.Decompress(
+            logFile, layers.TempDir, layers.FileNumber(layer), headerBytes, deployCount);
         if (result != 0) {
             shell::ShowMessage(sink, DeployResultMessage(result, logFile), shell::buttons::Ok,
                                shell::icons::Stop);

@@ -64,7 +64,9 @@ bool CheckHeader(const LogHeader& header, int& minSampleTime) {
             return false;
         }
     }
-    const auto isSensorReading = [](int reading) { return reading >= 0 && reading <= 1023; };
+    const auto isSensorReading = [](int reading) {
+        return reading >= 0 && reading <= 1023;
+    };
     return isSensorReading(header.ThOpen()) && isSensorReading(header.ThClose()) &&
            isSensorReading(header.FrSusZero()) && isSensorReading(header.RrSusZero());
 }

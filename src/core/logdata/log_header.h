@@ -61,7 +61,9 @@ public:
 
     std::int16_t Word(int index) const { return words_.at(static_cast<std::size_t>(index)); }
     std::int16_t Word(SettingWord word) const { return Word(static_cast<int>(word)); }
-    void SetWord(int index, std::int16_t value) { words_.at(static_cast<std::size_t>(index)) = value; }
+    void SetWord(int index, std::int16_t value) {
+        words_.at(static_cast<std::size_t>(index)) = value;
+    }
     void SetWord(SettingWord word, std::int16_t value) { SetWord(static_cast<int>(word), value); }
 
     // The words the logging data reads, under the names it uses for them.

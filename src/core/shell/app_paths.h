@@ -22,7 +22,8 @@ public:
     // The inputs of this process: environment, /proc/self/exe, XDG_DATA_HOME or HOME.
     static PathInputs ProcessInputs();
 
-    explicit AppPaths(std::filesystem::path appPath) : appPath_(std::move(appPath)) {}
+    explicit AppPaths(std::filesystem::path appPath)
+        : appPath_(std::move(appPath)) {}
 
     const std::filesystem::path& AppPath() const { return appPath_; }
     std::filesystem::path DataDir() const { return appPath_ / "DATA"; }

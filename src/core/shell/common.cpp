@@ -9,9 +9,9 @@
 namespace torvane::shell {
 
 std::uint32_t ColorValue(int index) {
-    constexpr std::array<std::uint32_t, 15> table{
-        0x0000FF, 0x0000FF, 0x00A0FF, 0x00FFFF, 0x00FF00, 0xFFFF00, 0xFF0000, 0xFF00FF,
-        0x000080, 0x0080FF, 0x008080, 0x008000, 0x808000, 0x800000, 0x0F0F0F};
+    constexpr std::array<std::uint32_t, 15> table{0x0000FF, 0x0000FF, 0x00A0FF, 0x00FFFF, 0x00FF00,
+                                                  0xFFFF00, 0xFF0000, 0xFF00FF, 0x000080, 0x0080FF,
+                                                  0x008080, 0x008000, 0x808000, 0x800000, 0x0F0F0F};
     if (index < 1 || index > 14) {
         return table[0];
     }

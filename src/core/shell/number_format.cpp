@@ -10,7 +10,9 @@
 namespace torvane::shell {
 namespace {
 
-bool IsPlaceholder(char c) { return c == '0' || c == '#'; }
+bool IsPlaceholder(char c) {
+    return c == '0' || c == '#';
+}
 
 std::string GroupThousands(std::string_view digits) {
     std::string grouped;
@@ -132,7 +134,8 @@ std::string FormatTime(double milliseconds) {
     const auto twoDigits = [](std::int64_t v) {
         return FormatNumber(static_cast<double>(v), formats::TwoDigits);
     };
-    return std::string(signedTotal < 0 ? "-" : "") + twoDigits(hours) + "h" + twoDigits(minutes) + "m" + twoDigits(seconds) + "s" +
+    return std::string(signedTotal < 0 ? "-" : "") + twoDigits(hours) + "h" + twoDigits(minutes) +
+           "m" + twoDigits(seconds) + "s" +
            FormatNumber(static_cast<double>(ms), formats::ThreeDigits);
 }
 

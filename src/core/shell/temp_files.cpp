@@ -11,7 +11,9 @@
 namespace torvane::shell {
 namespace fs = std::filesystem;
 
-int StreamFileNumber(int window, int layer) { return window * 10 + layer; }
+int StreamFileNumber(int window, int layer) {
+    return window * 10 + layer;
+}
 
 std::string StreamFileName(std::string_view stream, int fileNumber) {
     return std::string(stream) + "-" + FormatNumber(fileNumber, formats::ThreeDigits) + ".tmp";
@@ -20,8 +22,8 @@ std::string StreamFileName(std::string_view stream, int fileNumber) {
 int DeleteTempFiles(const fs::path& tempDir, int window) {
     std::vector<std::string> endings;
     for (int layer = 0; window != 0 && layer <= 2; ++layer) {
-        endings.push_back(
-            FormatNumber(StreamFileNumber(window, layer), formats::ThreeDigits) + ".tmp");
+        endings.push_back(FormatNumber(StreamFileNumber(window, layer), formats::ThreeDigits) +
+                          ".tmp");
     }
     std::error_code error;
     std::vector<fs::path> doomed;
@@ -59,7 +61,8 @@ fs::path NextNumberedFile(const fs::path& folder, std::string_view prefix,
         }
         const std::string_view digits = std::string_view(name).substr(prefix.size(), 4);
         int number = 0;
-        const auto [ptr, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+        const auto [ptr, ec] =
+            std::from_chars(digits.data(), digits.data() + digits.size(), number);
         if (ec == std::errc{} && ptr == digits.data() + digits.size()) {
             highest = std::max(highest, number);
         }

@@ -20,7 +20,7 @@ std::string StreamFileName(std::string_view stream, int fileNumber);
 
 // The next free numbered work file: prefix + four digits one above the highest found in the
 // folder (from 1) + extension, e.g. "LGGR0003.rlg".
-std::filesystem::path NextNumberedFile(const std::filesystem::path& folder,
-                                       std::string_view prefix, std::string_view extension);
+std::filesystem::path NextNumberedFile(const std::filesystem::path& folder, std::string_view prefix,
+                                       std::string_view extension);
 
 } // namespace torvane::shell

@@ -2,7 +2,9 @@
 
 namespace torvane::shell {
 
-WindowRegistry::WindowRegistry() : slots_(1) {}
+WindowRegistry::WindowRegistry()
+    : slots_(1) {
+}
 
 bool WindowRegistry::Contains(int number) const {
     return number >= 0 && static_cast<std::size_t>(number) < slots_.size();
