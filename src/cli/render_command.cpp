@@ -10,6 +10,7 @@
 #include "layout/layout_file.h"
 #include "load/load_logging_file.h"
 #include "render/graph_renderer.h"
+#include "shell/regular_file.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -22,8 +23,9 @@ namespace {
 
 // Record 0 of a layout file, repaired as the desktop repairs what it reads.
 std::optional<graph::DisplaySet> ReadLayoutRecordZero(const std::filesystem::path& file) {
-    const auto bytes = ReadBinaryFile(file);
-    if (!bytes || bytes->size() < layout::LayoutHeadSize + layout::LayoutRecordSize) {
+    std::error_code error;
+    const auto bytes = shell::ReadRegularFile(file, layout::RecordOffset(1), error);
+    if (!bytes || bytes->size() < layout::RecordOffset(1)) {
         return std::nullopt;
     }
     graph::DisplaySet record =

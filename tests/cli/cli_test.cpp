@@ -3,6 +3,7 @@
 #include "layout/layout_store.h"
 #include "logdata/log_header.h"
 #include "support/documented_json.h"
+#include "support/hostile_files.h"
 #include "support/run_process.h"
 #include "support/temp_folder.h"
 
@@ -304,6 +305,17 @@ TEST_F(CliTest, RenderDrawsTheGraphOfARunAtTheGivenSizeAndTimeAndRefusesBadInput
     EXPECT_EQ(result.Status, 1);
     EXPECT_NE(result.Err.find("LAYOUT.DAT"), std::string::npos);
     EXPECT_FALSE(std::filesystem::exists(out));
+    int hostileCount = 0;
+    for (const auto& hostile : torvane::testing::HostileFiles()) {
+        const auto layoutFile = folder / ("HOSTILE" + std::to_string(++hostileCount) + ".DAT");
+        ASSERT_TRUE(hostile.Make(layoutFile)) << hostile.Kind;
+        result = Cli({"render", run, out.string(), "--layout", layoutFile.string()});
+        EXPECT_EQ(result.Status, 1) << hostile.Kind;
+        EXPECT_NE(result.Err.find("cannot read a layout record from " + layoutFile.string()),
+                  std::string::npos)
+            << result.Err;
+        EXPECT_FALSE(std::filesystem::exists(out)) << hostile.Kind;
+    }
 
     result = Cli({"render", run, (folder / "missing" / "out.png").string()});
     EXPECT_EQ(result.Status, 1);

@@ -1,4 +1,5 @@
 #include "logger/laf_table.h"
+#include "support/hostile_files.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -59,6 +60,22 @@ TEST(LafTable, NonNumericFieldsReadAsZero) {
     EXPECT_EQ(table.Points()[3].Volt, 2.78);
     EXPECT_EQ(table.Points()[4].Volt, 0.0); // a third field spoils the second
     EXPECT_TRUE(sink.Messages.empty());
+}
+
+TEST(LafTable, FifoOrDeviceInPlaceOfTheFileIsReportedAndTheTableKept) {
+    for (const auto& hostile : torvane::testing::HostileFiles()) {
+        SCOPED_TRACE(hostile.Kind);
+        TempFolder folder;
+        ASSERT_TRUE(hostile.Make(folder / LafFileName));
+        shell::RecordingSink sink;
+        LafTable table;
+        table.SetPoints(DefaultLafPoints());
+        LoadLafTable(table, folder.Path(), sink);
+        ASSERT_EQ(sink.Messages.size(), 1u);
+        EXPECT_TRUE(sink.Messages[0].Text.starts_with("Error(75)\r")) << sink.Messages[0].Text;
+        EXPECT_TRUE(table.Loaded());
+        EXPECT_EQ(table.Points().size(), 16u);
+    }
 }
 
 } // namespace

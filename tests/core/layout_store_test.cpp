@@ -2,6 +2,7 @@
 #include "layout_bytes.h"
 #include "layout_store_fixture.h"
 #include "support/file_size_limit.h"
+#include "support/hostile_files.h"
 
 #include <gtest/gtest.h>
 
@@ -188,6 +189,30 @@ TEST_F(LayoutStoreTest, MissingFolderOrAFileInItsPlaceIsReportedAndKept) {
     EXPECT_FALSE(store_.LoadLayouts());
     ExpectOneError(76);
     EXPECT_EQ(torvane::testing::ReadText(paths_.InitDir()), "not a folder");
+}
+
+TEST_F(LayoutStoreTest, FifoOrDeviceInPlaceOfTheFileIsRefusedUnopenedAndKept) {
+    for (const auto& hostile : torvane::testing::HostileFiles()) {
+        SCOPED_TRACE(hostile.Kind);
+        fs::remove(File());
+        ASSERT_TRUE(hostile.Make(File()));
+        EXPECT_FALSE(store_.LoadLayouts());
+        ExpectOneError(75);
+        EXPECT_EQ(Names(), NameList{"INITIALIZE"});
+        EXPECT_FALSE(store_.SaveLastLayout({}));
+        ExpectOneError(75);
+        EXPECT_FALSE(fs::is_regular_file(fs::symlink_status(File())));
+    }
+}
+
+// Records past the eleventh are never shown; a file far longer is read no further than that.
+TEST_F(LayoutStoreTest, FileFarLongerThanElevenRecordsReadsOnlyThose) {
+    auto image = FileOf(NumberedNames(11));
+    image.resize(image.size() + (4 << 20), 0xFF);
+    WriteBytes(File(), image);
+    ASSERT_TRUE(store_.LoadLayouts());
+    EXPECT_EQ(Names(), NumberedNames(11));
+    EXPECT_TRUE(sink_.Messages.empty());
 }
 
 TEST_F(LayoutStoreTest, FullDiskIsReportedAndLosesNothing) {

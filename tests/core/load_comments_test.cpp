@@ -1,5 +1,6 @@
 #include "graph/comment_tool.h"
 #include "load/comment_file.h"
+#include "support/hostile_files.h"
 #include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
@@ -210,6 +211,26 @@ TEST_F(CommentFileTest, UnreadableSideFileIsReported) {
     EXPECT_TRUE(sink.Messages[0].Text.starts_with("The comments of RUN.rlg were left out: they "
                                                   "could not be read ("))
         << sink.Messages[0].Text;
+}
+
+TEST_F(CommentFileTest, FifoOrDeviceAsSideFileIsRefusedUnopenedAndNotWrittenOver) {
+    for (const auto& hostile : torvane::testing::HostileFiles()) {
+        SCOPED_TRACE(hostile.Kind);
+        fs::remove(sideFile);
+        sink.Messages.clear();
+        ASSERT_TRUE(hostile.Make(sideFile));
+        ReadLayerComments(state, 0, sink);
+        graph::AddComment(state.Comments, Comment("Kept in the window"));
+        EXPECT_FALSE(SaveLayerComments(state, 0, sink));
+        ASSERT_EQ(sink.Messages.size(), 2U);
+        EXPECT_EQ(sink.Messages[0].Text, "The comments of RUN.rlg were left out: they could not "
+                                         "be read (Path/File access error: " +
+                                             sideFile.string() + ").");
+        EXPECT_TRUE(
+            sink.Messages[1].Text.starts_with("The comments of RUN.rlg could not be saved"));
+        EXPECT_FALSE(fs::is_regular_file(fs::symlink_status(sideFile)));
+        EXPECT_FALSE(fs::exists(data / "RUN.rlg.comments.damaged"));
+    }
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "layout/file_image.h"
 
-#include <array>
+#include "shell/regular_file.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <memory>
@@ -54,23 +55,12 @@ void RemoveTemporary(const fs::path& temporaryFile) {
 
 } // namespace
 
-std::optional<std::vector<std::uint8_t>> ReadFileImage(const fs::path& file, FileFailure& failure) {
-    FileHandle handle(std::fopen(file.c_str(), "rb"));
-    if (!handle) {
-        Fail(failure, file);
-        return std::nullopt;
-    }
-    std::vector<std::uint8_t> bytes;
-    std::array<std::uint8_t, 4096> buffer{};
-    std::size_t count = 0;
-    do {
-        count = std::fread(buffer.data(), 1, buffer.size(), handle.get());
-        bytes.insert(bytes.end(), buffer.begin(),
-                     buffer.begin() + static_cast<std::ptrdiff_t>(count));
-    } while (count == buffer.size());
-    if (std::ferror(handle.get()) != 0) {
-        Fail(failure, file);
-        return std::nullopt;
+std::optional<std::vector<std::uint8_t>> ReadFileImage(const fs::path& file, std::size_t maxBytes,
+                                                       FileFailure& failure) {
+    std::error_code error;
+    auto bytes = shell::ReadRegularFile(file, maxBytes, error);
+    if (!bytes) {
+        failure = {error, file};
     }
     return bytes;
 }
@@ -108,8 +98,9 @@ shell::RunTimeError DescribeFailure(const FileFailure& failure) {
     if (error == std::errc::no_space_on_device || error == std::errc::file_too_large) {
         return {61, "Disk full" + where};
     }
-    if (error == std::errc::is_a_directory || error == std::errc::file_exists ||
-        error == std::errc::directory_not_empty) {
+    // A FIFO or a device where a file belongs is refused unopened (std::errc::invalid_argument).
+    if (error == std::errc::is_a_directory || error == std::errc::invalid_argument ||
+        error == std::errc::file_exists || error == std::errc::directory_not_empty) {
         return {75, "Path/File access error" + where};
     }
     return {57, "Device I/O error" + where};

@@ -5,6 +5,7 @@
 
 #include "shell/message_sink.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -20,8 +21,9 @@ struct FileFailure {
     std::filesystem::path Path;
 };
 
+// The first maxBytes bytes of a regular file at most; anything else is refused unopened.
 std::optional<std::vector<std::uint8_t>> ReadFileImage(const std::filesystem::path& file,
-                                                       FileFailure& failure);
+                                                       std::size_t maxBytes, FileFailure& failure);
 
 // Writes bytes to temporaryFile, flushes them to the disk and renames temporaryFile over file.
 // On failure the temporary file is removed and file is untouched.

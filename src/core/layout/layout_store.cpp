@@ -74,7 +74,8 @@ std::optional<std::vector<std::uint8_t>> LayoutStore::ReadLayoutFile() {
         return std::nullopt;
     }
     FileFailure failure;
-    auto image = ReadFileImage(file, failure);
+    // Records past the eleventh are never shown, so they are not read either.
+    auto image = ReadFileImage(file, RecordOffset(MaxLayouts), failure);
     if (!image) {
         shell::ShowRunTimeError(sink_, DescribeFailure(failure));
     }

@@ -176,7 +176,8 @@ ReadSideFile(const fs::path& logFile, layout::FileFailure& failure, shell::Messa
         SetAside(logFile, sideFile, {1, "it is far longer than any comment file"}, sink);
         return std::vector<graph::CommentRecord>{};
     }
-    const std::optional<std::vector<std::uint8_t>> bytes = layout::ReadFileImage(sideFile, failure);
+    const std::optional<std::vector<std::uint8_t>> bytes =
+        layout::ReadFileImage(sideFile, MaxCommentFileSize, failure);
     if (!bytes) {
         return std::nullopt;
     }

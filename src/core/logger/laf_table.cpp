@@ -1,8 +1,10 @@
 #include "logger/laf_table.h"
 
 #include "shell/number_format.h"
+#include "shell/regular_file.h"
 #include "shell/rounding.h"
 
+#include <algorithm>
 #include <charconv>
 #include <fstream>
 #include <string_view>
@@ -11,6 +13,9 @@
 namespace torvane::logger {
 namespace fs = std::filesystem;
 namespace {
+
+// Far above any table an operator writes by hand, so a stray large file is not read in whole.
+constexpr std::size_t MaxLafFileSize = 1 << 20;
 
 std::string_view Trim(std::string_view text) {
     const auto first = text.find_first_not_of(" \t");
@@ -115,18 +120,21 @@ void LoadLafTable(LafTable& table, const fs::path& initDir, shell::MessageSink& 
         table.Unload();
         return;
     }
-    std::ifstream in(file, std::ios::binary);
-    if (!in) {
-        shell::ShowRunTimeError(sink, {75, "Path/File access error: " + file.string()});
+    std::error_code readError;
+    const auto bytes = shell::ReadRegularFile(file, MaxLafFileSize, readError);
+    if (!bytes) {
+        shell::ShowRunTimeError(
+            sink, readError == std::errc::io_error
+                      ? shell::RunTimeError{57, "Device I/O error: " + file.string()}
+                      : shell::RunTimeError{75, "Path/File access error: " + file.string()});
         return;
     }
+    const std::string_view text(reinterpret_cast<const char*>(bytes->data()), bytes->size());
     std::vector<LafPoint> points;
-    for (std::string line; std::getline(in, line);) {
-        points.push_back(ParseLine(line));
-    }
-    if (in.bad()) {
-        shell::ShowRunTimeError(sink, {57, "Device I/O error: " + file.string()});
-        return;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = std::min(text.find('\n', start), text.size());
+        points.push_back(ParseLine(text.substr(start, end - start)));
+        start = end + 1;
     }
     table.SetPoints(std::move(points));
 }

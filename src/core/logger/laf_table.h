@@ -41,7 +41,8 @@ std::string LafFileText(const std::vector<LafPoint>& points);
 
 // Loads INT/LAF_DATA.CSV, writing the default table first when the file is missing. A table that
 // cannot be written leaves conversion off; a field that is not a number reads as 0. A read
-// failure is reported as a run-time error and leaves the table as it was.
+// failure, or a FIFO or a device in place of the file, is reported as a run-time error and leaves
+// the table as it was.
 void LoadLafTable(LafTable& table, const std::filesystem::path& initDir, shell::MessageSink& sink);
 
 } // namespace torvane::logger
