@@ -146,6 +146,30 @@ TEST_F(CommentFileTest, DamagedSideFileIsReportedAndKeptAsideAndTheRunHasNoComme
     EXPECT_EQ(sink.Messages.size(), 1U);
 }
 
+TEST_F(CommentFileTest, FurtherDamagedSideFilesAreNumberedAndNoEarlierCopyIsRenamedOver) {
+    const std::vector<std::string> damaged{"first", "second", "third"};
+    const std::vector<std::string> kept{"RUN.rlg.comments.damaged", "RUN.rlg.comments.damaged.2",
+                                        "RUN.rlg.comments.damaged.3"};
+    for (std::size_t i = 0; i < damaged.size(); ++i) {
+        WriteText(sideFile, damaged[i]);
+        ReadLayerComments(state, 0, sink);
+        ASSERT_EQ(sink.Messages.size(), i + 1);
+        EXPECT_TRUE(sink.Messages[i].Text.ends_with("; it is kept as " + kept[i] + "."))
+            << sink.Messages[i].Text;
+    }
+    EXPECT_FALSE(fs::exists(sideFile));
+    for (std::size_t i = 0; i < damaged.size(); ++i) {
+        EXPECT_EQ(ReadText(data / kept[i]), damaged[i]);
+    }
+
+    // A copy the operator removed frees its name for the next one.
+    fs::remove(data / kept[0]);
+    WriteText(sideFile, "fourth");
+    ReadLayerComments(state, 0, sink);
+    EXPECT_EQ(ReadText(data / kept[0]), "fourth");
+    EXPECT_EQ(ReadText(data / kept[1]), "second");
+}
+
 TEST_F(CommentFileTest, EveryRefusalOfTheReaderNamesItsLineAndWhatIsWrong) {
     const std::string numbers = "the numbers of the comment are not as written";
     const std::string text = "the text is not a comment of 1 to 40 characters";

@@ -17,6 +17,8 @@ constexpr std::string_view Hex = "0123456789ABCDEF";
 constexpr std::int64_t MaxCommentCount = std::numeric_limits<std::int16_t>::max();
 // Well above the longest file of MaxCommentCount comments, so a stray large file is not read in.
 constexpr std::uintmax_t MaxCommentFileSize = 8 << 20;
+// Damaged copies kept beside one logging file before a further one is left where it is.
+constexpr int MaxDamagedCopies = 99;
 
 // Control bytes and the backslash are written as \xHH, so a record stays on its line whatever
 // the text holds.
@@ -150,13 +152,35 @@ void ReportUnsaved(shell::MessageSink& sink, const fs::path& logFile,
                        shell::buttons::Ok, shell::icons::Warning);
 }
 
+// The first of RUN.rlg.comments.damaged, .damaged.2, .damaged.3 ... that names nothing, so an
+// earlier damaged copy, perhaps half mended by hand, is never renamed over; empty when all are
+// taken.
+fs::path FreeDamagedName(const fs::path& sideFile) {
+    for (int copy = 1; copy <= MaxDamagedCopies; ++copy) {
+        fs::path kept = sideFile;
+        kept += DamagedCommentFileSuffix;
+        if (copy > 1) {
+            std::string number = std::to_string(copy); // "." + to_string trips a false -Wrestrict
+            number.insert(0, 1, '.');
+            kept += number;
+        }
+        std::error_code error;
+        if (!fs::exists(fs::symlink_status(kept, error))) {
+            return kept;
+        }
+    }
+    return {};
+}
+
 // Keeps a damaged side file under another name and says so.
 void SetAside(const fs::path& logFile, const fs::path& sideFile, const CommentFileDamage& damage,
               shell::MessageSink& sink) {
-    fs::path kept = sideFile;
-    kept += DamagedCommentFileSuffix;
-    std::error_code error;
-    fs::rename(sideFile, kept, error);
+    const fs::path kept = FreeDamagedName(sideFile);
+    std::error_code error = std::make_error_code(std::errc::file_exists);
+    if (!kept.empty()) {
+        error.clear();
+        fs::rename(sideFile, kept, error);
+    }
     std::string why = sideFile.string() + " is damaged (line " + std::to_string(damage.Line) +
                       ": " + damage.Reason + ")";
     why += error ? ", and it was left as it is" : "; it is kept as " + FileNameOf(kept);
