@@ -6,18 +6,21 @@
 #include <QShortcut>
 #include <QUrl>
 
+#include <string>
+
 namespace torvane::app {
 
-std::filesystem::path ManualPath() {
+std::filesystem::path ManualPath(std::string_view page) {
     return std::filesystem::path(QCoreApplication::applicationDirPath().toStdString()) / "manual" /
-           "index.html";
+           page;
 }
 
-void AnswerHelpKey(QWidget* dialog) {
+void AnswerHelpKey(QWidget* dialog, std::string_view page) {
     // A window of the dialog: while the dialog runs modally, a window of anything else would
     // take no input.
-    QObject::connect(new QShortcut(QKeySequence::HelpContents, dialog), &QShortcut::activated,
-                     dialog, [dialog] { (new HelpWindow(ManualPath(), dialog))->show(); });
+    QObject::connect(
+        new QShortcut(QKeySequence::HelpContents, dialog), &QShortcut::activated, dialog,
+        [dialog, page = std::string(page)] { (new HelpWindow(ManualPath(page), dialog))->show(); });
 }
 
 HelpWindow::HelpWindow(const std::filesystem::path& manual, QWidget* parent)

@@ -4,14 +4,15 @@
 #include <QTextBrowser>
 
 #include <filesystem>
+#include <string_view>
 
 namespace torvane::app {
 
-// manual/index.html beside the program.
-std::filesystem::path ManualPath();
+// A page of the manual beside the program (manual/index.html unless another is named).
+std::filesystem::path ManualPath(std::string_view page = "index.html");
 
-// F1 in the dialog opens the manual, as a window of the dialog.
-void AnswerHelpKey(QWidget* dialog);
+// F1 in the dialog or window opens the manual at its page, as a window of the dialog.
+void AnswerHelpKey(QWidget* dialog, std::string_view page = "index.html");
 
 class HelpWindow : public QTextBrowser {
     Q_OBJECT
