@@ -1,6 +1,7 @@
 #include "logdata/csv_export.h"
 
 #include "layout/file_image.h"
+#include "logdata/forward_samples.h"
 #include "logdata/laps.h"
 #include "logdata/stream_reader.h"
 #include "logdata/values.h"
@@ -22,52 +23,7 @@ namespace {
 
 // The LAP column has no stream of its own: it counts lap marks, which are resolved to 5 ms.
 constexpr int LapColumnSampleTime = 5;
-// Samples read from a stream at a time; a column's whole buffer, whatever the run's length.
-constexpr std::size_t BlockSamples = 2048;
 constexpr std::size_t OutputBufferBytes = 1 << 16;
-
-// A stream read forward in blocks. Sample 0 stands for the 0 before the first sample, from
-// which a channel ramps; samples past the end read as 0.
-class ForwardSamples {
-public:
-    ForwardSamples(const fs::path& path, int wordBytes)
-        : reader_(path)
-        , wordBytes_(wordBytes) {}
-
-    std::int64_t ByteLength() const { return reader_.ByteLength(); }
-    int WordBytes() const { return wordBytes_; }
-
-    // Samples k and k + 1.
-    std::array<double, 2> Pair(std::int64_t k) { return {Sample(k), Sample(k + 1)}; }
-
-private:
-    double Sample(std::int64_t k) {
-        if (k < 1) {
-            return 0.0;
-        }
-        if (blockFirst_ < 1 || k < blockFirst_ ||
-            k >= blockFirst_ + static_cast<std::int64_t>(BlockSamples)) {
-            Fill(k);
-        }
-        return block_[static_cast<std::size_t>(k - blockFirst_)];
-    }
-
-    void Fill(std::int64_t first) {
-        if (wordBytes_ == 2) {
-            std::array<std::int16_t, BlockSamples> words{};
-            reader_.ReadWords16(first, words);
-            std::copy(words.begin(), words.end(), block_.begin());
-        } else {
-            reader_.ReadWords32(first, block_);
-        }
-        blockFirst_ = first;
-    }
-
-    StreamReader reader_;
-    int wordBytes_;
-    std::array<std::int32_t, BlockSamples> block_{};
-    std::int64_t blockFirst_ = 0;
-};
 
 enum class ColumnKind { Lap, Ordinary, Detonation, Computed };
 
