@@ -79,6 +79,18 @@ struct RenderOptions {
 };
 int Render(const RenderOptions& options);
 
+// A computed item over the main file (layer 0 of window 1), by the code of the desktop's
+// "Function calculation": the formula over the items the run offers, its 32-bit result words
+// copied to Output when asked.
+struct FormulaOptions {
+    std::filesystem::path Input;
+    std::string Expression;
+    int Decimals = 0;
+    std::optional<std::filesystem::path> Output;
+    bool Json = false;
+};
+int Formula(const FormulaOptions& options);
+
 // The logger commands: one short link each, through the same policy as the desktop's windows.
 // Messages go to stderr; questions are answered No (Cancel) unless Yes.
 enum class LoggerCommand { Status, List, Download, Clear };

@@ -127,6 +127,20 @@ int main(int argc, char** argv) {
     renderCommand->add_option("--layout", renderOptions.Layout,
                               "LAYOUT.DAT whose record 0 is the display");
 
+    FormulaOptions formula;
+    auto* formulaCommand = app.add_subcommand(
+        "formula", "Compute an item from a formula over a run's items, as the desktop's Function "
+                   "calculation does; a formula that begins with \"-\" follows --");
+    formulaCommand->add_option("FILE", formula.Input, "The logging file")->required();
+    formulaCommand->add_option("EXPR", formula.Expression, "The formula, e.g. Ne*TH/100")
+        ->required();
+    formulaCommand->add_option("--decimals", formula.Decimals, "Digits below the decimal point")
+        ->capture_default_str()
+        ->check(CLI::Range(0, 3));
+    formulaCommand->add_option("--out", formula.Output,
+                               "Write the result's signed 32-bit little-endian words here");
+    formulaCommand->add_flag("--json", formula.Json, "Print JSON");
+
     LoggerOptions loggerOptions;
     auto* loggerCommand = app.add_subcommand(
         "logger", "Work with the logger: status, list, download NUMBER OUT.rlg, clear");
@@ -185,6 +199,9 @@ int main(int argc, char** argv) {
                 ParseSize(renderSize, renderOptions.Width, renderOptions.Height);
             }
             return Render(renderOptions);
+        }
+        if (*formulaCommand) {
+            return Formula(formula);
         }
         if (*loggerCommand) {
             return Logger(loggerOptions);
