@@ -1,5 +1,8 @@
 #include "graph/graph_window.h"
 
+#include "calc/computed_item.h"
+#include "calc/formula_items.h"
+#include "calc/function_calculation_dialog.h"
 #include "graph/graph_tools.h"
 #include "graph/graph_view.h"
 #include "graph/hit_test.h"
@@ -162,6 +165,20 @@ void GraphWindow::ChooseScrollItem(int item) {
         return;
     }
     ApplyScrollStrip(StripBox::Kept);
+    emit MenusChanged();
+}
+
+void GraphWindow::FunctionCalculation() {
+    const int layer = state_.ActiveLayer;
+    const logdata::LayerRecord& record = state_.Layers.Layer.at(static_cast<std::size_t>(layer));
+    FunctionCalculationDialog dialog(calc::OfferedKinds(record),
+                                     {&state_.Layers, layer, &context_.Laf}, context_.Sink, this);
+    if (dialog.exec() != QDialog::Accepted || !dialog.Item()) {
+        return;
+    }
+    calc::StoreComputedItem(state_, layer, *dialog.Item(), graph_->height());
+    calc::ShowComputedItems(state_, *this);
+    SyncPanel();
     emit MenusChanged();
 }
 

@@ -61,6 +61,9 @@ public:
     void ApplyDefaultLayout();
     // mnuScrollItem(item): the scroll strip follows slot 0 (Ne), 1 (TH) or 2 (VFW).
     void ChooseScrollItem(int item);
+    // mnuCalcu: the formula dialog for the active layer; a computed item it makes joins the
+    // layer, or takes the place of the one of the same name, and the window shows it.
+    void FunctionCalculation();
 
     // WindowView: the widget steps of loading.
     bool ShowLayerPanel(int layer) override;

@@ -232,6 +232,7 @@ void MainFrame::Attach(GraphWindowContext& context) {
     }
     RefreshLayoutMenu();
     Wire("mnuSave", &MainFrame::Save);
+    Wire("mnuCalcu", &MainFrame::FunctionCalculation);
     for (int item = 0; item < ScrollItemCount; ++item) {
         const QString name = ScrollItemEntry(item);
         wired_.insert(name);
@@ -397,6 +398,12 @@ void MainFrame::Save() {
     }
 }
 
+void MainFrame::FunctionCalculation() {
+    if (GraphWindow* window = ActiveGraphWindow()) {
+        window->FunctionCalculation();
+    }
+}
+
 void MainFrame::FileClose() {
     if (QMdiSubWindow* window = area_->currentSubWindow()) {
         window->close();
@@ -478,6 +485,7 @@ void MainFrame::ApplyWindowMenus() {
     SetEntry("mnuDspDeto2", open && menus.DspDeto2Enabled);
     SetEntry("mnuGrid", open && menus.GridEnabled);
     SetEntry("mnuLap", open);
+    SetEntry("mnuCalcu", open);
     SetEntry("mnuLaySave", open);
     SetEnabled("mnuLayoutDef", open);
     for (int index = 1; index <= graph::LayoutMenuCount; ++index) {

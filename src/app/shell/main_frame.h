@@ -92,6 +92,7 @@ private:
     void Save();
     void FileClose();
     void SaveLayout();
+    void FunctionCalculation();
     void ApplyStoredLayout(int index);
     void ApplyDefaultLayout();
     void WindowActivated(QMdiSubWindow* window);
