@@ -9,7 +9,9 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <string_view>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -30,6 +32,134 @@ enum class Applied { Done, Incorrect, Failed };
 
 } // namespace
 
+enum class FormulaOperation : std::uint8_t {
+    None, // not an operator entry
+    Skip, // a "(" that the conversion left behind
+    Add,
+    Subtract,
+    Multiply,
+    Divide,
+    Sin,
+    Cos,
+    Tan,
+    Asin,
+    Acos,
+    Atan,
+    Sqrt,
+    Unknown,
+};
+
+namespace {
+
+constexpr std::array<std::pair<std::string_view, FormulaOperation>, 12> OperationNames{{
+    {"(", FormulaOperation::Skip},
+    {"+", FormulaOperation::Add},
+    {"-", FormulaOperation::Subtract},
+    {"*", FormulaOperation::Multiply},
+    {"/", FormulaOperation::Divide},
+    {"sin", FormulaOperation::Sin},
+    {"cos", FormulaOperation::Cos},
+    {"tan", FormulaOperation::Tan},
+    {"asin", FormulaOperation::Asin},
+    {"acos", FormulaOperation::Acos},
+    {"atan", FormulaOperation::Atan},
+    {"sqrt", FormulaOperation::Sqrt},
+}};
+
+FormulaOperation OperationOf(std::string_view text) {
+    const auto found = std::ranges::find(OperationNames, text,
+                                         &std::pair<std::string_view, FormulaOperation>::first);
+    return found == OperationNames.end() ? FormulaOperation::Unknown : found->second;
+}
+
+// Applies an operator or function to the stack. A "(" that the conversion left behind is
+// passed over.
+Applied ApplyOperator(FormulaOperation operation, std::vector<double>& stack,
+                      shell::RunTimeError& failure) {
+    using enum FormulaOperation;
+    if (operation == Skip) {
+        return Applied::Done;
+    }
+    const bool binary =
+        operation == Add || operation == Subtract || operation == Multiply || operation == Divide;
+    if (stack.size() < (binary ? 2u : 1u) || operation == Unknown || operation == None) {
+        failure = StackError();
+        return Applied::Failed;
+    }
+    const double x = stack.back();
+    if (binary) {
+        stack.pop_back();
+    }
+    const double a = stack.back();
+    double result = 0.0;
+    switch (operation) {
+    case Add:
+        result = a + x;
+        break;
+    case Subtract:
+        result = a - x;
+        break;
+    case Multiply:
+        result = a * x;
+        break;
+    case Divide:
+        if (x == 0.0) {
+            return Applied::Incorrect;
+        }
+        result = a / x;
+        break;
+    case Sin:
+        result = std::sin(x / DegreesPerRadian);
+        break;
+    case Cos:
+        result = std::cos(x / DegreesPerRadian);
+        break;
+    case Tan: {
+        const double whole = std::round(x);
+        if (whole == 90.0 || whole == 270.0) {
+            return Applied::Incorrect;
+        }
+        result = std::tan(x / DegreesPerRadian);
+        break;
+    }
+    case Atan:
+        result = std::atan(x) * DegreesPerRadian;
+        break;
+    case Sqrt:
+        if (x < 0.0) {
+            return Applied::Incorrect;
+        }
+        result = std::sqrt(x);
+        break;
+    case Asin:
+    case Acos: {
+        if (x < -1.0 || x > 1.0) {
+            return Applied::Incorrect;
+        }
+        const double root = std::sqrt(1.0 - x * x);
+        if (root == 0.0) {
+            failure = DivisionByZeroError();
+            return Applied::Failed;
+        }
+        // The "asin" row has always taken the cosine here, and its results are kept so.
+        result = operation == Asin
+                     ? std::cos(x / root) * DegreesPerRadian
+                     : (std::atan(-x / root) + 2.0 * std::atan(1.0)) * DegreesPerRadian;
+        break;
+    }
+    default:
+        break;
+    }
+    if (!std::isfinite(result)) {
+        failure = OverflowError();
+        return Applied::Failed;
+    }
+    stack.back() = result;
+    return Applied::Done;
+}
+
+} // namespace
+
 // One postfix entry's input. Only an item entry whose stream opens is live; every other entry
 // (numbers, operators, LAP, a throttle without a span, a missing stream) counts as ended.
 struct FormulaCalculation::ItemStream {
@@ -38,8 +168,12 @@ struct FormulaCalculation::ItemStream {
     int Sampling = 0;
     std::int64_t Length = 0;
     std::int64_t Position = 1; // 1-based byte position of the last pair read
-    double Current = 0.0;      // the sample at the last sampling instant
-    double Next = 0.0;         // and the one after it
+    // T div Sampling and T mod Sampling of the current time step, carried forward by additions:
+    // two divisions per item and step would cost more than the rest of the step.
+    std::int64_t Instant = 0;
+    std::int64_t Phase = 0;
+    double Current = 0.0; // the sample at the last sampling instant
+    double Next = 0.0;    // and the one after it
     std::unique_ptr<logdata::ForwardSamples> Samples;
 };
 
@@ -61,9 +195,10 @@ public:
 
     bool Put(std::int32_t word) {
         const auto bits = static_cast<std::uint32_t>(word);
-        for (int shift = 0; shift < 32; shift += 8) {
-            buffer_.push_back(static_cast<char>((bits >> shift) & 0xFFu));
-        }
+        const std::array<char, 4> bytes{
+            static_cast<char>(bits & 0xFFu), static_cast<char>((bits >> 8) & 0xFFu),
+            static_cast<char>((bits >> 16) & 0xFFu), static_cast<char>(bits >> 24)};
+        buffer_.insert(buffer_.end(), bytes.begin(), bytes.end());
         return buffer_.size() < ScratchBufferBytes || Flush();
     }
 
@@ -129,8 +264,12 @@ void FormulaCalculation::Begin() {
     const logdata::LogHeader& header =
         layers.Layer.at(static_cast<std::size_t>(source_.Layer)).Header;
     streams_.resize(postfix_.size());
+    operations_.resize(postfix_.size(), FormulaOperation::None);
     for (std::size_t i = 0; i < postfix_.size(); ++i) {
         const FormulaToken& token = postfix_[i];
+        if (token.Kind == TokenKind::Operator) {
+            operations_[i] = OperationOf(token.Operator);
+        }
         if (token.Kind != TokenKind::Item || token.Index < 0 || token.Index >= FormulaLapIndex) {
             continue;
         }
@@ -150,7 +289,12 @@ void FormulaCalculation::Begin() {
         stream.Sampling = logdata::ChannelSampleTime(header, token.Index);
         stream.Length = stream.Samples->ByteLength();
         stream.Next = stream.Samples->Pair(0)[1];
+        if (stream.Sampling > 0) {
+            stream.Instant = time_ / stream.Sampling;
+            stream.Phase = time_ % stream.Sampling;
+        }
         stream.Ended = false;
+        ++liveStreams_;
     }
     stack_.reserve(postfix_.size());
     scratch_ = std::make_unique<ScratchWriter>();
@@ -158,80 +302,6 @@ void FormulaCalculation::Begin() {
         Fail(FileAccessError());
     }
 }
-
-namespace {
-
-// Applies an operator or function to the stack. A "(" that the conversion left behind is
-// passed over.
-Applied ApplyOperator(const std::string& op, std::vector<double>& stack,
-                      shell::RunTimeError& failure) {
-    if (op == "(") {
-        return Applied::Done;
-    }
-    const bool binary = op == "+" || op == "-" || op == "*" || op == "/";
-    if (stack.size() < (binary ? 2u : 1u)) {
-        failure = StackError();
-        return Applied::Failed;
-    }
-    const double x = stack.back();
-    double result = 0.0;
-    if (binary) {
-        stack.pop_back();
-        const double a = stack.back();
-        if (op == "+") {
-            result = a + x;
-        } else if (op == "-") {
-            result = a - x;
-        } else if (op == "*") {
-            result = a * x;
-        } else {
-            if (x == 0.0) {
-                return Applied::Incorrect;
-            }
-            result = a / x;
-        }
-    } else if (op == "sin") {
-        result = std::sin(x / DegreesPerRadian);
-    } else if (op == "cos") {
-        result = std::cos(x / DegreesPerRadian);
-    } else if (op == "tan") {
-        const double whole = std::round(x);
-        if (whole == 90.0 || whole == 270.0) {
-            return Applied::Incorrect;
-        }
-        result = std::tan(x / DegreesPerRadian);
-    } else if (op == "atan") {
-        result = std::atan(x) * DegreesPerRadian;
-    } else if (op == "sqrt") {
-        if (x < 0.0) {
-            return Applied::Incorrect;
-        }
-        result = std::sqrt(x);
-    } else if (op == "asin" || op == "acos") {
-        if (x < -1.0 || x > 1.0) {
-            return Applied::Incorrect;
-        }
-        const double root = std::sqrt(1.0 - x * x);
-        if (root == 0.0) {
-            failure = DivisionByZeroError();
-            return Applied::Failed;
-        }
-        // The "asin" row has always taken the cosine here, and its results are kept so.
-        result = op == "asin" ? std::cos(x / root) * DegreesPerRadian
-                              : (std::atan(-x / root) + 2.0 * std::atan(1.0)) * DegreesPerRadian;
-    } else {
-        failure = StackError();
-        return Applied::Failed;
-    }
-    if (!std::isfinite(result)) {
-        failure = OverflowError();
-        return Applied::Failed;
-    }
-    stack.back() = result;
-    return Applied::Done;
-}
-
-} // namespace
 
 bool FormulaCalculation::TimeStep() {
     const logdata::LogHeader& header =
@@ -245,7 +315,7 @@ bool FormulaCalculation::TimeStep() {
         }
         if (token.Kind == TokenKind::Operator) {
             shell::RunTimeError failure;
-            const Applied applied = ApplyOperator(token.Operator, stack_, failure);
+            const Applied applied = ApplyOperator(operations_[i], stack_, failure);
             if (applied == Applied::Incorrect) {
                 Refuse();
                 return false;
@@ -258,18 +328,19 @@ bool FormulaCalculation::TimeStep() {
         }
         ItemStream& stream = streams_[i];
         double value = 0.0;
-        if (stream.Length <= stream.Position) {
+        if (!stream.Ended && stream.Length <= stream.Position) {
             stream.Ended = true;
+            --liveStreams_;
         }
         if (!stream.Ended) {
             if (stream.Sampling <= 0) {
                 Fail(DivisionByZeroError());
                 return false;
             }
-            const std::int64_t q = time_ % stream.Sampling;
+            const std::int64_t q = stream.Phase;
             double reading = 0.0;
             if (q == 0) {
-                const std::int64_t k = time_ / stream.Sampling;
+                const std::int64_t k = stream.Instant;
                 stream.Position = k * 2 - 1;
                 if (stream.Length <= stream.Position) {
                     Finish();
@@ -310,13 +381,19 @@ bool FormulaCalculation::TimeStep() {
         return false;
     }
     ++outcome_.Entries;
-    const bool allEnded =
-        std::ranges::all_of(streams_, [](const ItemStream& stream) { return stream.Ended; });
-    if (allEnded) {
+    if (liveStreams_ == 0) {
         Finish();
         return false;
     }
     time_ += FormulaStepMs;
+    for (ItemStream& stream : streams_) {
+        if (!stream.Ended && stream.Sampling > 0) {
+            for (stream.Phase += FormulaStepMs; stream.Phase >= stream.Sampling;
+                 stream.Phase -= stream.Sampling) {
+                ++stream.Instant;
+            }
+        }
+    }
     return true;
 }
 

@@ -44,6 +44,9 @@ struct FormulaSource {
     const logger::LafTable* Laf = nullptr;
 };
 
+// What an operator entry does, decided once when the calculation begins.
+enum class FormulaOperation : std::uint8_t;
+
 // One calculation cut into steps of many time steps each; Outcome() holds the result once
 // Step() has returned false.
 class FormulaCalculation : public shell::SteppedActivity {
@@ -76,6 +79,8 @@ private:
 
     Phase phase_ = Phase::Start;
     std::vector<ItemStream> streams_;
+    std::vector<FormulaOperation> operations_; // one per postfix entry
+    int liveStreams_ = 0;
     std::unique_ptr<ScratchWriter> scratch_;
     std::vector<double> stack_;
     std::int64_t time_ = FormulaStepMs;

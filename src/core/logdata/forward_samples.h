@@ -29,7 +29,16 @@ public:
     std::array<double, 2> Pair(std::int64_t k) { return {Sample(k), Sample(k + 1)}; }
 
 private:
-    double Sample(std::int64_t k);
+    double Sample(std::int64_t k) {
+        if (k < 1) {
+            return 0.0;
+        }
+        if (blockFirst_ < 1 || k < blockFirst_ ||
+            k >= blockFirst_ + static_cast<std::int64_t>(ForwardBlockSamples)) {
+            Fill(k);
+        }
+        return block_[static_cast<std::size_t>(k - blockFirst_)];
+    }
     void Fill(std::int64_t first);
 
     StreamReader reader_;
