@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <string_view>
 #include <system_error>
@@ -23,8 +24,11 @@ namespace {
 
 // Degrees in a radian, as the formula language has always used it in both directions.
 constexpr double DegreesPerRadian = 57.2957795130823;
-// Time steps per Step(): a few milliseconds of work between two turns of an event loop.
-constexpr int TimeStepsPerStep = 4096;
+// Time steps are worked out a block at a time, entry by entry over the whole block, so that
+// each entry's kind and operation is looked at once a block, not once a step.
+constexpr int BlockSteps = 256;
+// Blocks per Step(): a few milliseconds of work between two turns of an event loop.
+constexpr int BlocksPerStep = 16;
 constexpr std::size_t ScratchBufferBytes = 1 << 16;
 constexpr std::array<double, MaxFormulaDecimals + 1> DecimalScale{1.0, 10.0, 100.0, 1000.0};
 
@@ -70,92 +74,6 @@ FormulaOperation OperationOf(std::string_view text) {
     const auto found = std::ranges::find(OperationNames, text,
                                          &std::pair<std::string_view, FormulaOperation>::first);
     return found == OperationNames.end() ? FormulaOperation::Unknown : found->second;
-}
-
-// Applies an operator or function to the stack. A "(" that the conversion left behind is
-// passed over.
-Applied ApplyOperator(FormulaOperation operation, std::vector<double>& stack,
-                      shell::RunTimeError& failure) {
-    using enum FormulaOperation;
-    if (operation == Skip) {
-        return Applied::Done;
-    }
-    const bool binary =
-        operation == Add || operation == Subtract || operation == Multiply || operation == Divide;
-    if (stack.size() < (binary ? 2u : 1u) || operation == Unknown || operation == None) {
-        failure = StackError();
-        return Applied::Failed;
-    }
-    const double x = stack.back();
-    if (binary) {
-        stack.pop_back();
-    }
-    const double a = stack.back();
-    double result = 0.0;
-    switch (operation) {
-    case Add:
-        result = a + x;
-        break;
-    case Subtract:
-        result = a - x;
-        break;
-    case Multiply:
-        result = a * x;
-        break;
-    case Divide:
-        if (x == 0.0) {
-            return Applied::Incorrect;
-        }
-        result = a / x;
-        break;
-    case Sin:
-        result = std::sin(x / DegreesPerRadian);
-        break;
-    case Cos:
-        result = std::cos(x / DegreesPerRadian);
-        break;
-    case Tan: {
-        const double whole = std::round(x);
-        if (whole == 90.0 || whole == 270.0) {
-            return Applied::Incorrect;
-        }
-        result = std::tan(x / DegreesPerRadian);
-        break;
-    }
-    case Atan:
-        result = std::atan(x) * DegreesPerRadian;
-        break;
-    case Sqrt:
-        if (x < 0.0) {
-            return Applied::Incorrect;
-        }
-        result = std::sqrt(x);
-        break;
-    case Asin:
-    case Acos: {
-        if (x < -1.0 || x > 1.0) {
-            return Applied::Incorrect;
-        }
-        const double root = std::sqrt(1.0 - x * x);
-        if (root == 0.0) {
-            failure = DivisionByZeroError();
-            return Applied::Failed;
-        }
-        // The "asin" row has always taken the cosine here, and its results are kept so.
-        result = operation == Asin
-                     ? std::cos(x / root) * DegreesPerRadian
-                     : (std::atan(-x / root) + 2.0 * std::atan(1.0)) * DegreesPerRadian;
-        break;
-    }
-    default:
-        break;
-    }
-    if (!std::isfinite(result)) {
-        failure = OverflowError();
-        return Applied::Failed;
-    }
-    stack.back() = result;
-    return Applied::Done;
 }
 
 } // namespace
@@ -247,8 +165,8 @@ bool FormulaCalculation::Step() {
     if (phase_ == Phase::Start) {
         Begin();
     }
-    for (int i = 0; i < TimeStepsPerStep && phase_ == Phase::Running; ++i) {
-        TimeStep();
+    for (int i = 0; i < BlocksPerStep && phase_ == Phase::Running; ++i) {
+        Block();
     }
     return phase_ == Phase::Running;
 }
@@ -293,107 +211,286 @@ void FormulaCalculation::Begin() {
             stream.Instant = time_ / stream.Sampling;
             stream.Phase = time_ % stream.Sampling;
         }
-        stream.Ended = false;
-        ++liveStreams_;
+        // A stream without a whole sample has ended before the first step.
+        stream.Ended = stream.Length <= stream.Position;
+        liveStreams_ += stream.Ended ? 0 : 1;
     }
-    stack_.reserve(postfix_.size());
+    values_.assign(postfix_.size() + 1, std::vector<double>(BlockSteps));
     scratch_ = std::make_unique<ScratchWriter>();
     if (!scratch_->Open(layers.TempDir / ScratchFileName)) {
         Fail(FileAccessError());
     }
 }
 
-bool FormulaCalculation::TimeStep() {
+namespace {
+
+// One operation on the values of one step. `a` is the left operand of a binary operation.
+Applied Apply(FormulaOperation operation, double a, double x, double& result,
+              shell::RunTimeError& failure) {
+    using enum FormulaOperation;
+    switch (operation) {
+    case Add:
+        result = a + x;
+        break;
+    case Subtract:
+        result = a - x;
+        break;
+    case Multiply:
+        result = a * x;
+        break;
+    case Divide:
+        if (x == 0.0) {
+            return Applied::Incorrect;
+        }
+        result = a / x;
+        break;
+    case Sin:
+        result = std::sin(x / DegreesPerRadian);
+        break;
+    case Cos:
+        result = std::cos(x / DegreesPerRadian);
+        break;
+    case Tan: {
+        const double whole = std::round(x);
+        if (whole == 90.0 || whole == 270.0) {
+            return Applied::Incorrect;
+        }
+        result = std::tan(x / DegreesPerRadian);
+        break;
+    }
+    case Atan:
+        result = std::atan(x) * DegreesPerRadian;
+        break;
+    case Sqrt:
+        if (x < 0.0) {
+            return Applied::Incorrect;
+        }
+        result = std::sqrt(x);
+        break;
+    case Asin:
+    case Acos: {
+        if (x < -1.0 || x > 1.0) {
+            return Applied::Incorrect;
+        }
+        const double root = std::sqrt(1.0 - x * x);
+        if (root == 0.0) {
+            failure = DivisionByZeroError();
+            return Applied::Failed;
+        }
+        // The "asin" row has always taken the cosine here, and its results are kept so.
+        result = operation == Asin
+                     ? std::cos(x / root) * DegreesPerRadian
+                     : (std::atan(-x / root) + 2.0 * std::atan(1.0)) * DegreesPerRadian;
+        break;
+    }
+    default:
+        failure = StackError();
+        return Applied::Failed;
+    }
+    if (!std::isfinite(result)) {
+        failure = OverflowError();
+        return Applied::Failed;
+    }
+    return Applied::Done;
+}
+
+bool IsBinary(FormulaOperation operation) {
+    using enum FormulaOperation;
+    return operation == Add || operation == Subtract || operation == Multiply ||
+           operation == Divide;
+}
+
+} // namespace
+
+// Where a block of time steps stops: the first step at which the calculation ends, and why.
+// Within a step, the entry met first in postfix order decides, as it would one step at a time.
+struct FormulaCalculation::BlockEnd {
+    enum class Reason { None, Finished, Incorrect, Failed };
+    int Lane = 0;
+    Reason Why = Reason::None;
+    shell::RunTimeError Error;
+
+    void At(int lane, Reason why, shell::RunTimeError error = {}) {
+        if (lane < Lane) {
+            Lane = lane;
+            Why = why;
+            Error = std::move(error);
+        }
+    }
+};
+
+// The values of an item entry for the steps of a block, read one sampling instant at a time.
+void FormulaCalculation::ReadItem(ItemStream& stream, std::span<double> out, BlockEnd& end) {
+    const int limit = std::min(end.Lane, static_cast<int>(out.size()));
+    if (stream.Ended) {
+        std::fill(out.begin(), out.begin() + limit, 0.0);
+        return;
+    }
+    if (stream.Sampling <= 0) {
+        end.At(0, BlockEnd::Reason::Failed, DivisionByZeroError());
+        return;
+    }
     const logdata::LogHeader& header =
         source_.Layers->Layer[static_cast<std::size_t>(source_.Layer)].Header;
-    stack_.clear();
-    for (std::size_t i = 0; i < postfix_.size(); ++i) {
-        const FormulaToken& token = postfix_[i];
-        if (token.Kind == TokenKind::Number) {
-            stack_.push_back(token.Value);
-            continue;
+    const bool counter = logdata::IsDetonationChannel(stream.Channel);
+    for (int lane = 0; lane < limit; ++lane) {
+        double reading = 0.0;
+        if (stream.Phase == 0) {
+            stream.Position = stream.Instant * 2 - 1;
+            if (stream.Length <= stream.Position) {
+                end.At(lane, BlockEnd::Reason::Finished);
+                return;
+            }
+            const auto pair = stream.Samples->Pair(stream.Instant);
+            stream.Current = pair[0];
+            stream.Next = pair[1];
+            reading = stream.Current;
+        } else if (!counter) {
+            reading = stream.Current + (stream.Next - stream.Current) *
+                                           static_cast<double>(stream.Phase) / stream.Sampling;
         }
-        if (token.Kind == TokenKind::Operator) {
-            shell::RunTimeError failure;
-            const Applied applied = ApplyOperator(operations_[i], stack_, failure);
+        const double value = logdata::ConvertReading(header, stream.Channel, reading, *source_.Laf);
+        out[static_cast<std::size_t>(lane)] = value < 0.0 ? 0.0 : value;
+        for (stream.Phase += FormulaStepMs; stream.Phase >= stream.Sampling;
+             stream.Phase -= stream.Sampling) {
+            ++stream.Instant;
+        }
+    }
+}
+
+namespace {
+
+// The first lane, from `first` on, where the test holds; the lane count when none does.
+template <typename Test>
+std::size_t FirstLane(std::span<const double> values, std::size_t first, Test test) {
+    const auto found =
+        std::find_if(values.begin() + static_cast<std::ptrdiff_t>(first), values.end(), test);
+    return static_cast<std::size_t>(found - values.begin());
+}
+
+} // namespace
+
+// An operation over a block's lanes. The common ones run as plain loops that the compiler can
+// vectorise; the first lane that has no result (a division by 0, the root of a negative value)
+// or leaves the finite numbers ends the block there.
+void FormulaCalculation::ApplyToLanes(FormulaOperation operation, std::span<double> a,
+                                      std::span<const double> x, BlockEnd& end) {
+    using enum FormulaOperation;
+    std::size_t done = a.size();
+    const auto refuseAt = [&end, &done](std::size_t lane) {
+        if (lane < done) {
+            done = lane;
+            end.At(static_cast<int>(lane), BlockEnd::Reason::Incorrect);
+        }
+    };
+    switch (operation) {
+    case Add:
+        std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::plus<>{});
+        break;
+    case Subtract:
+        std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::minus<>{});
+        break;
+    case Multiply:
+        std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::multiplies<>{});
+        break;
+    case Divide:
+        refuseAt(FirstLane(x, 0, [](double v) { return v == 0.0; }));
+        std::transform(a.begin(), a.begin() + static_cast<std::ptrdiff_t>(done), x.begin(),
+                       a.begin(), std::divides<>{});
+        break;
+    case Sqrt:
+        refuseAt(FirstLane(x, 0, [](double v) { return v < 0.0; }));
+        std::transform(a.begin(), a.begin() + static_cast<std::ptrdiff_t>(done), a.begin(),
+                       [](double v) { return std::sqrt(v); });
+        break;
+    default: {
+        shell::RunTimeError failure;
+        for (std::size_t lane = 0; lane < done; ++lane) {
+            const Applied applied = Apply(operation, a[lane], x[lane], a[lane], failure);
             if (applied == Applied::Incorrect) {
-                Refuse();
-                return false;
+                refuseAt(lane);
+            } else if (applied == Applied::Failed) {
+                end.At(static_cast<int>(lane), BlockEnd::Reason::Failed, failure);
+                done = lane;
             }
-            if (applied == Applied::Failed) {
-                Fail(failure);
-                return false;
-            }
+        }
+        break;
+    }
+    }
+    const std::size_t infinite =
+        FirstLane(a.first(done), 0, [](double v) { return !std::isfinite(v); });
+    if (infinite < done) {
+        end.At(static_cast<int>(infinite), BlockEnd::Reason::Failed, OverflowError());
+    }
+}
+
+bool FormulaCalculation::Block() {
+    // Without a live input there is exactly one step.
+    const int lanes = liveStreams_ == 0 ? 1 : BlockSteps;
+    BlockEnd end{lanes, BlockEnd::Reason::None, {}};
+    std::size_t depth = 0;
+    for (std::size_t i = 0; i < postfix_.size() && end.Lane > 0; ++i) {
+        const FormulaToken& token = postfix_[i];
+        const auto limit = static_cast<std::size_t>(end.Lane);
+        if (token.Kind == TokenKind::Number) {
+            std::fill_n(values_[depth++].begin(), limit, token.Value);
             continue;
         }
-        ItemStream& stream = streams_[i];
-        double value = 0.0;
-        if (!stream.Ended && stream.Length <= stream.Position) {
-            stream.Ended = true;
-            --liveStreams_;
+        if (token.Kind == TokenKind::Item) {
+            ReadItem(streams_[i], std::span(values_[depth++]).first(limit), end);
+            continue;
         }
-        if (!stream.Ended) {
-            if (stream.Sampling <= 0) {
-                Fail(DivisionByZeroError());
-                return false;
-            }
-            const std::int64_t q = stream.Phase;
-            double reading = 0.0;
-            if (q == 0) {
-                const std::int64_t k = stream.Instant;
-                stream.Position = k * 2 - 1;
-                if (stream.Length <= stream.Position) {
-                    Finish();
-                    return false;
-                }
-                const auto pair = stream.Samples->Pair(k);
-                stream.Current = pair[0];
-                stream.Next = pair[1];
-                reading = stream.Current;
-            } else if (!logdata::IsDetonationChannel(stream.Channel)) {
-                reading = stream.Current +
-                          (stream.Next - stream.Current) * static_cast<double>(q) / stream.Sampling;
-            }
-            value = logdata::ConvertReading(header, stream.Channel, reading, *source_.Laf);
-            if (value < 0.0) {
-                value = 0.0;
-            }
+        const FormulaOperation operation = operations_[i];
+        if (operation == FormulaOperation::Skip) {
+            continue;
         }
-        stack_.push_back(value);
+        const bool binary = IsBinary(operation);
+        if (depth < (binary ? 2u : 1u)) {
+            end.At(0, BlockEnd::Reason::Failed, StackError());
+            break;
+        }
+        const std::vector<double>& x = values_[depth - 1];
+        std::vector<double>& a = values_[binary ? depth - 2 : depth - 1];
+        ApplyToLanes(operation, std::span(a).first(limit), std::span(x).first(limit), end);
+        depth -= binary ? 1 : 0;
     }
-    if (stack_.empty()) {
-        Fail(StackError());
+    if (depth == 0) {
+        end.At(0, BlockEnd::Reason::Failed, StackError());
+    }
+    const double scale = DecimalScale[static_cast<std::size_t>(decimals_)];
+    for (int lane = 0; lane < end.Lane; ++lane) {
+        const double result = values_[0][static_cast<std::size_t>(lane)];
+        if (result > outcome_.Max) {
+            outcome_.Max = result;
+        }
+        const double scaled = shell::RoundHalfEven(result * scale);
+        if (!(scaled >= std::numeric_limits<std::int32_t>::min() &&
+              scaled <= std::numeric_limits<std::int32_t>::max())) {
+            end.At(lane, BlockEnd::Reason::Failed, OverflowError());
+        } else if (!scratch_->Put(static_cast<std::int32_t>(scaled))) {
+            end.At(lane, BlockEnd::Reason::Failed, FileAccessError());
+        } else {
+            ++outcome_.Entries;
+        }
+    }
+    switch (end.Why) {
+    case BlockEnd::Reason::Finished:
+        Finish();
         return false;
-    }
-    const double result = stack_.front();
-    if (result > outcome_.Max) {
-        outcome_.Max = result;
-    }
-    const double scaled =
-        shell::RoundHalfEven(result * DecimalScale[static_cast<std::size_t>(decimals_)]);
-    if (!(scaled >= std::numeric_limits<std::int32_t>::min() &&
-          scaled <= std::numeric_limits<std::int32_t>::max())) {
-        Fail(OverflowError());
+    case BlockEnd::Reason::Incorrect:
+        Refuse();
         return false;
-    }
-    if (!scratch_->Put(static_cast<std::int32_t>(scaled))) {
-        Fail(FileAccessError());
+    case BlockEnd::Reason::Failed:
+        Fail(end.Error);
         return false;
+    case BlockEnd::Reason::None:
+        break;
     }
-    ++outcome_.Entries;
     if (liveStreams_ == 0) {
         Finish();
         return false;
     }
-    time_ += FormulaStepMs;
-    for (ItemStream& stream : streams_) {
-        if (!stream.Ended && stream.Sampling > 0) {
-            for (stream.Phase += FormulaStepMs; stream.Phase >= stream.Sampling;
-                 stream.Phase -= stream.Sampling) {
-                ++stream.Instant;
-            }
-        }
-    }
+    time_ += FormulaStepMs * static_cast<std::int64_t>(lanes);
     return true;
 }
 

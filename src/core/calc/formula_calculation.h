@@ -15,6 +15,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -64,8 +65,12 @@ private:
     struct ItemStream;
     class ScratchWriter;
     enum class Phase { Start, Running, Done };
-    // One time step: false when the calculation has ended, its result stored.
-    bool TimeStep();
+    // One block of time steps: false when the calculation has ended, its result stored.
+    bool Block();
+    struct BlockEnd;
+    void ReadItem(ItemStream& stream, std::span<double> out, BlockEnd& end);
+    void ApplyToLanes(FormulaOperation operation, std::span<double> a, std::span<const double> x,
+                      BlockEnd& end);
     void Begin();
     void Finish();
     void Fail(const shell::RunTimeError& error);
@@ -82,7 +87,8 @@ private:
     std::vector<FormulaOperation> operations_; // one per postfix entry
     int liveStreams_ = 0;
     std::unique_ptr<ScratchWriter> scratch_;
-    std::vector<double> stack_;
+    // The stack of the postfix walk, each entry the values of a block's steps.
+    std::vector<std::vector<double>> values_;
     std::int64_t time_ = FormulaStepMs;
     FormulaOutcome outcome_;
 };
