@@ -138,6 +138,15 @@ TEST_F(FormulaCalculationTest, IncorrectForTheDataAndRunTimeFailuresLeaveNoResul
             EXPECT_EQ(sink.Messages[0].Icon, c.Icon);
         }
     }
+    // Within one step the entry met first decides: Ne ends at 15 ms where VFW reads 0.
+    Stream(Ne, 5, {1, 1});
+    const FormulaRun ended = Run("ne+10/vfw");
+    EXPECT_EQ(ended.Outcome.Result, FormulaResult::Success);
+    EXPECT_EQ(ended.Outcome.Entries, 2);
+    const FormulaRun refused = Run("10/vfw+ne");
+    EXPECT_EQ(refused.Outcome.Result, FormulaResult::Incorrect);
+    EXPECT_EQ(refused.Outcome.Entries, 2);
+
     // tan fails only at 90 and 270, not at their other multiples.
     EXPECT_EQ(Run("tan(0-90)*0").Outcome.Result, FormulaResult::Success);
     EXPECT_EQ(Run("tan(450)*0").Outcome.Result, FormulaResult::Success);
