@@ -61,6 +61,13 @@ public:
     void ApplyDefaultLayout();
     // mnuScrollItem(item): the scroll strip follows slot 0 (Ne), 1 (TH) or 2 (VFW).
     void ChooseScrollItem(int item);
+    // The item commands: mnuDisp, mnuLine and mnuGrid through their dialogs, mnuAlign and
+    // mnuMove at once.
+    void ChooseDisplayItems();
+    void ChooseLineKind();
+    void SetUpGrid();
+    void AlignLayers();
+    void MoveCenter();
 
     // WindowView: the widget steps of loading.
     bool ShowLayerPanel(int layer) override;
