@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace torvane::items {
 namespace {
 
@@ -211,6 +213,13 @@ TEST_F(ItemCommandsTest, MoveCentresAComputedItemOnItsDefaultFormulaScale) {
     EXPECT_EQ(Display(0, Slip).Zoom, graph::DefaultFormulaScaleNumber);
     // Scale 3 of a formula: 1000 in grid steps of 100, pitch 10.
     EXPECT_EQ(Display(0, Slip).Bottom - Display(0, Slip).Top, 100);
+}
+
+TEST_F(ItemCommandsTest, MoveKeepsABandFromAnyLayoutLimitInsideThePictureRows) {
+    Display(0, TH).Max = std::numeric_limits<std::int32_t>::max();
+    ASSERT_TRUE(CenterItem(State(), 0, TH, GraphHeight));
+    EXPECT_EQ(Display(0, TH).Top, std::numeric_limits<std::int16_t>::min());
+    EXPECT_EQ(Display(0, TH).Bottom, std::numeric_limits<std::int16_t>::max());
 }
 
 TEST_F(ItemCommandsTest, MoveWithoutAMarkChangesNothing) {
