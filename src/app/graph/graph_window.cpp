@@ -3,15 +3,20 @@
 #include "calc/computed_item.h"
 #include "calc/formula_items.h"
 #include "calc/function_calculation_dialog.h"
+#include "graph/display_item_dialog.h"
 #include "graph/graph_tools.h"
 #include "graph/graph_view.h"
+#include "graph/grid_setup_dialog.h"
 #include "graph/hit_test.h"
 #include "graph/item_panel.h"
 #include "graph/lap_list.h"
+#include "graph/line_kind_dialog.h"
 #include "graph/panel_controls.h"
 #include "graph/read_out.h"
 #include "graph/scroll_strip_view.h"
 #include "graph/window_geometry.h"
+#include "items/display_commands.h"
+#include "items/scale_commands.h"
 #include "load/layer_commands.h"
 #include "load/load_logging_file.h"
 #include "load/save_file.h"
@@ -180,6 +185,53 @@ void GraphWindow::FunctionCalculation() {
     calc::ShowComputedItems(state_, *this);
     SyncPanel();
     emit MenusChanged();
+}
+
+void GraphWindow::ChooseDisplayItems() {
+    DisplayItemDialog dialog(items::DisplayChoicesOf(state_), context_.Sink, this);
+    if (dialog.exec() != QDialog::Accepted) {
+        return;
+    }
+    items::ApplyDisplayChoice(state_, dialog.View(), context_.Layouts, *this);
+    SyncPanel();
+    emit MenusChanged();
+}
+
+void GraphWindow::ChooseLineKind() {
+    const std::optional<items::LineCommand> command = items::LineCommandOf(state_);
+    if (!command) {
+        return;
+    }
+    LineKindDialog dialog(command->Start, this);
+    if (dialog.exec() != QDialog::Accepted) {
+        return;
+    }
+    items::ApplyLineKind(state_, *command, dialog.Kind(), context_.Layouts, *this);
+    // The strip's title bar takes the colour of its item.
+    ApplyScrollStrip(StripBox::Kept);
+    SyncPanel();
+}
+
+void GraphWindow::SetUpGrid() {
+    std::optional<items::GridRequest> request = items::GridRequestOf(state_);
+    if (!Menus().GridEnabled || !request) {
+        return;
+    }
+    GridSetupDialog dialog(std::move(*request), context_.Sink, this);
+    if (dialog.exec() != QDialog::Accepted) {
+        return;
+    }
+    items::ApplyGrid(state_, dialog.Result(), context_.Layouts, *this);
+}
+
+void GraphWindow::AlignLayers() {
+    if (Menus().AlignEnabled) {
+        items::AlignLayers(state_, *this);
+    }
+}
+
+void GraphWindow::MoveCenter() {
+    items::MoveCenter(state_, graph_->height(), context_.Layouts, *this);
 }
 
 bool GraphWindow::ShowLayerPanel(int layer) {

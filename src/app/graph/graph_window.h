@@ -64,6 +64,13 @@ public:
     // mnuCalcu: the formula dialog for the active layer; a computed item it makes joins the
     // layer, or takes the place of the one of the same name, and the window shows it.
     void FunctionCalculation();
+    // The item commands: mnuDisp, mnuLine and mnuGrid through their dialogs, mnuAlign and
+    // mnuMove at once.
+    void ChooseDisplayItems();
+    void ChooseLineKind();
+    void SetUpGrid();
+    void AlignLayers();
+    void MoveCenter();
 
     // WindowView: the widget steps of loading.
     bool ShowLayerPanel(int layer) override;

@@ -233,6 +233,20 @@ void MainFrame::Attach(GraphWindowContext& context) {
     RefreshLayoutMenu();
     Wire("mnuSave", &MainFrame::Save);
     Wire("mnuCalcu", &MainFrame::FunctionCalculation);
+    const std::pair<const char*, void (GraphWindow::*)()> itemCommands[] = {
+        {"mnuDisp", &GraphWindow::ChooseDisplayItems},
+        {"mnuLine", &GraphWindow::ChooseLineKind},
+        {"mnuGrid", &GraphWindow::SetUpGrid},
+        {"mnuAlign", &GraphWindow::AlignLayers},
+        {"mnuMove", &GraphWindow::MoveCenter}};
+    for (const auto& [name, command] : itemCommands) {
+        wired_.insert(name);
+        connect(Action(name), &QAction::triggered, this, [this, command] {
+            if (GraphWindow* window = ActiveGraphWindow()) {
+                (window->*command)();
+            }
+        });
+    }
     for (int item = 0; item < ScrollItemCount; ++item) {
         const QString name = ScrollItemEntry(item);
         wired_.insert(name);
@@ -484,6 +498,9 @@ void MainFrame::ApplyWindowMenus() {
     SetEntry("mnuHisto", open && menus.HistoEnabled);
     SetEntry("mnuDspDeto2", open && menus.DspDeto2Enabled);
     SetEntry("mnuGrid", open && menus.GridEnabled);
+    SetEntry("mnuDisp", open);
+    SetEntry("mnuLine", open);
+    SetEntry("mnuMove", open);
     SetEntry("mnuLap", open);
     SetEntry("mnuCalcu", open);
     SetEntry("mnuLaySave", open);

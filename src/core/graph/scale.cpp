@@ -187,8 +187,12 @@ std::int32_t BandHeight(const ScaleRecord& scale, std::int32_t itemMax) {
     if (scale.GridStep == 0) {
         return 0;
     }
-    const std::int32_t top = itemMax >= 1 ? itemMax : scale.AxisMax;
-    return top / scale.GridStep * scale.Pitch;
+    // A Max read from a layout file can be any 32-bit number: the product is kept inside 32 bits.
+    const std::int64_t top = itemMax >= 1 ? itemMax : scale.AxisMax;
+    const std::int64_t height = top / scale.GridStep * scale.Pitch;
+    return static_cast<std::int32_t>(
+        std::clamp<std::int64_t>(height, std::numeric_limits<std::int32_t>::min(),
+                                 std::numeric_limits<std::int32_t>::max()));
 }
 
 } // namespace torvane::graph
