@@ -157,7 +157,7 @@ void LoggerDevice::CatchUp() {
     }
     owedMs_ -= static_cast<double>(steps * StepMs);
     for (std::int64_t i = 0; i < steps; ++i) {
-        const VehicleState state = vehicle_.Step();
+        const VehicleState state = AsMeasured(vehicle_.Step(), setting_);
         signals_.Observe(state);
         if (mayRecord) {
             if (!capture_) {
