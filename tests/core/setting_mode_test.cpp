@@ -220,5 +220,21 @@ TEST_F(SettingModeTest, SuspensionButtonsFollowTheirMenusAndColourTheirOutcome) 
     EXPECT_FALSE(Mode.Commands().Front);
 }
 
+TEST(SettingFocus, ReturnWalksTheFieldsThenTheFirstEnabledSensorButton) {
+    SettingCommands commands;
+    EXPECT_EQ(NextOnReturn(SettingControl::PulseF, commands), SettingControl::CmF);
+    EXPECT_EQ(NextOnReturn(SettingControl::Shift, commands), SettingControl::Engine);
+    EXPECT_EQ(NextOnReturn(SettingControl::Engine, commands), SettingControl::Throttle0);
+    commands.Throttle0 = false;
+    EXPECT_EQ(NextOnReturn(SettingControl::Engine, commands), SettingControl::Front);
+    commands.Front = false;
+    EXPECT_EQ(NextOnReturn(SettingControl::Engine, commands), SettingControl::Rear);
+    commands.Rear = false;
+    EXPECT_EQ(NextOnReturn(SettingControl::Engine, commands), SettingControl::PulseF);
+    EXPECT_EQ(FocusOf(SettingFieldError::NoStartCondition), SettingControl::StartTh);
+    EXPECT_TRUE(SettingKeyPasses('7') && SettingKeyPasses('\b'));
+    EXPECT_FALSE(SettingKeyPasses('-') || SettingKeyPasses('a') || SettingKeyPasses('.'));
+}
+
 } // namespace
 } // namespace torvane::logger

@@ -30,6 +30,42 @@ std::uint32_t ButtonRgb(ButtonColor color) {
     return 0xC0C0C0;
 }
 
+SettingControl NextOnReturn(SettingControl from, const SettingCommands& commands) {
+    if (from != SettingControl::Engine) {
+        return from >= SettingControl::Engine
+                   ? from
+                   : static_cast<SettingControl>(static_cast<int>(from) + 1);
+    }
+    if (commands.Throttle0) {
+        return SettingControl::Throttle0;
+    }
+    if (commands.Front) {
+        return SettingControl::Front;
+    }
+    return commands.Rear ? SettingControl::Rear : SettingControl::PulseF;
+}
+
+std::optional<SettingControl> FocusOf(SettingFieldError field) {
+    switch (field) {
+    case SettingFieldError::CmF:
+        return SettingControl::CmF;
+    case SettingFieldError::CmR:
+        return SettingControl::CmR;
+    case SettingFieldError::StartTh:
+    case SettingFieldError::NoStartCondition:
+        return SettingControl::StartTh;
+    case SettingFieldError::StartNe:
+        return SettingControl::StartNe;
+    case SettingFieldError::Shift:
+        return SettingControl::Shift;
+    case SettingFieldError::None:
+        break;
+    }
+    return std::nullopt;
+}
+
+bool SettingKeyPasses(char key) { return (key >= '0' && key <= '9') || key == '\b'; }
+
 SettingMode::SettingMode(LoggerLink& link, std::filesystem::path initDir, Clock clock)
     : link_(link)
     , initDir_(std::move(initDir))

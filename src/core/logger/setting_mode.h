@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <optional>
 
 namespace torvane::logger {
 
@@ -41,6 +42,28 @@ struct SettingCommands {
 
 // The text boxes of the window.
 enum class SettingText { CmF, CmR, StartTh, StartNe, Shift };
+
+// The controls that Return walks through, and the boxes that a refused field focuses.
+enum class SettingControl {
+    PulseF,
+    CmF,
+    PulseR,
+    CmR,
+    StartTh,
+    StartNe,
+    Shift,
+    Engine,
+    Throttle0,
+    Front,
+    Rear
+};
+// Return in a non-empty field: the next field in order; on the engine options the first enabled
+// sensor button, else the front pulse list.
+SettingControl NextOnReturn(SettingControl from, const SettingCommands& commands);
+// The box that a refused field focuses; nullopt for None.
+std::optional<SettingControl> FocusOf(SettingFieldError field);
+// The keys a text box or pulse list takes: digits and backspace (other characters are dropped).
+bool SettingKeyPasses(char key);
 
 class SettingMode {
 public:
