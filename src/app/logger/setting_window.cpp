@@ -70,7 +70,9 @@ constexpr std::array<const char*, 3> EngineCaptions{"  1P/rev", "  2P/rev", "0.5
 
 QString ColourSheet(logger::ButtonColor colour) {
     const std::uint32_t rgb = logger::ButtonRgb(colour);
-    return QString("QPushButton { background-color: rgb(%1, %2, %3); }")
+    // A plain border: the style's bevel would shade the face away from the colour it says.
+    return QString("QPushButton { background-color: rgb(%1, %2, %3); border: 1px solid gray; "
+                   "padding: 4px 12px; }")
         .arg((rgb >> 16) & 0xFF)
         .arg((rgb >> 8) & 0xFF)
         .arg(rgb & 0xFF);

@@ -383,10 +383,11 @@ std::int32_t LoggerDevice::InitializeSensor(TlmStatus& status, std::int16_t kind
     const SensorReadings sensors(FittedSensors(setting_));
     switch (kind) {
     case TLM_INIT_THROTTLE_CLOSED:
-        throttlePoints_.intThClose = sensors.ThrottleReading(0.0);
+        throttlePoints_.intThClose =
+            sensors.ThrottleReading(config_.ReversedThrottle ? 100.0 : 0.0);
         break;
     case TLM_INIT_THROTTLE_OPEN:
-        throttlePoints_.intThOpen = sensors.ThrottleReading(100.0);
+        throttlePoints_.intThOpen = sensors.ThrottleReading(config_.ReversedThrottle ? 0.0 : 100.0);
         break;
     case TLM_INIT_FRONT_SUSPENSION:
         setting_.SetWord(SettingWord::FrZero, sensors.FrontStrokeReading(0.0));
