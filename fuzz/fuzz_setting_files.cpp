@@ -32,16 +32,32 @@ void Require(bool condition, const char* what) {
     }
 }
 
-fs::path Folder() {
-    static const fs::path folder = [] {
+// A private folder for the run's files, removed when the run ends.
+class Workspace {
+public:
+    Workspace() {
         std::string pattern = (fs::temp_directory_path() / "fuzz-setting-XXXXXX").string();
         if (::mkdtemp(pattern.data()) == nullptr) {
             std::perror("mkdtemp");
             std::abort();
         }
-        return fs::path(pattern);
-    }();
-    return folder;
+        root_ = pattern;
+    }
+    ~Workspace() {
+        std::error_code ignored;
+        fs::remove_all(root_, ignored);
+    }
+    Workspace(const Workspace&) = delete;
+    Workspace& operator=(const Workspace&) = delete;
+    const fs::path& Root() const { return root_; }
+
+private:
+    fs::path root_;
+};
+
+const fs::path& Folder() {
+    static const Workspace workspace;
+    return workspace.Root();
 }
 
 fs::path Written(const char* name, const std::uint8_t* data, std::size_t size) {
@@ -51,7 +67,9 @@ fs::path Written(const char* name, const std::uint8_t* data, std::size_t size) {
     return file;
 }
 
-int Number(const std::string& text) { return std::stoi(text); }
+int Number(const std::string& text) {
+    return std::stoi(text);
+}
 
 void CheckView(const logger::SettingView& view) {
     for (const auto& row : view.Sampling) {

@@ -72,7 +72,7 @@ QString ColourSheet(logger::ButtonColor colour) {
     const std::uint32_t rgb = logger::ButtonRgb(colour);
     // A plain border: the style's bevel would shade the face away from the colour it says.
     return QString("QPushButton { background-color: rgb(%1, %2, %3); border: 1px solid gray; "
-                   "padding: 4px 12px; }")
+                   "padding: 4px 12px; } QPushButton:disabled { color: gray; }")
         .arg((rgb >> 16) & 0xFF)
         .arg((rgb >> 8) & 0xFF)
         .arg(rgb & 0xFF);
