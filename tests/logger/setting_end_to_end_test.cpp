@@ -27,10 +27,10 @@ namespace fs = std::filesystem;
 
 class SettingEndToEnd : public ::testing::Test {
 protected:
-    void SetUp() override {
-        logger_ = std::make_unique<SimulatorProcess>(
-            TORVANE_LOGGER_SIM, folder / "logger.sock",
-            std::vector<std::string>{"--idle", "--time-scale", "40", "--rate", "0"});
+    void StartLogger(std::vector<std::string> options) {
+        logger_.reset();
+        logger_ = std::make_unique<SimulatorProcess>(TORVANE_LOGGER_SIM, folder / "logger.sock",
+                                                     std::move(options));
         ASSERT_TRUE(logger_->Listening()) << logger_->Output();
         for (int tries = 0; tries < 100 && State() == TLM_STATE_INITIALIZING; ++tries) {
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
@@ -60,6 +60,7 @@ protected:
 };
 
 TEST_F(SettingEndToEnd, TheLoggerRecordsWithTheSettingItWasSent) {
+    StartLogger({"--idle", "--time-scale", "40", "--rate", "0"});
     const auto setting = (folder / "SETTING.DAT").string();
     ASSERT_EQ(Cli({"setting", "make",       setting, "--sample",     "Ne=10", "--sample",
                    "TH=50",   "--sample",   "VFW=0", "--sample",     "VB=0",  "--sample",
@@ -104,6 +105,24 @@ TEST_F(SettingEndToEnd, TheLoggerRecordsWithTheSettingItWasSent) {
     EXPECT_NEAR(static_cast<double>(words("Ne")), 5.0 * static_cast<double>(words("TH")), 5.0);
     EXPECT_NEAR(static_cast<double>(words("Ne")), 10.0 * static_cast<double>(words("VM1")), 10.0);
     EXPECT_EQ(words("VFW"), 0u);
+}
+
+TEST_F(SettingEndToEnd, ASendTheLoggerRefusesIsToldAndChangesNothing) {
+    const auto setting = (folder / "SETTING.DAT").string();
+    ASSERT_EQ(Cli({"setting", "make", setting, "--sample", "Ne=5"}).Status, 0);
+    StartLogger({"--idle", "--sense", "9", "--on", "SendTheSettingData", "--times", "5"});
+    const json before = Json({"logger", "setting", "--json"});
+    const auto refused = Cli({"logger", "send", setting});
+    EXPECT_EQ(refused.Status, 1);
+    EXPECT_EQ(refused.Err, "Sence code error. Error code = 009\n"
+                           "Error! \nPlease check reconsideration of a setting item, and "
+                           "connection of measurement equipment, and perform again.\n");
+    EXPECT_EQ(Json({"logger", "setting", "--json"}), before);
+
+    StartLogger({"--broken"});
+    const auto broken = Cli({"logger", "send", setting});
+    EXPECT_EQ(broken.Status, 1);
+    EXPECT_EQ(broken.Err, "STATUS CODE : 240\n\n"); // the text ends in a carriage return
 }
 
 } // namespace
