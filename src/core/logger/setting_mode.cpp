@@ -64,7 +64,9 @@ std::optional<SettingControl> FocusOf(SettingFieldError field) {
     return std::nullopt;
 }
 
-bool SettingKeyPasses(char key) { return (key >= '0' && key <= '9') || key == '\b'; }
+bool SettingKeyPasses(char key) {
+    return (key >= '0' && key <= '9') || key == '\b';
+}
 
 SettingMode::SettingMode(LoggerLink& link, std::filesystem::path initDir, Clock clock)
     : link_(link)
