@@ -2,11 +2,19 @@
 // without it, the question when it appears, a send read back, and a wrong throttle pair that
 // refuses the close.
 
+#include "binding/tlm_decompressor.h"
 #include "binding/tlm_driver.h"
 #include "core/logger_test_support.h"
+#include "graph/graph_window_context.h"
+#include "layout/layout_store.h"
+#include "load/memory_check.h"
 #include "logger/driver_calls.h"
+#include "logger/laf_table.h"
 #include "logger/setting_file.h"
 #include "logger/setting_window.h"
+#include "shell/app_paths.h"
+#include "shell/main_frame.h"
+#include "shell/window_registry.h"
 #include "support/simulator_process.h"
 #include "support/temp_folder.h"
 #include "widget_driving.h"
@@ -34,6 +42,14 @@ namespace shell = torvane::shell;
 namespace {
 
 constexpr const char* Question = "Do you get setting data from Logger?";
+
+class FixedMemory : public torvane::load::MemoryStatus {
+public:
+    std::optional<torvane::load::MemoryFigures> Read() override {
+        return torvane::load::MemoryFigures{100, 100 - usedPercent, 0, 0};
+    }
+    std::uint64_t usedPercent = 40;
+};
 
 class SettingWindowTest : public QObject {
     Q_OBJECT
@@ -197,6 +213,45 @@ private slots:
         sink_.Answers = {shell::answers::Ok};
         window->close();
         QVERIFY(!window->isVisible());
+    }
+
+    void TheFramesConfigurationEntryStepsAsideForTheWindowAfterTheMemoryCheck() {
+        torvane::shell::AppPaths paths(init_->Path());
+        shell::RecordingSink sink;
+        torvane::layout::LayoutStore layouts(paths, sink);
+        torvane::logger::LafTable laf;
+        torvane::shell::WindowRegistry registry;
+        torvane::binding::TlmDecompressor decompressor;
+        FixedMemory memory;
+        torvane::app::MainFrame frame;
+        int shown = 0;
+        torvane::app::GraphWindowContext context{.TempDir = paths.TempDir(),
+                                                 .Registry = registry,
+                                                 .Layouts = layouts,
+                                                 .Laf = laf,
+                                                 .Decompressor = decompressor,
+                                                 .Sink = sink,
+                                                 .Memory = memory,
+                                                 .ChooseLoggingFile = {},
+                                                 .ChooseSaveFile = {},
+                                                 .ChooseSaveOrExport = {},
+                                                 .DownloadFromLogger = {},
+                                                 .OpenSettingWindow = [&](QWidget* owner) {
+                                                     QCOMPARE(owner, static_cast<QWidget*>(&frame));
+                                                     QVERIFY(!frame.isVisible());
+                                                     ++shown;
+                                                 }};
+        frame.Attach(context);
+        frame.show();
+        auto* entry = frame.findChild<QAction*>("mnuConf");
+        QVERIFY(entry->isEnabled());
+        entry->trigger();
+        QCOMPARE(shown, 1);
+        QVERIFY(frame.isVisible());
+        memory.usedPercent = 85;
+        entry->trigger();
+        QCOMPARE(shown, 1);
+        QCOMPARE(sink.Messages.size(), std::size_t{1});
     }
 
     void TheFrontSuspensionButtonFollowsItsMenu() {
