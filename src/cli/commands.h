@@ -93,14 +93,47 @@ int Formula(const FormulaOptions& options);
 
 // The logger commands: one short link each, through the same policy as the desktop's windows.
 // Messages go to stderr; questions are answered No (Cancel) unless Yes.
-enum class LoggerCommand { Status, List, Download, Clear };
+enum class LoggerCommand { Status, List, Download, Clear, Setting, Send };
 struct LoggerOptions {
     LoggerCommand Command = LoggerCommand::Status;
-    int Number = 0;               // download: the logger's file number
-    std::filesystem::path Output; // download: the logging file to write
+    int Number = 0;                                   // download: the logger's file number
+    std::filesystem::path Output;                     // download: the logging file to write
+    std::filesystem::path Input;                      // send: the SETTING.DAT to send
+    std::optional<std::filesystem::path> MemoryTable; // setting: MT.DAT for the logging time
     bool Yes = false;
     bool Json = false;
 };
 int Logger(const LoggerOptions& options);
+
+// A SETTING.DAT as the setting window shows it, with the logging time that MT.DAT (or the
+// default table) gives.
+struct SettingShowOptions {
+    std::filesystem::path Input;
+    std::optional<std::filesystem::path> MemoryTable;
+    bool Json = false;
+};
+int SettingShow(const SettingShowOptions& options);
+
+// A SETTING.DAT made from the fresh record with the options applied as the window's controls
+// would take them, then checked and built as the window's send does. Texts are passed on as
+// typed, so the window's check decides them.
+struct SettingMakeOptions {
+    std::filesystem::path Output;
+    std::vector<std::string> Samples; // NAME=MS
+    std::optional<bool> Deto1;
+    std::optional<bool> Deto2;
+    std::optional<bool> Lap;
+    std::optional<std::string> StartNe;
+    std::optional<std::string> StartTh;
+    std::optional<std::string> Shift;
+    std::optional<int> PulseFront;
+    std::optional<int> PulseRear;
+    std::optional<std::string> CmFront;
+    std::optional<std::string> CmRear;
+    std::optional<int> Engine;
+    std::optional<int> Sus;
+    std::optional<int> Laf;
+};
+int SettingMake(const SettingMakeOptions& options);
 
 } // namespace torvane::cli

@@ -3,6 +3,7 @@
 #include "binding/tlm_driver.h"
 #include "cli/cli_support.h"
 #include "cli/commands.h"
+#include "cli/setting_output.h"
 #include "logger/clear_logger.h"
 #include "logger/download.h"
 #include "logger/file_list.h"
@@ -207,6 +208,14 @@ int Run(LoggerLink& link, const LoggerOptions& options) {
         return Download(link, options.Number, options.Output);
     case LoggerCommand::Clear:
         return Clear(link);
+    case LoggerCommand::Setting: {
+        logger::MemoryTable table{};
+        return MemoryTableFor(options.MemoryTable, table)
+                   ? ReadLoggerSetting(link, table, options.Json)
+                   : 1;
+    }
+    case LoggerCommand::Send:
+        return SendLoggerSetting(link, options.Input);
     }
     return 1;
 }

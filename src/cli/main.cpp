@@ -40,6 +40,40 @@ void ParseSize(const std::string& text, int& width, int& height) {
     }
 }
 
+// on|off as a switch's state.
+void AddSwitch(CLI::App& command, const char* name, std::optional<bool>& value,
+               const char* description) {
+    command
+        .add_option_function<std::string>(
+            name, [&value](const std::string& text) { value = text == "on"; }, description)
+        ->check(CLI::IsMember({"on", "off"}));
+}
+
+void AddSettingMakeOptions(CLI::App& command, SettingMakeOptions& options) {
+    command.add_option("OUT", options.Output, "The SETTING.DAT to write")->required();
+    command.add_option("--sample", options.Samples,
+                       "NAME=MS: NAME one of Ne TH VFW VRW VB VM1 VM2 VM3 VM4, MS one of 5 10 25 "
+                       "50 100 300, or 0 to turn the row off");
+    AddSwitch(command, "--deto1", options.Deto1, "DETO1 on|off");
+    AddSwitch(command, "--deto2", options.Deto2, "DETO2 on|off");
+    AddSwitch(command, "--lap", options.Lap, "Lap marks on|off");
+    command.add_option("--start-ne", options.StartNe, "Logging starts above this r/min");
+    command.add_option("--start-th", options.StartTh, "Logging starts above this throttle %");
+    command.add_option("--shift", options.Shift, "Shift engine speed, r/min");
+    command.add_option("--pulse-front", options.PulseFront, "Front wheel pulses, 1 to 20")
+        ->check(CLI::Range(1, 20));
+    command.add_option("--pulse-rear", options.PulseRear, "Rear wheel pulses, 1 to 20")
+        ->check(CLI::Range(1, 20));
+    command.add_option("--cm-front", options.CmFront, "Front tyre circumference, cm");
+    command.add_option("--cm-rear", options.CmRear, "Rear tyre circumference, cm");
+    command.add_option("--engine", options.Engine, "Engine pulses: 0 1P/rev, 1 2P/rev, 2 0.5P/rev")
+        ->check(CLI::Range(0, 2));
+    command.add_option("--sus", options.Sus, "Suspension sensors: 1 FRSUS on VM1, 2 RRSUS on VM2")
+        ->check(CLI::Range(0, 3));
+    command.add_option("--laf", options.Laf, "Air/fuel sensors: 1 LAF1 on VM3, 2 LAF2 on VM4")
+        ->check(CLI::Range(0, 3));
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -166,6 +200,28 @@ int main(int argc, char** argv) {
         ->required();
     addLoggerCommand("clear", "Clear every file in the logger, after the question",
                      LoggerCommand::Clear);
+    auto* loggerSettingCommand = addLoggerCommand(
+        "setting", "The logger's setting record and its logging time", LoggerCommand::Setting);
+    loggerSettingCommand->add_option("--mt", loggerOptions.MemoryTable,
+                                     "MT.DAT for the logging time (default table without)");
+    auto* sendCommand = addLoggerCommand(
+        "send", "Send a SETTING.DAT to the logger as the setting window does", LoggerCommand::Send);
+    sendCommand->add_option("SETTING", loggerOptions.Input, "The SETTING.DAT to send")->required();
+
+    SettingShowOptions settingShow;
+    SettingMakeOptions settingMake;
+    auto* settingCommand =
+        app.add_subcommand("setting", "Show or make a setting record (SETTING.DAT)");
+    settingCommand->require_subcommand(1);
+    auto* showCommand =
+        settingCommand->add_subcommand("show", "A SETTING.DAT as the setting window shows it");
+    showCommand->add_option("SETTING", settingShow.Input, "The SETTING.DAT")->required();
+    showCommand->add_option("--mt", settingShow.MemoryTable,
+                            "MT.DAT for the logging time (default table without)");
+    showCommand->add_flag("--json", settingShow.Json, "Print JSON");
+    auto* makeCommand = settingCommand->add_subcommand(
+        "make", "Make a SETTING.DAT from the fresh record, checked as the window's send checks");
+    AddSettingMakeOptions(*makeCommand, settingMake);
 
     CLI11_PARSE(app, argc, argv);
     try {
@@ -205,6 +261,12 @@ int main(int argc, char** argv) {
         }
         if (*loggerCommand) {
             return Logger(loggerOptions);
+        }
+        if (*showCommand) {
+            return SettingShow(settingShow);
+        }
+        if (*makeCommand) {
+            return SettingMake(settingMake);
         }
     } catch (const CLI::Error& error) {
         return app.exit(error);

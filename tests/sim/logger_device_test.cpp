@@ -344,3 +344,36 @@ TEST(LoggerTables, DetonationCellsByEngineSpeedAndThrottleAndMemoryByChannelAndP
 
 } // namespace
 } // namespace torvane::sim
+
+namespace torvane::sim {
+namespace {
+
+TEST(LoggerInputs, WheelAndEngineSpeedsFollowTheSettingsPulseConstants) {
+    VehicleState state;
+    state.FrontWheelKmh = 100.0;
+    state.RearWheelKmh = 100.0;
+    state.EngineRpm = 10000.0;
+    const struct {
+        int PulseF, CmF, PulseR, Engine;
+        double Front, Rear, Rpm;
+    } cases[] = {
+        {20, 182, 20, 0, 100.0, 100.0, 10000.0},
+        {10, 182, 40, 1, 200.0, 50.0, 5000.0},
+        {20, 91, 0, 2, 50.0, 0.0, 20000.0},
+        {20, 182, 20, 7, 100.0, 100.0, 10000.0},
+    };
+    for (const auto& c : cases) {
+        logdata::LogHeader setting = logdata::FreshSetting();
+        setting.SetWord(logdata::SettingWord::PulseF, static_cast<std::int16_t>(c.PulseF));
+        setting.SetWord(logdata::SettingWord::CmF, static_cast<std::int16_t>(c.CmF));
+        setting.SetWord(logdata::SettingWord::PulseR, static_cast<std::int16_t>(c.PulseR));
+        setting.SetWord(logdata::SettingWord::Engine, static_cast<std::int16_t>(c.Engine));
+        const VehicleState measured = AsMeasured(state, setting);
+        EXPECT_DOUBLE_EQ(measured.FrontWheelKmh, c.Front) << c.PulseF << "/" << c.CmF;
+        EXPECT_DOUBLE_EQ(measured.RearWheelKmh, c.Rear) << c.PulseR;
+        EXPECT_DOUBLE_EQ(measured.EngineRpm, c.Rpm) << c.Engine;
+    }
+}
+
+} // namespace
+} // namespace torvane::sim

@@ -41,6 +41,8 @@ struct GraphWindowContext {
     // The logger's download dialog: the downloaded file, or nothing when it was cancelled or
     // failed. Without it the frame offers no download.
     FileChoice DownloadFromLogger;
+    // The setting window, run modally over the owner. Without it the frame offers no setting.
+    std::function<void(QWidget* owner)> OpenSettingWindow = {};
     // The toolbox's choices, shared by all windows; the frame fills it in when it attaches.
     ToolSettings* Tools = nullptr;
     // Where the toolbox stands now, and whether it is shown: the layout file's head when the

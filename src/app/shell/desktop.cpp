@@ -3,6 +3,7 @@
 #include "graph/file_choice.h"
 #include "load/link_command.h"
 #include "logger/download_dialog.h"
+#include "logger/setting_window.h"
 #include "shell/temp_files.h"
 
 #include <QApplication>
@@ -56,9 +57,10 @@ Desktop::Desktop(shell::AppPaths paths)
               [this](QWidget* owner, bool rangeMarked) {
                   return ChooseSaveOrExport(fileDialogs_, owner, rangeMarked);
               },
-          .DownloadFromLogger =
+          .DownloadFromLogger = [this](QWidget* owner) { return DownloadFromLogger(owner); },
+          .OpenSettingWindow =
               [this](QWidget* owner) {
-                  return DownloadFromLogger(owner);
+                  SettingWindow::Run(driver_, sink_, paths_.InitDir(), owner);
               }} {
     frame_.Attach(windows_);
 }

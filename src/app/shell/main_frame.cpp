@@ -218,6 +218,9 @@ void MainFrame::Attach(GraphWindowContext& context) {
     if (context.DownloadFromLogger) {
         Wire("mnuLogger", &MainFrame::OpenFromLogger);
     }
+    if (context.OpenSettingWindow) {
+        Wire("mnuConf", &MainFrame::ShowSettingWindow);
+    }
     Wire("mnuOpenLayer", &MainFrame::OpenLayer);
     Wire("mnuCloseLayer", &MainFrame::CloseLayer);
     Wire("mnuFileClose", &MainFrame::FileClose);
@@ -384,6 +387,25 @@ void MainFrame::ShowAbout() {
 
 void MainFrame::FileOpen() {
     OpenLoggingWindow(LoggingFileSource::Chosen);
+}
+
+void MainFrame::ShowSettingWindow() {
+    if (!load::CheckMemory(context_->Memory, context_->Sink)) {
+        return;
+    }
+    // The setting window works on the logger alone: the frame and its toolbox step out of the
+    // way while it runs.
+    const bool toolBoxShown = toolBox_ != nullptr && toolBox_->isVisible();
+    if (toolBoxShown) {
+        toolBox_->hide();
+    }
+    hide();
+    context_->OpenSettingWindow(this);
+    show();
+    if (toolBoxShown) {
+        toolBox_->show();
+    }
+    activateWindow();
 }
 
 void MainFrame::OpenFromLogger() {

@@ -4,6 +4,8 @@
 #include "logger/link_messages.h"
 #include "logger/wait_ready.h"
 
+#include <string>
+
 namespace torvane::logger {
 namespace {
 
@@ -22,6 +24,12 @@ StateCheck CheckState(LoggerLink& link, const ActionOptions& options) {
     default:
         if (!options.CheckState) {
             return StateCheck::GoOn;
+        }
+        if (options.TellStatusCode) {
+            shell::ShowMessage(link.Sink,
+                               "STATUS CODE : " + std::to_string(link.Status.bytState) + "\r",
+                               shell::buttons::Ok, shell::icons::Stop);
+            return StateCheck::End;
         }
         ShowLoggerState(link);
         return StateCheck::End;

@@ -26,6 +26,9 @@ struct ActionOptions {
     // Refuse a logger that is neither idle, ready nor acquiring, telling its state. Off only
     // for a plain status query.
     bool CheckState = true;
+    // Tell a refused state as "STATUS CODE : " and its number rather than by its text (the
+    // setting's send).
+    bool TellStatusCode = false;
     // Stop acquisition before the action whatever the state (download and clearing run only on
     // a stopped logger).
     bool AlwaysStopAcquisition = false;

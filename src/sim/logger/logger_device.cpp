@@ -157,7 +157,7 @@ void LoggerDevice::CatchUp() {
     }
     owedMs_ -= static_cast<double>(steps * StepMs);
     for (std::int64_t i = 0; i < steps; ++i) {
-        const VehicleState state = vehicle_.Step();
+        const VehicleState state = AsMeasured(vehicle_.Step(), setting_);
         signals_.Observe(state);
         if (mayRecord) {
             if (!capture_) {
@@ -383,10 +383,11 @@ std::int32_t LoggerDevice::InitializeSensor(TlmStatus& status, std::int16_t kind
     const SensorReadings sensors(FittedSensors(setting_));
     switch (kind) {
     case TLM_INIT_THROTTLE_CLOSED:
-        throttlePoints_.intThClose = sensors.ThrottleReading(0.0);
+        throttlePoints_.intThClose =
+            sensors.ThrottleReading(config_.ReversedThrottle ? 100.0 : 0.0);
         break;
     case TLM_INIT_THROTTLE_OPEN:
-        throttlePoints_.intThOpen = sensors.ThrottleReading(100.0);
+        throttlePoints_.intThOpen = sensors.ThrottleReading(config_.ReversedThrottle ? 0.0 : 100.0);
         break;
     case TLM_INIT_FRONT_SUSPENSION:
         setting_.SetWord(SettingWord::FrZero, sensors.FrontStrokeReading(0.0));

@@ -37,6 +37,9 @@ struct LoggerConfig {
     std::size_t BlockSize = 32 * 1024;
     // After power-on and reset: acquiring (as on the bike) or idle.
     bool StartAcquiring = true;
+    // The throttle sensor is fitted the wrong way round: the points that sensor initialisation
+    // takes come out in the wrong order.
+    bool ReversedThrottle = false;
 };
 
 // How long the passing states last, in clock time whatever the time scale: they are what an

@@ -3,6 +3,7 @@
 #include "shell/rounding.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -44,6 +45,25 @@ int ThrottlePercent(int reading, const logdata::LogHeader& setting) {
     }
     const double percent = std::floor((reading - close) * 100.0 / (open - close));
     return static_cast<int>(std::clamp(percent, 0.0, 100.0));
+}
+
+VehicleState AsMeasured(VehicleState state, const logdata::LogHeader& setting) {
+    using logdata::SettingWord;
+    static const logdata::LogHeader fitted = logdata::FreshSetting();
+    const auto wheelRatio = [&](SettingWord pulses, SettingWord cm) {
+        const int setPulses = setting.Word(pulses);
+        return setPulses < 1 ? 0.0
+                             : static_cast<double>(fitted.Word(pulses)) / setPulses *
+                                   setting.Word(cm) / fitted.Word(cm);
+    };
+    state.FrontWheelKmh *= wheelRatio(SettingWord::PulseF, SettingWord::CmF);
+    state.RearWheelKmh *= wheelRatio(SettingWord::PulseR, SettingWord::CmR);
+    constexpr std::array<double, 3> crankPulses{1.0, 2.0, 0.5};
+    const int engine = setting.Word(SettingWord::Engine);
+    if (engine >= 0 && engine < static_cast<int>(crankPulses.size())) {
+        state.EngineRpm /= crankPulses[static_cast<std::size_t>(engine)];
+    }
+    return state;
 }
 
 void SignalAccumulator::Observe(const VehicleState& state) {

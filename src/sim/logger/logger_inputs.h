@@ -21,6 +21,14 @@ SensorSetup FittedSensors(const logdata::LogHeader& setting);
 // points; 0 when the points are not a valid pair.
 int ThrottlePercent(int reading, const logdata::LogHeader& setting);
 
+// The state as the logger measures it under a setting: wheel speeds from the pulses it counts,
+// turned into km/h by the setting's pulses per revolution and tyre circumference, and engine
+// speed by the setting's pulses per crank revolution. The bike carries 20 pulses a wheel
+// revolution, tyres of 182 and 190 cm and one ignition pulse a revolution (the fresh record's
+// words), so a setting that says otherwise reads speeds off by its ratio; a pulse count below 1
+// reads nothing.
+VehicleState AsMeasured(VehicleState state, const logdata::LogHeader& setting);
+
 // Collects the steps between two live readings: the last state, and the detonation and lap
 // counts of all steps since the previous reading.
 class SignalAccumulator {

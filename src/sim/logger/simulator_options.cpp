@@ -114,6 +114,9 @@ ParsedOptions ParseSimulatorOptions(const std::vector<std::string>& args) {
     app.add_option("--error-state", errorCode, "the logger has stopped on error CODE (1..255)")
         ->check(CLI::Range(1, 255));
     app.add_flag("--idle", idle, "start idle instead of acquiring");
+    app.add_flag("--reversed-throttle", options.Logger.ReversedThrottle,
+                 "the throttle sensor is fitted the wrong way round: its reading falls as the "
+                 "throttle opens, so sensor initialisation takes a wrong pair");
 
     std::vector<std::string> argvText{"torvane-logger-sim"};
     argvText.insert(argvText.end(), args.begin(), args.end());
