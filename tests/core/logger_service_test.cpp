@@ -48,7 +48,7 @@ TEST(HexDump, EdgeCases) {
     withReturn[3] = 13;
     const auto lines = Lines(HexDump(withReturn));
     EXPECT_NE(lines[0].find(" 0D "), std::string::npos);
-    EXPECT_EQ(lines[0].substr(lines[0].size() - 16),
+    EXPECT_EQ(lines[0].substr(lines[0].size() - 17),
               "ABC" + std::string(DumpPlaceholder) + "EFGHIJKLMNOP");
     // Seventeen bytes: the last line holds one byte and no character column.
     const auto seventeen = Lines(HexDump(Counting(17)));
