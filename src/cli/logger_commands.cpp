@@ -3,6 +3,7 @@
 #include "binding/tlm_driver.h"
 #include "cli/cli_support.h"
 #include "cli/commands.h"
+#include "cli/live_commands.h"
 #include "logger/clear_logger.h"
 #include "logger/download.h"
 #include "logger/file_list.h"
@@ -207,6 +208,12 @@ int Run(LoggerLink& link, const LoggerOptions& options) {
         return Download(link, options.Number, options.Output);
     case LoggerCommand::Clear:
         return Clear(link);
+    case LoggerCommand::Monitor:
+        return Monitor(link, options);
+    case LoggerCommand::Dump:
+        return Dump(link, options);
+    case LoggerCommand::Service:
+        return Service(link, options);
     }
     return 1;
 }

@@ -21,7 +21,7 @@ constexpr std::size_t LargestFileUnderDump = 16u << 20;
 
 } // namespace
 
-void ServiceMode::RunFunction(ServiceFunction function) {
+bool ServiceMode::RunFunction(ServiceFunction function) {
     std::int32_t result = OpenLogger(link_, false);
     if (result == 0) {
         result = GetLoggerStatus(link_);
@@ -42,7 +42,9 @@ void ServiceMode::RunFunction(ServiceFunction function) {
         shell::ShowMessage(link_.Sink, "The setup was completed normally.", Ok,
                            shell::icons::Information);
     }
+    const bool completed = result == 0 && link_.Status.bytError == 0;
     link_.Driver.Close(link_.Status);
+    return completed;
 }
 
 void ServiceMode::ShowErrorState() {
@@ -57,10 +59,10 @@ void ServiceMode::ShowErrorState() {
                        Ok, shell::icons::Stop);
 }
 
-void ServiceMode::ReadSpecialData() {
+bool ServiceMode::ReadSpecialData() {
     std::int32_t result = OpenLogger(link_, false);
     if (result != 0) {
-        return;
+        return false;
     }
     result = GetLoggerStatus(link_);
     if (result == 0) {
@@ -72,12 +74,13 @@ void ServiceMode::ReadSpecialData() {
         ReportDriverError(link_, result, true);
     }
     link_.Driver.Close(link_.Status);
+    return result == 0;
 }
 
-void ServiceMode::ReadErrorCode() {
+bool ServiceMode::ReadErrorCode() {
     std::int32_t result = OpenLogger(link_, false);
     if (result != 0) {
-        return;
+        return false;
     }
     result = GetLoggerStatus(link_);
     if (result == 0) {
@@ -89,6 +92,7 @@ void ServiceMode::ReadErrorCode() {
         ReportDriverError(link_, result, true);
     }
     link_.Driver.Close(link_.Status);
+    return result == 0;
 }
 
 shell::SteppedActivity* ServiceMode::StartHeatRun(HeatRunKind kind) {

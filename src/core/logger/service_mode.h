@@ -37,11 +37,13 @@ public:
         : link_(driver, sink, std::move(pause))
         , tempDir_(std::move(tempDir)) {}
 
-    // cmdInitial, cmdTest: runs the function and tells how it went.
-    void RunFunction(ServiceFunction function);
-    // cmdSpecial, cmdError: reads the block and shows it in the dump.
-    void ReadSpecialData();
-    void ReadErrorCode();
+    // cmdInitial, cmdTest: runs the function and tells how it went; true when it completed
+    // normally.
+    bool RunFunction(ServiceFunction function);
+    // cmdSpecial, cmdError: reads the block and shows it in the dump; false when it could not be
+    // read (the operator has been told).
+    bool ReadSpecialData();
+    bool ReadErrorCode();
 
     // Starts a heat run; nothing when one runs already. The window steps the returned activity
     // and calls HeatRunEnded when its last step has run.
