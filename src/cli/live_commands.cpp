@@ -21,8 +21,11 @@ void PrintReading(const logger::Monitor& monitor, double ms, bool asJson) {
     if (asJson) {
         json shown = json::object();
         for (std::size_t i = 0; i < values.size(); ++i) {
-            shown[logger::MonitorFieldKey(static_cast<MonitorField>(i))] =
-                values[i].Text.empty() ? json(nullptr) : JsonNumber(values[i].Value);
+            // A throttle without calibration shows nothing, and has no key.
+            if (!values[i].Text.empty()) {
+                shown[logger::MonitorFieldKey(static_cast<MonitorField>(i))] =
+                    JsonNumber(values[i].Value);
+            }
         }
         std::cout << json{{"t", JsonNumber(ms)}, {"values", shown}}.dump() << std::endl;
         return;
