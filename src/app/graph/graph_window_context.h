@@ -41,6 +41,10 @@ struct GraphWindowContext {
     // The logger's download dialog: the downloaded file, or nothing when it was cancelled or
     // failed. Without it the frame offers no download.
     FileChoice DownloadFromLogger;
+    // The real-time monitor and service mode, each shown modally; without them the frame offers
+    // neither.
+    std::function<void(QWidget* owner)> ShowMonitor = {};
+    std::function<void(QWidget* owner)> ShowServiceMode = {};
     // The toolbox's choices, shared by all windows; the frame fills it in when it attaches.
     ToolSettings* Tools = nullptr;
     // Where the toolbox stands now, and whether it is shown: the layout file's head when the

@@ -218,6 +218,12 @@ void MainFrame::Attach(GraphWindowContext& context) {
     if (context.DownloadFromLogger) {
         Wire("mnuLogger", &MainFrame::OpenFromLogger);
     }
+    if (context.ShowMonitor) {
+        Wire("mnuMoniter", &MainFrame::ShowMonitorWindow);
+    }
+    if (auto* door = findChild<ServiceDoor*>()) {
+        door->SetServiceMode(context.ShowServiceMode);
+    }
     Wire("mnuOpenLayer", &MainFrame::OpenLayer);
     Wire("mnuCloseLayer", &MainFrame::CloseLayer);
     Wire("mnuFileClose", &MainFrame::FileClose);
@@ -373,6 +379,14 @@ void MainFrame::FileOpen() {
 
 void MainFrame::OpenFromLogger() {
     OpenLoggingWindow(LoggingFileSource::Downloaded);
+}
+
+void MainFrame::ShowMonitorWindow() {
+    // The monitor works on the logger alone: the frame steps out of its way meanwhile.
+    hide();
+    context_->ShowMonitor(this);
+    show();
+    activateWindow();
 }
 
 void MainFrame::OpenLayer() {

@@ -87,6 +87,7 @@ private:
     void ShowHelp();
     void FileOpen();
     void OpenFromLogger();
+    void ShowMonitorWindow();
     void OpenLayer();
     void CloseLayer();
     void Save();
