@@ -55,11 +55,14 @@ protected:
 
     void TearDown() override { ::unsetenv("TORVANE_LOGGER"); }
 
-    ProcessResult Cli(std::vector<std::string> args) const {
-        return torvane::testing::RunProcess(
-            TORVANE_CLI, args,
-            {"TORVANE_HOME=" + (folder.Path() / "home").string(),
-             "TORVANE_LOGGER=unix:" + (folder.Path() / "logger.sock").string()});
+    ProcessResult Cli(std::vector<std::string> args, std::string extra = {}) const {
+        std::vector<std::string> environment{"TORVANE_HOME=" + (folder.Path() / "home").string(),
+                                             "TORVANE_LOGGER=unix:" +
+                                                 (folder.Path() / "logger.sock").string()};
+        if (!extra.empty()) {
+            environment.push_back(std::move(extra));
+        }
+        return torvane::testing::RunProcess(TORVANE_CLI, args, environment);
     }
 
     std::vector<std::uint8_t> ReadFile(const fs::path& file) const {
@@ -145,6 +148,48 @@ TEST_F(LiveLogger, TheWindowsMonitorComesBackWhenTheLoggerDoes) {
     EXPECT_EQ(monitor.State(), MonitorState::Polling);
     monitor.Tick();
     EXPECT_GT(monitor.Readings(), 1);
+}
+
+TEST_F(LiveLogger, ADroppedLinkIsToldOnceAndReadingsComeBack) {
+    // The first reading is answered, then the cable is pulled.
+    StartLogger({"--drop", "--on", "GetTheSignalCondition"});
+    LafTable laf;
+    LoggerLink link(driver, sink);
+    Monitor monitor(link, laf);
+    ASSERT_TRUE(monitor.Open());
+    monitor.Tick();
+    EXPECT_EQ(monitor.State(), MonitorState::LinkLost);
+    for (int tick = 0; tick < 40 && monitor.State() != MonitorState::Polling; ++tick) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(25));
+        monitor.Tick();
+    }
+    EXPECT_EQ(monitor.State(), MonitorState::Polling);
+    monitor.Tick();
+    EXPECT_EQ(monitor.Readings(), 2);
+    ASSERT_EQ(sink.Messages.size(), 1u);
+    EXPECT_EQ(sink.Messages[0].Text, "USB device error. Error code =  1007");
+}
+
+TEST_F(LiveLogger, AStalledLinkGivesTheMessageInBoundedTime) {
+    StartLogger({"--delay", "3000", "--on", "GetTheSignalCondition"});
+    const auto start = Clock::now();
+    const auto stalled =
+        Cli({"logger", "monitor", "--count", "3"}, "TORVANE_LOGGER_TIMEOUT_MS=200");
+    // Five tries of one exchange each under the retry policy, and the link's close.
+    EXPECT_LT(Clock::now() - start, std::chrono::seconds(3));
+    EXPECT_EQ(stalled.Status, 1);
+    EXPECT_NE(stalled.Err.find("USB device error. Error code =  1003"), std::string::npos)
+        << stalled.Err;
+}
+
+TEST_F(LiveLogger, ALinkLostDuringADumpLeavesNoFile) {
+    StartLogger({"--result", "-7", "--on", "GetTheErrorInfo", "--times", "5"});
+    const auto err = folder.Path() / "logger.err";
+    const auto result = Cli({"logger", "dump", "errors", err.string()});
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_NE(result.Err.find("USB device error. Error code =  1007"), std::string::npos)
+        << result.Err;
+    EXPECT_FALSE(fs::exists(err));
 }
 
 TEST_F(LiveLogger, DumpsEqualTheLoggersBlocks) {
