@@ -138,6 +138,12 @@ TEST_F(ServiceFixture, ALoggerOnAnErrorShowsItsStatusBytes) {
     EXPECT_EQ(service.DumpText().substr(0, 20), "000000  00 07 2A 00 ");
 }
 
+TEST_F(ServiceFixture, ALoggerThatIsNotThereIsToldOnlyByTheOpening) {
+    driver.Script(Call::Open, {{.Result = TLM_ERR_NOT_CONNECTED}});
+    EXPECT_FALSE(service.RunFunction(ServiceFunction::Test1));
+    EXPECT_EQ(sink.Texts(), std::vector<std::string>{"TorvaneDataLogger is not connected."});
+}
+
 TEST_F(ServiceFixture, ABrokenLoggerIsToldOnceInATest) {
     driver.Script(Call::GetStatus, {{}, {.State = TLM_STATE_BROKEN}});
     service.RunFunction(ServiceFunction::Test2);

@@ -22,10 +22,11 @@ constexpr std::size_t LargestFileUnderDump = 16u << 20;
 } // namespace
 
 bool ServiceMode::RunFunction(ServiceFunction function) {
-    std::int32_t result = OpenLogger(link_, false);
-    if (result == 0) {
-        result = GetLoggerStatus(link_);
+    // OpenLogger's own message is the only one at opening.
+    if (OpenLogger(link_, false) != 0) {
+        return false;
     }
+    std::int32_t result = GetLoggerStatus(link_);
     // The function runs once: the logger ends it by itself and the wait sees it idle again.
     if (result == 0 && link_.Status.bytError == 0) {
         result = ControlServiceMode(link_, static_cast<std::int16_t>(function));
