@@ -96,10 +96,6 @@ int Dump(logger::LoggerLink& link, const LoggerOptions& options) {
 }
 
 int Service(logger::LoggerLink& link, const LoggerOptions& options) {
-    if (!options.Yes) {
-        return Fail("A service function changes the logger; add --yes to run " + options.What +
-                    ".");
-    }
     logger::ServiceFunction function = logger::ServiceFunction::InitialConfiguration;
     if (options.What == "test1") {
         function = logger::ServiceFunction::Test1;

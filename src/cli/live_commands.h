@@ -12,8 +12,7 @@ namespace torvane::cli {
 int Monitor(logger::LoggerLink& link, const LoggerOptions& options);
 // Reads the identity block or the error log and writes it raw, or as the window's dump.
 int Dump(logger::LoggerLink& link, const LoggerOptions& options);
-// Runs TEST1, TEST2 or the initial configuration; refused without --yes, since it changes the
-// logger.
+// Runs TEST1, TEST2 or the initial configuration (the caller has --yes: it changes the logger).
 int Service(logger::LoggerLink& link, const LoggerOptions& options);
 
 } // namespace torvane::cli

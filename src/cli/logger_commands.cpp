@@ -221,6 +221,10 @@ int Run(LoggerLink& link, const LoggerOptions& options) {
 } // namespace
 
 int Logger(const LoggerOptions& options) {
+    if (options.Command == LoggerCommand::Service && !options.Yes) {
+        return Fail("A service function changes the logger; add --yes to run " + options.What +
+                    ".");
+    }
     StderrSink stderrSink(options.Yes);
     CountingSink sink(stderrSink);
     binding::TlmDriver driver;
