@@ -8,6 +8,7 @@
 #include "logger/logger_link.h"
 #include "shell/stepped_activity.h"
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
