@@ -195,6 +195,37 @@ TEST_F(MonitorFixture, ALostLinkIsToldOnceThenRetriedSilentlyUntilItComesBack) {
     EXPECT_EQ(scripted.Sink.Messages.size(), 1u);
 }
 
+TEST(MonitorLink, EveryKindOfFailedReadingIsToldOnceAndLosesTheLink) {
+    struct Case {
+        std::int32_t Result;
+        int Tries; // the retry policy's
+        const char* Told;
+    };
+    for (const Case& c : {Case{TLM_ERR_PROTOCOL, 1, "USB device error. Error code =  1004"},
+                          Case{TLM_ERR_TIMEOUT, 5, "USB device error. Error code =  1003"},
+                          Case{TLM_ERR_BUSY, 5, "USB device error. Error code =  1006"}}) {
+        ScriptedLink scripted;
+        LafTable laf;
+        Monitor monitor(scripted.Link, laf);
+        ASSERT_TRUE(monitor.Open());
+        scripted.Driver.ScriptRepeated(Call::GetTheSignalCondition, {.Result = c.Result}, c.Tries);
+        monitor.Tick();
+        EXPECT_EQ(monitor.State(), MonitorState::LinkLost) << c.Told;
+        EXPECT_EQ(scripted.Sink.Texts(), std::vector<std::string>{c.Told});
+        EXPECT_EQ(scripted.Driver.CountOf(Call::GetTheSignalCondition), 1 + c.Tries);
+    }
+    // A sense code the logger keeps giving is told as such, once.
+    ScriptedLink scripted;
+    LafTable laf;
+    Monitor monitor(scripted.Link, laf);
+    ASSERT_TRUE(monitor.Open());
+    scripted.Driver.ScriptRepeated(Call::GetTheSignalCondition, {.Sense = 9}, 5);
+    monitor.Tick();
+    EXPECT_EQ(monitor.State(), MonitorState::LinkLost);
+    EXPECT_EQ(scripted.Sink.Texts(),
+              std::vector<std::string>{"Sence code error. Error code = 009"});
+}
+
 TEST_F(MonitorFixture, StopStandsTheTimerAndKeepsTheLink) {
     ASSERT_TRUE(monitor.Open());
     monitor.ToggleStop();
