@@ -8,6 +8,7 @@
 
 #include <QAction>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QLabel>
 #include <QTimer>
 #include <QtTest>
@@ -96,6 +97,30 @@ private slots:
         QVERIFY(stop->isEnabled());
         window.close();
         QCOMPARE(window.Model().State(), MonitorState::Closed);
+    }
+
+    // A message box runs an event loop of its own while the operator reads it; the timer's next
+    // tick must wait for it rather than read inside it.
+    void NoTickRunsInsideTheMessageOfAnother() {
+        LiveLoggerDesk desk({});
+        struct ModalSink : torvane::shell::MessageSink {
+            int Show(const torvane::shell::Message&) override {
+                ++Shown;
+                QEventLoop loop;
+                QTimer::singleShot(300, &loop, &QEventLoop::quit);
+                loop.exec();
+                return torvane::shell::answers::Ok;
+            }
+            int Shown = 0;
+        } sink;
+        torvane::logger::LafTable laf;
+        MonitorWindow window(desk.Driver, sink, laf);
+        QVERIFY(window.Open());
+        window.show();
+        desk.Logger->Kill();
+        QTRY_COMPARE_WITH_TIMEOUT(window.Model().State(), MonitorState::LinkLost, 2000);
+        QTest::qWait(300);
+        QCOMPARE(sink.Shown, 1);
     }
 
     void ALoggerThatIsBusyKeepsTheWindowShut() {

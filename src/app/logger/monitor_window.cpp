@@ -157,6 +157,9 @@ void MonitorWindow::Run(logger::Driver& driver, shell::MessageSink& sink,
 }
 
 void MonitorWindow::Tick() {
+    // A message shown during the reading runs its own event loop: the next tick must not start
+    // inside it. ShowMenuAndTimer sets the timer going again.
+    tmrReal_->stop();
     const std::int64_t before = monitor_.Readings();
     monitor_.Tick();
     if (monitor_.Readings() != before) {
