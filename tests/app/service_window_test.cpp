@@ -22,9 +22,10 @@ namespace fs = std::filesystem;
 
 namespace {
 
-torvane::app::FileDialogContext DialogContext(torvane::shell::MessageSink& sink) {
+torvane::app::FileDialogContext DialogContext(torvane::shell::MessageSink& sink,
+                                              const fs::path& dataDir = {}) {
     static torvane::output::FileDialogMemory memory;
-    return {.Memory = memory, .DataDir = {}, .DesktopPath = {}, .Sink = sink};
+    return {.Memory = memory, .DataDir = dataDir, .DesktopPath = {}, .Sink = sink};
 }
 
 std::vector<char> Bytes(const fs::path& file) {
@@ -43,7 +44,6 @@ private slots:
         Control<QLineEdit>(box, "txtPass")->setText("zenfieldaudit ");
         Control<QPushButton>(box, "cmdOk")->click();
         QCOMPARE(box.result(), 0);
-        QVERIFY(!box.isVisible() || box.result() != QDialog::Accepted);
         Control<QLineEdit>(box, "txtPass")->setText("zenfieldaudit");
         Control<QPushButton>(box, "cmdOk")->click();
         QCOMPARE(box.result(), int(QDialog::Accepted));
@@ -79,6 +79,27 @@ private slots:
         QCOMPARE(desk.Sink.Messages.size(), std::size_t{1});
         QVERIFY(QString::fromStdString(desk.Sink.Messages[0].Text).startsWith("Error(76)"));
         QVERIFY(!fs::exists(nowhere.parent_path()));
+    }
+
+    void TheErrorLogIsSavedThroughTheProgramsFileDialog() {
+        LiveLoggerDesk desk({"--idle", "--error-state", "7"});
+        auto context = DialogContext(desk.Sink, desk.Folder.Path());
+        ServiceWindow window(desk.Driver, desk.Sink, desk.Folder.Path(), context);
+        window.show();
+        Control<QPushButton>(window, "cmdError")->click();
+        QVERIFY(
+            Control<QPlainTextEdit>(window, "txtDump")->toPlainText().startsWith("000000  01 07"));
+        torvane::testing::WhenModalOpens([](QWidget* modal) {
+            QCOMPARE(modal->objectName(), QString("frmCom0010"));
+            QCOMPARE(modal->windowTitle(), QString("Save Error Code"));
+            QTest::keyClicks(Control<QLineEdit>(*modal, "txtFileName"), "log");
+            QTest::mouseClick(Control(*modal, "cmdExec"), Qt::LeftButton);
+        });
+        Control<QAction>(window, "mnuSaveErr")->trigger();
+        const auto bytes = Bytes(desk.Folder.Path() / "log.err");
+        QCOMPARE(bytes.size(), std::size_t{TLM_ERROR_INFO_SIZE});
+        QCOMPARE(bytes[1], char{7});
+        QVERIFY(desk.Sink.Messages.empty());
     }
 
     void AHeatRunHoldsTheWindowUntilItsEndIsPressed() {
