@@ -93,15 +93,19 @@ int Formula(const FormulaOptions& options);
 
 // The logger commands: one short link each, through the same policy as the desktop's windows.
 // Messages go to stderr; questions are answered No (Cancel) unless Yes.
-enum class LoggerCommand { Status, List, Download, Clear, Setting, Send };
+enum class LoggerCommand { Status, List, Download, Clear, Setting, Send, Monitor, Dump, Service };
 struct LoggerOptions {
     LoggerCommand Command = LoggerCommand::Status;
     int Number = 0;                                   // download: the logger's file number
-    std::filesystem::path Output;                     // download: the logging file to write
+    std::filesystem::path Output;                     // download: the logging file; dump: the dump's
     std::filesystem::path Input;                      // send: the SETTING.DAT to send
     std::optional<std::filesystem::path> MemoryTable; // setting: MT.DAT for the logging time
     bool Yes = false;
     bool Json = false;
+    int Count = 40;    // monitor: readings to print
+    int Interval = 25; // monitor: ms between readings
+    std::string What;  // dump: identity or errors; service: test1, test2 or init
+    bool Hex = false;  // dump: write the hexadecimal dump instead of the raw bytes
 };
 int Logger(const LoggerOptions& options);
 

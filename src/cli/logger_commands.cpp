@@ -4,6 +4,7 @@
 #include "cli/cli_support.h"
 #include "cli/commands.h"
 #include "cli/setting_output.h"
+#include "cli/live_commands.h"
 #include "logger/clear_logger.h"
 #include "logger/download.h"
 #include "logger/file_list.h"
@@ -216,6 +217,12 @@ int Run(LoggerLink& link, const LoggerOptions& options) {
     }
     case LoggerCommand::Send:
         return SendLoggerSetting(link, options.Input);
+    case LoggerCommand::Monitor:
+        return Monitor(link, options);
+    case LoggerCommand::Dump:
+        return Dump(link, options);
+    case LoggerCommand::Service:
+        return Service(link, options);
     }
     return 1;
 }
@@ -223,6 +230,10 @@ int Run(LoggerLink& link, const LoggerOptions& options) {
 } // namespace
 
 int Logger(const LoggerOptions& options) {
+    if (options.Command == LoggerCommand::Service && !options.Yes) {
+        return Fail("A service function changes the logger; add --yes to run " + options.What +
+                    ".");
+    }
     StderrSink stderrSink(options.Yes);
     CountingSink sink(stderrSink);
     binding::TlmDriver driver;

@@ -177,11 +177,13 @@ int main(int argc, char** argv) {
 
     LoggerOptions loggerOptions;
     auto* loggerCommand = app.add_subcommand(
-        "logger", "Work with the logger: status, list, download NUMBER OUT.rlg, clear");
+        "logger",
+        "Work with the logger: status, list, download NUMBER OUT.rlg, clear, monitor, dump, "
+        "service");
     loggerCommand->require_subcommand(1);
     loggerCommand->add_flag("--yes", loggerOptions.Yes,
                             "Answer Yes (OK) to the logger's questions; otherwise No (Cancel)");
-    loggerCommand->add_flag("--json", loggerOptions.Json, "Print JSON (status, list)");
+    loggerCommand->add_flag("--json", loggerOptions.Json, "Print JSON (status, list, monitor)");
     const auto addLoggerCommand = [&](const char* name, const char* description,
                                       LoggerCommand command) {
         auto* sub = loggerCommand->add_subcommand(name, description);
@@ -222,6 +224,25 @@ int main(int argc, char** argv) {
     auto* makeCommand = settingCommand->add_subcommand(
         "make", "Make a SETTING.DAT from the fresh record, checked as the window's send checks");
     AddSettingMakeOptions(*makeCommand, settingMake);
+    auto* monitorCommand = addLoggerCommand(
+        "monitor", "Print the logger's live values in engineering units", LoggerCommand::Monitor);
+    monitorCommand->add_option("--count", loggerOptions.Count, "Readings to print (40)")
+        ->check(CLI::Range(1, 100'000'000));
+    monitorCommand->add_option("--interval", loggerOptions.Interval, "ms between readings (25)")
+        ->check(CLI::Range(0, 3'600'000));
+    auto* dumpCommand = addLoggerCommand("dump", "Save the logger's identity block or error log",
+                                         LoggerCommand::Dump);
+    dumpCommand->add_option("WHAT", loggerOptions.What, "identity or errors")
+        ->required()
+        ->check(CLI::IsMember({"identity", "errors"}));
+    dumpCommand->add_option("OUT", loggerOptions.Output, "The file to write")->required();
+    dumpCommand->add_flag("--hex", loggerOptions.Hex, "Write the hexadecimal dump as text");
+    auto* serviceCommand =
+        addLoggerCommand("service", "Run one of the logger's built-in functions (needs --yes)",
+                         LoggerCommand::Service);
+    serviceCommand->add_option("FUNCTION", loggerOptions.What, "test1, test2 or init")
+        ->required()
+        ->check(CLI::IsMember({"test1", "test2", "init"}));
 
     CLI11_PARSE(app, argc, argv);
     try {

@@ -4,6 +4,9 @@
 #include "logger/fault_injector.h"
 #include "logger_test_support.h"
 
+#include <chrono>
+#include <vector>
+
 namespace torvane::sim {
 namespace {
 
@@ -71,6 +74,28 @@ TEST(FaultInjector, DropsTheLinkOnceAfterNBlocks) {
         EXPECT_FALSE(faulty.DropLinkNow()) << "only once";
     }
     EXPECT_TRUE(logger.device.Memory().Files()[0].Done);
+}
+
+TEST(FaultInjector, DropAndDelayLetTheDeviceAnswerFirst) {
+    DeviceOnManualClock logger;
+    logger.Run(2);
+    FaultPlan plan;
+    plan.Rules = {{Fault::Drop, 0, Entry::SignalCondition, 1},
+                  {Fault::Delay, 30, Entry::ErrorInfo, 1}};
+    FaultInjector faulty(logger.device, plan);
+    TlmStatus status{};
+    TlmSignalCondition signal{};
+    EXPECT_EQ(faulty.SignalCondition(status, signal), TLM_OK);
+    EXPECT_TRUE(faulty.DropLinkNow());
+    faulty.Closed();
+    EXPECT_EQ(faulty.SignalCondition(status, signal), TLM_OK);
+    EXPECT_FALSE(faulty.DropLinkNow()) << "once";
+
+    std::vector<std::uint8_t> log(TLM_ERROR_INFO_SIZE, 0xFF);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(faulty.ErrorInfo(status, log), TLM_OK);
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(30));
+    EXPECT_EQ(log[0], 0) << "the device's own log";
 }
 
 } // namespace

@@ -16,8 +16,9 @@ TEST(SimulatorOptions, TakesEveryOptionAndRefusesMistakesWithAReason) {
         "--socket", "tcp:127.0.0.1:4567", "--time-scale", "10", "--files", "3",
         "--minutes", "2.5", "--seed", "99", "--mt", (folder / "MT.DAT").string(), "--rate", "0",
         "--drop-after-blocks", "4", "--sense", "9", "--on", "GetStatus", "--times", "3",
-        "--result", "-3", "--on", "GetTheLogFile_reading", "--error-state", "17", "--broken",
-        "--idle"});
+        "--result", "-3", "--on", "GetTheLogFile_reading", "--drop", "--on", "GetTheErrorInfo",
+        "--delay", "250", "--on", "GetTheSignalCondition", "--times", "2", "--error-state", "17",
+        "--broken", "--idle"});
     // clang-format on
     ASSERT_TRUE(parsed.Options) << parsed.Message;
     const SimulatorOptions& options = *parsed.Options;
@@ -29,7 +30,7 @@ TEST(SimulatorOptions, TakesEveryOptionAndRefusesMistakesWithAReason) {
     EXPECT_EQ(options.Logger.MemoryTable[0], 2);
     EXPECT_EQ(options.Logger.BytesPerSecond, 0);
     EXPECT_EQ(options.Faults.DropAfterBlocks, 4);
-    ASSERT_EQ(options.Faults.Rules.size(), 2u);
+    ASSERT_EQ(options.Faults.Rules.size(), 4u);
     const FaultRule& sense = options.Faults.Rules[0];
     EXPECT_EQ(sense.Kind, FaultRule::Fault::Sense);
     EXPECT_EQ(sense.Code, 9);
@@ -40,6 +41,13 @@ TEST(SimulatorOptions, TakesEveryOptionAndRefusesMistakesWithAReason) {
     EXPECT_EQ(result.Code, -3);
     EXPECT_EQ(result.Entry, Entry::TransferRead);
     EXPECT_EQ(result.Times, 1) << "--times applies to its own rule only";
+    EXPECT_EQ(options.Faults.Rules[2].Kind, FaultRule::Fault::Drop);
+    EXPECT_EQ(options.Faults.Rules[2].Entry, Entry::ErrorInfo);
+    const FaultRule& delay = options.Faults.Rules[3];
+    EXPECT_EQ(delay.Kind, FaultRule::Fault::Delay);
+    EXPECT_EQ(delay.Code, 250);
+    EXPECT_EQ(delay.Entry, Entry::SignalCondition);
+    EXPECT_EQ(delay.Times, 2);
     EXPECT_EQ(options.ErrorCode, 17);
     EXPECT_TRUE(options.Broken);
     EXPECT_FALSE(options.Logger.StartAcquiring);

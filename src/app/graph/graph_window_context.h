@@ -43,6 +43,10 @@ struct GraphWindowContext {
     FileChoice DownloadFromLogger;
     // The setting window, run modally over the owner. Without it the frame offers no setting.
     std::function<void(QWidget* owner)> OpenSettingWindow = {};
+    // The real-time monitor and service mode, each shown modally; without them the frame offers
+    // neither.
+    std::function<void(QWidget* owner)> ShowMonitor = {};
+    std::function<void(QWidget* owner)> ShowServiceMode = {};
     // The toolbox's choices, shared by all windows; the frame fills it in when it attaches.
     ToolSettings* Tools = nullptr;
     // Where the toolbox stands now, and whether it is shown: the layout file's head when the

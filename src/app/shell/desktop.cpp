@@ -3,6 +3,8 @@
 #include "graph/file_choice.h"
 #include "load/link_command.h"
 #include "logger/download_dialog.h"
+#include "logger/monitor_window.h"
+#include "logger/service_window.h"
 #include "logger/setting_window.h"
 #include "shell/temp_files.h"
 
@@ -61,6 +63,12 @@ Desktop::Desktop(shell::AppPaths paths)
           .OpenSettingWindow =
               [this](QWidget* owner) {
                   SettingWindow::Run(driver_, sink_, paths_.InitDir(), owner);
+              },
+          .ShowMonitor =
+              [this](QWidget* owner) { MonitorWindow::Run(driver_, sink_, laf_, owner); },
+          .ShowServiceMode =
+              [this](QWidget* owner) {
+                  ServiceWindow::Run(driver_, sink_, paths_.TempDir(), fileDialogs_, owner);
               }} {
     frame_.Attach(windows_);
 }

@@ -221,6 +221,12 @@ void MainFrame::Attach(GraphWindowContext& context) {
     if (context.OpenSettingWindow) {
         Wire("mnuConf", &MainFrame::ShowSettingWindow);
     }
+    if (context.ShowMonitor) {
+        Wire("mnuMoniter", &MainFrame::ShowMonitorWindow);
+    }
+    if (auto* door = findChild<ServiceDoor*>()) {
+        door->SetServiceMode(context.ShowServiceMode);
+    }
     Wire("mnuOpenLayer", &MainFrame::OpenLayer);
     Wire("mnuCloseLayer", &MainFrame::CloseLayer);
     Wire("mnuFileClose", &MainFrame::FileClose);
@@ -410,6 +416,14 @@ void MainFrame::ShowSettingWindow() {
 
 void MainFrame::OpenFromLogger() {
     OpenLoggingWindow(LoggingFileSource::Downloaded);
+}
+
+void MainFrame::ShowMonitorWindow() {
+    // The monitor works on the logger alone: the frame steps out of its way meanwhile.
+    hide();
+    context_->ShowMonitor(this);
+    show();
+    activateWindow();
 }
 
 void MainFrame::OpenLayer() {

@@ -88,6 +88,7 @@ private:
     void FileOpen();
     void OpenFromLogger();
     void ShowSettingWindow();
+    void ShowMonitorWindow();
     void OpenLayer();
     void CloseLayer();
     void Save();

@@ -2,6 +2,7 @@
 
 #include "logger/password_dialog.h"
 
+#include <QDialog>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QTimer>
@@ -36,8 +37,9 @@ void ServiceDoor::Check() {
     // The keys may still be held when the next second comes: one dialog at a time.
     timer_->stop();
     PasswordDialog password(frame_);
-    // Service mode's own window does not exist yet: the right password just closes the box.
-    password.exec();
+    if (password.exec() == QDialog::Accepted && serviceMode_) {
+        serviceMode_(frame_);
+    }
     timer_->start();
 }
 

@@ -5,6 +5,8 @@
 
 #include <QObject>
 
+#include <functional>
+
 class QTimer;
 class QWidget;
 
@@ -26,6 +28,11 @@ public:
 
     // What tmrKeyEvn does when it fires.
     void Check();
+    // Service mode's window, shown modally once the password was right; without it the right
+    // password only closes the box.
+    void SetServiceMode(std::function<void(QWidget* owner)> serviceMode) {
+        serviceMode_ = std::move(serviceMode);
+    }
 
 protected:
     // Follows the up arrow: the platform is asked for the modifiers, but no platform tells
@@ -36,6 +43,7 @@ private:
     QWidget* frame_;
     QTimer* timer_;
     bool upHeld_ = false;
+    std::function<void(QWidget* owner)> serviceMode_;
 };
 
 } // namespace torvane::app

@@ -1,7 +1,9 @@
 #include "logger/fault_injector.h"
 
 #include <algorithm>
+#include <chrono>
 #include <string>
+#include <thread>
 #include <utility>
 
 namespace torvane::sim {
@@ -59,6 +61,20 @@ std::optional<std::int32_t> FaultInjector::Fault(Entry entry, TlmStatus& status)
         return std::nullopt;
     }
     --rule->Times;
+    switch (rule->Kind) {
+    case FaultRule::Fault::Drop:
+        // Answered first: the cable is pulled once the answer is out.
+        dropDue_ = true;
+        return std::nullopt;
+    case FaultRule::Fault::Delay:
+        // A slow or stalled logger: the server serves one client on one thread, so nothing
+        // else is answered meanwhile, as on a real link.
+        std::this_thread::sleep_for(std::chrono::milliseconds(rule->Code));
+        return std::nullopt;
+    case FaultRule::Fault::Sense:
+    case FaultRule::Fault::Result:
+        break;
+    }
     // The status bytes of a faulty answer are the device's present ones.
     device_.GetStatus(status);
     if (rule->Kind == FaultRule::Fault::Sense) {

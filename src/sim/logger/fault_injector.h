@@ -1,8 +1,9 @@
 #pragma once
 // Faults of the link, laid over any device: a sense code or a result code on the next N calls
-// of an entry point, and a link that drops after N blocks of a transfer. A faulty call does not
-// reach the device: it is refused (sense) or fails (result) before the device acts, and its
-// status bytes are the device's present ones.
+// of an entry point, a link that drops right after answering them or that answers them late,
+// and a link that drops after N blocks of a transfer. A call faulted with a code does not reach
+// the device: it is refused (sense) or fails (result) before the device acts, and its status
+// bytes are the device's present ones. A dropped or a late call is answered by the device.
 
 #include "link/device_calls.h"
 
@@ -25,9 +26,9 @@ std::optional<Entry> EntryNamed(std::string_view name);
 std::string_view EntryNames();
 
 struct FaultRule {
-    enum class Fault { Sense, Result };
+    enum class Fault { Sense, Result, Drop, Delay };
     Fault Kind = Fault::Sense;
-    std::int32_t Code = 0; // the sense byte, or the result returned
+    std::int32_t Code = 0; // the sense byte, the result returned, or the delay in ms
     sim::Entry Entry = sim::Entry::GetStatus;
     int Times = 1;
 };

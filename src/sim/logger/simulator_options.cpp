@@ -9,12 +9,16 @@ namespace {
 
 constexpr double LongestRunMinutes = 24 * 60;
 
-// --sense and --result each begin a rule; the --on and --times after them complete it. CLI11
-// keeps each option's values apart, so the rules are rebuilt from the order of the options on
-// the command line.
+// --sense, --result, --drop and --delay each begin a rule; the --on and --times after them
+// complete it. CLI11 keeps each option's values apart, so the rules are rebuilt from the order
+// of the options on the command line.
 struct FaultOptions {
     CLI::Option* Sense = nullptr;
     CLI::Option* Result = nullptr;
+    CLI::Option* Drop = nullptr;
+    CLI::Option* Delay = nullptr;
+    std::int64_t Drops = 0;
+    std::vector<int> Delays;
     CLI::Option* On = nullptr;
     CLI::Option* Times = nullptr;
     std::vector<int> Senses;
@@ -25,11 +29,11 @@ struct FaultOptions {
 
 std::vector<FaultRule> BuildRules(const CLI::App& app, const FaultOptions& given) {
     std::vector<FaultRule> rules;
-    std::size_t sense = 0, result = 0, on = 0, times = 0;
+    std::size_t sense = 0, result = 0, delay = 0, on = 0, times = 0;
     bool hasEntry = false, hasTimes = false;
     const auto finish = [&] {
         if (!rules.empty() && !hasEntry) {
-            throw CLI::ValidationError("--sense and --result need --on ENTRY");
+            throw CLI::ValidationError("--sense, --result, --drop and --delay need --on ENTRY");
         }
         hasEntry = hasTimes = false;
     };
@@ -41,9 +45,16 @@ std::vector<FaultRule> BuildRules(const CLI::App& app, const FaultOptions& given
             rule.Code =
                 option == given.Sense ? given.Senses.at(sense++) : given.Results.at(result++);
             rules.push_back(rule);
+        } else if (option == given.Drop || option == given.Delay) {
+            finish();
+            FaultRule rule;
+            rule.Kind = option == given.Drop ? FaultRule::Fault::Drop : FaultRule::Fault::Delay;
+            rule.Code = option == given.Drop ? 0 : given.Delays.at(delay++);
+            rules.push_back(rule);
         } else if (option == given.On) {
             if (rules.empty() || hasEntry) {
-                throw CLI::ValidationError("--on follows --sense CODE or --result CODE");
+                throw CLI::ValidationError(
+                    "--on follows --sense CODE, --result CODE, --drop or --delay MS");
             }
             const std::string& name = given.Entries.at(on++);
             const auto entry = EntryNamed(name);
@@ -55,7 +66,8 @@ std::vector<FaultRule> BuildRules(const CLI::App& app, const FaultOptions& given
             hasEntry = true;
         } else if (option == given.Times) {
             if (rules.empty() || hasTimes) {
-                throw CLI::ValidationError("--times follows --sense CODE or --result CODE");
+                throw CLI::ValidationError(
+                    "--times follows --sense CODE, --result CODE, --drop or --delay MS");
             }
             rules.back().Times = given.Counts.at(times++);
             hasTimes = true;
@@ -103,6 +115,11 @@ ParsedOptions ParseSimulatorOptions(const std::vector<std::string>& args) {
     faults.Result = app.add_option("--result", faults.Results, "answer result CODE ...")
                         ->expected(1)
                         ->take_all();
+    faults.Drop = app.add_flag("--drop", faults.Drops, "drop the link after answering ...");
+    faults.Delay = app.add_option("--delay", faults.Delays, "answer MS (1..600000) late ...")
+                       ->check(CLI::Range(1, 600'000))
+                       ->expected(1)
+                       ->take_all();
     faults.On = app.add_option("--on", faults.Entries, "... on the entry point ENTRY ...")
                     ->expected(1)
                     ->take_all();
