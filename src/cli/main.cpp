@@ -127,13 +127,24 @@ int main(int argc, char** argv) {
     renderCommand->add_option("--layout", renderOptions.Layout,
                               "LAYOUT.DAT whose record 0 is the display");
 
+    DetonationOptions detonation;
+    auto* detonationCommand = app.add_subcommand(
+        "deto", "The detonation map of a run (its main file) or of a .dto file, as the map "
+                "window shows it");
+    detonationCommand->add_option("FILE", detonation.Input, "A logging file or a .dto file")
+        ->required();
+    detonationCommand->add_option("--out", detonation.Output, "Save the map as this .dto file");
+    detonationCommand->add_option("--png", detonation.Png, "Draw the map into this PNG file");
+    detonationCommand->add_flag("--json", detonation.Json, "Print JSON");
+
     LoggerOptions loggerOptions;
     auto* loggerCommand = app.add_subcommand(
-        "logger", "Work with the logger: status, list, download NUMBER OUT.rlg, clear");
+        "logger",
+        "Work with the logger: status, list, download NUMBER OUT.rlg, clear, deto OUT.dto");
     loggerCommand->require_subcommand(1);
     loggerCommand->add_flag("--yes", loggerOptions.Yes,
                             "Answer Yes (OK) to the logger's questions; otherwise No (Cancel)");
-    loggerCommand->add_flag("--json", loggerOptions.Json, "Print JSON (status, list)");
+    loggerCommand->add_flag("--json", loggerOptions.Json, "Print JSON (status, list, deto)");
     const auto addLoggerCommand = [&](const char* name, const char* description,
                                       LoggerCommand command) {
         auto* sub = loggerCommand->add_subcommand(name, description);
@@ -152,6 +163,10 @@ int main(int argc, char** argv) {
         ->required();
     addLoggerCommand("clear", "Clear every file in the logger, after the question",
                      LoggerCommand::Clear);
+    auto* loggerDetonationCommand = addLoggerCommand(
+        "deto", "Read the logger's detonation map into a .dto file", LoggerCommand::Detonation);
+    loggerDetonationCommand->add_option("OUT", loggerOptions.Output, "The .dto file to write")
+        ->required();
 
     CLI11_PARSE(app, argc, argv);
     try {
@@ -185,6 +200,9 @@ int main(int argc, char** argv) {
                 ParseSize(renderSize, renderOptions.Width, renderOptions.Height);
             }
             return Render(renderOptions);
+        }
+        if (*detonationCommand) {
+            return Detonation(detonation);
         }
         if (*loggerCommand) {
             return Logger(loggerOptions);
