@@ -21,27 +21,35 @@ std::int64_t SamplesOf(const logdata::StreamReader& reader) {
     return reader.ByteLength() / 2;
 }
 
-// One stream read forward a block at a time.
+// One stream read forward a block at a time. The blocks are taken in place from the mapped
+// stream, so a walk over a long run copies nothing; only a block that runs past the end (or a
+// stream that cannot be mapped) is read into a buffer, where the missing samples read as 0.
 class BlockReader {
 public:
     explicit BlockReader(const std::filesystem::path& path) {
-        if (!path.empty()) {
-            reader_.Open(path);
+        if (!path.empty() && reader_.Open(path)) {
+            mapped_ = reader_.MappedWords16();
         }
     }
     std::int64_t Samples() const { return SamplesOf(reader_); }
-    // The next `count` samples; those past the end read as 0.
+    // The next `count` samples.
     std::span<const std::int16_t> Next(std::int64_t count) {
-        block_.resize(static_cast<std::size_t>(count));
-        reader_.ReadWords16(next_, block_);
+        const std::int64_t first = next_;
         next_ += count;
+        if (first + count <= std::ssize(mapped_)) {
+            return mapped_.subspan(static_cast<std::size_t>(first),
+                                   static_cast<std::size_t>(count));
+        }
+        block_.resize(static_cast<std::size_t>(count));
+        reader_.ReadWords16(first + 1, block_);
         return block_;
     }
 
 private:
     logdata::StreamReader reader_;
+    std::span<const std::int16_t> mapped_;
     std::vector<std::int16_t> block_;
-    std::int64_t next_ = 1;
+    std::int64_t next_ = 0;
 };
 
 // The throttle opening of a raw reading in whole percent, 0 to 100.
@@ -142,15 +150,15 @@ std::int64_t LayerRunDistance(const logdata::LayerSet& layers, int layer) {
         }
         BlockReader speed(
             layers.StreamPath(layer, logdata::StreamNames[static_cast<std::size_t>(channel)]));
-        double kmhSum = 0.0;
-        constexpr std::int64_t BlockSamples = 4096;
+        std::int64_t kmhSum = 0;
+        constexpr std::int64_t BlockSamples = 32768;
         for (std::int64_t left = speed.Samples(); left > 0; left -= BlockSamples) {
             for (const std::int16_t kmh : speed.Next(std::min(BlockSamples, left))) {
                 kmhSum += std::max<std::int16_t>(kmh, 0);
             }
         }
         constexpr double MsPerHour = 3'600'000.0;
-        return static_cast<std::int64_t>(kmhSum * interval / MsPerHour);
+        return static_cast<std::int64_t>(static_cast<double>(kmhSum) * interval / MsPerHour);
     }
     return 0;
 }

@@ -5,7 +5,9 @@
 #include "shell/temp_files.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
+#include <fstream>
 #include <string>
 
 namespace torvane::views {
@@ -85,8 +87,18 @@ fs::path GetDetonationFileName(const fs::path& tempDir) {
 fs::path WriteDetonationWorkFile(const fs::path& tempDir, const DetonationBytes& bytes,
                                  shell::MessageSink& sink) {
     const fs::path file = GetDetonationFileName(tempDir);
-    std::error_code error;
-    if (!WriteDtoFile(file, bytes, error)) {
+    // A work file replaces nothing and is gone when the program ends, so it is written in place,
+    // without the temporary name and the flush to the disk that a kept file gets.
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+    out.close();
+    if (!out) {
+        const std::error_code error(errno != 0 ? errno : EIO, std::generic_category());
+        std::error_code ignored;
+        if (fs::is_regular_file(fs::symlink_status(file, ignored))) {
+            fs::remove(file, ignored);
+        }
         shell::ShowRunTimeError(sink, layout::DescribeFailure({error, file}));
         return {};
     }
