@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QMimeData>
 #include <QtTest>
 
 #include <fstream>
@@ -164,6 +165,20 @@ private slots:
         QCOMPARE(desk.Sink.Messages.back().Text,
                  std::string("A memory is extremely insufficient,Please end application."));
         QTRY_COMPARE(desk.Frame.DetonationWindows().size(), 0);
+
+        // A dropped map opens as a handed-over one does, without the memory check.
+        WriteMap(desk.Paths.DataDir() / "dropped.dto", SampleMap(true));
+        QMimeData dropped;
+        dropped.setUrls({QUrl::fromLocalFile(
+            QString::fromStdString((desk.Paths.DataDir() / "dropped.dto").string()))});
+        // The drop goes to the widget that took the drag's entry.
+        QDragEnterEvent enter(QPoint(10, 10), Qt::CopyAction, &dropped, Qt::LeftButton,
+                              Qt::NoModifier);
+        QApplication::sendEvent(&desk.Frame, &enter);
+        QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&desk.Frame, &drop);
+        QCOMPARE(desk.Frame.DetonationWindows().size(), 1);
+        QCOMPARE(desk.Frame.DetonationWindows().front()->State().Total[1], 3);
     }
 };
 
