@@ -29,9 +29,18 @@ void Check(bool holds, const char* what) {
 
 const fs::path& Folder() {
     static const fs::path folder = [] {
-        std::string pattern = (fs::temp_directory_path() / "fuzz-dto-XXXXXX").string();
+        // In memory where the system offers it: every save flushes its file to the disk.
+        std::error_code error;
+        const fs::path base =
+            fs::is_directory("/dev/shm", error) ? fs::path("/dev/shm") : fs::temp_directory_path();
+        std::string pattern = (base / "fuzz-dto-XXXXXX").string();
         return fs::path(::mkdtemp(pattern.data()));
     }();
+    static const bool removedAtExit = std::atexit([] {
+                                          std::error_code ignored;
+                                          fs::remove_all(Folder(), ignored);
+                                      }) == 0;
+    (void)removedAtExit;
     return folder;
 }
 
