@@ -10,6 +10,10 @@
 #include <string>
 #include <vector>
 
+namespace torvane::views {
+struct DetonationMapState;
+}
+
 namespace torvane::cli {
 
 struct PackOptions {
@@ -91,13 +95,27 @@ struct FormulaOptions {
 };
 int Formula(const FormulaOptions& options);
 
+// The detonation map of a run's main file (as the frame's "OpenFile" entry makes it from a
+// window's layer) or of a .dto file, printed, saved as .dto and drawn as the map window shows it.
+struct DetonationOptions {
+    std::filesystem::path Input;
+    std::optional<std::filesystem::path> Output;
+    std::optional<std::filesystem::path> Png;
+    bool Json = false;
+};
+int Detonation(const DetonationOptions& options);
+// A map as deto prints it: its totals as text, or the whole map as JSON.
+void PrintDetonation(const views::DetonationMapState& state, bool asJson);
+
 // The logger commands: one short link each, through the same policy as the desktop's windows.
 // Messages go to stderr; questions are answered No (Cancel) unless Yes.
-enum class LoggerCommand { Status, List, Download, Clear, Setting, Send, Monitor, Dump, Service };
+enum class LoggerCommand { Status, List, Download, Clear, Setting, Send, Monitor, Dump, Service,
+                           Detonation };
 struct LoggerOptions {
     LoggerCommand Command = LoggerCommand::Status;
     int Number = 0;                                   // download: the logger's file number
-    std::filesystem::path Output;                     // download: the logging file; dump: the dump's
+    std::filesystem::path Output;                     // download: the logging file; dump: the dump's;
+                                                      // deto: the .dto file
     std::filesystem::path Input;                      // send: the SETTING.DAT to send
     std::optional<std::filesystem::path> MemoryTable; // setting: MT.DAT for the logging time
     bool Yes = false;

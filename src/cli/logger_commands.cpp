@@ -5,11 +5,14 @@
 #include "cli/commands.h"
 #include "cli/setting_output.h"
 #include "cli/live_commands.h"
+#include "cli/deployed_run.h"
 #include "logger/clear_logger.h"
 #include "logger/download.h"
 #include "logger/file_list.h"
 #include "logger/logger_action.h"
 #include "shell/number_format.h"
+#include "views/detonation_logger.h"
+#include "views/detonation_map.h"
 
 #include <unistd.h>
 
@@ -183,6 +186,22 @@ int Clear(LoggerLink& link) {
     return logger::ClearLogger(link) == logger::ClearOutcome::Cleared ? 0 : 1;
 }
 
+// The logger's map through a work file in a private folder, kept as OUT.
+int Detonation(LoggerLink& link, const std::filesystem::path& output, bool asJson) {
+    const DeployedRun folder;
+    const std::filesystem::path work =
+        views::GetDetonationFromLogger(link, folder.Layers().TempDir);
+    if (work.empty()) {
+        return 1;
+    }
+    const auto state = views::LoadDetonationMap(views::DetonationSource::Logger, work, link.Sink);
+    if (!state || !views::SaveDetonationFile(*state, output, link.Sink)) {
+        return 1;
+    }
+    PrintDetonation(*state, asJson);
+    return 0;
+}
+
 // Counts what the operator was told, so that a command that failed silently can say so: the
 // program leaves some endings untold (a logger stopped on an error, a question answered No).
 class CountingSink : public shell::MessageSink {
@@ -223,6 +242,8 @@ int Run(LoggerLink& link, const LoggerOptions& options) {
         return Dump(link, options);
     case LoggerCommand::Service:
         return Service(link, options);
+    case LoggerCommand::Detonation:
+        return Detonation(link, options.Output, options.Json);
     }
     return 1;
 }

@@ -175,15 +175,25 @@ int main(int argc, char** argv) {
                                "Write the result's signed 32-bit little-endian words here");
     formulaCommand->add_flag("--json", formula.Json, "Print JSON");
 
+    DetonationOptions detonation;
+    auto* detonationCommand = app.add_subcommand(
+        "deto", "The detonation map of a run (its main file) or of a .dto file, as the map "
+                "window shows it");
+    detonationCommand->add_option("FILE", detonation.Input, "A logging file or a .dto file")
+        ->required();
+    detonationCommand->add_option("--out", detonation.Output, "Save the map as this .dto file");
+    detonationCommand->add_option("--png", detonation.Png, "Draw the map into this PNG file");
+    detonationCommand->add_flag("--json", detonation.Json, "Print JSON");
+
     LoggerOptions loggerOptions;
     auto* loggerCommand = app.add_subcommand(
         "logger",
-        "Work with the logger: status, list, download NUMBER OUT.rlg, clear, monitor, dump, "
-        "service");
+        "Work with the logger: status, list, download NUMBER OUT.rlg, clear, setting, send, "
+        "monitor, dump, service, deto OUT.dto");
     loggerCommand->require_subcommand(1);
     loggerCommand->add_flag("--yes", loggerOptions.Yes,
                             "Answer Yes (OK) to the logger's questions; otherwise No (Cancel)");
-    loggerCommand->add_flag("--json", loggerOptions.Json, "Print JSON (status, list, monitor)");
+    loggerCommand->add_flag("--json", loggerOptions.Json, "Print JSON (status, list, setting, monitor, deto)");
     const auto addLoggerCommand = [&](const char* name, const char* description,
                                       LoggerCommand command) {
         auto* sub = loggerCommand->add_subcommand(name, description);
@@ -243,6 +253,10 @@ int main(int argc, char** argv) {
     serviceCommand->add_option("FUNCTION", loggerOptions.What, "test1, test2 or init")
         ->required()
         ->check(CLI::IsMember({"test1", "test2", "init"}));
+    auto* loggerDetonationCommand = addLoggerCommand(
+        "deto", "Read the logger's detonation map into a .dto file", LoggerCommand::Detonation);
+    loggerDetonationCommand->add_option("OUT", loggerOptions.Output, "The .dto file to write")
+        ->required();
 
     CLI11_PARSE(app, argc, argv);
     try {
@@ -279,6 +293,9 @@ int main(int argc, char** argv) {
         }
         if (*formulaCommand) {
             return Formula(formula);
+        }
+        if (*detonationCommand) {
+            return Detonation(detonation);
         }
         if (*loggerCommand) {
             return Logger(loggerOptions);

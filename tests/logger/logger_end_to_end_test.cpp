@@ -178,5 +178,32 @@ TEST_F(LoggerEndToEnd, ALoggerThatDiesMidDownloadLeavesTheCommandAnswering) {
     EXPECT_FALSE(fs::exists(file));
 }
 
+TEST_F(LoggerEndToEnd, TheDetonationMapIsReadWhileAcquiringAndABusyLoggerGivesNone) {
+    // The vehicle moves as requests arrive: a fast clock and a few looks give it a run.
+    StartLogger({"--time-scale", "200", "--seed", "7"});
+    for (int look = 0; look < 20; ++look) {
+        ASSERT_EQ(State(), TLM_STATE_ACQUIRING);
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    }
+    const auto file = folder / "logger.dto";
+    const auto read = Cli({"logger", "--json", "deto", file.string()});
+    ASSERT_EQ(read.Status, 0) << read.Err;
+    const json map = json::parse(read.Out);
+    EXPECT_EQ(Undocumented(DocumentedJson("deto"), map), std::vector<std::string>{});
+    // The fresh setting records DETO1 only.
+    EXPECT_EQ(map.at("present"), json::array({true, false}));
+    EXPECT_GT(map.at("RunTime").get<int>(), 60);
+    EXPECT_GT(map.at("RunDistance").get<int>(), 0);
+    EXPECT_EQ(fs::file_size(file), 807u);
+    EXPECT_EQ(State(), TLM_STATE_ACQUIRING); // neither asked nor stopped
+
+    logger_.reset();
+    StartLogger({"--broken"});
+    const auto broken = Cli({"logger", "deto", (folder / "none.dto").string()});
+    EXPECT_EQ(broken.Status, 1);
+    EXPECT_EQ(broken.Err, "Logger is out of order.\n");
+    EXPECT_FALSE(fs::exists(folder / "none.dto"));
+}
+
 } // namespace
 } // namespace torvane::logger

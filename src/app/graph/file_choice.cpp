@@ -22,6 +22,16 @@ std::optional<std::filesystem::path> ChooseSaveFile(FileDialogContext& context, 
     return ChoosePath(context, owner, output::FileDialogMode::SaveLoggingFile);
 }
 
+std::optional<std::filesystem::path> ChooseDetonationFile(FileDialogContext& context,
+                                                          QWidget* owner) {
+    return ChoosePath(context, owner, output::FileDialogMode::LoadDetonationFile);
+}
+
+std::optional<std::filesystem::path> ChooseDetonationSave(FileDialogContext& context,
+                                                          QWidget* owner) {
+    return ChoosePath(context, owner, output::FileDialogMode::SaveDetonationFile);
+}
+
 std::optional<output::SaveChoice> ChooseSaveOrExport(FileDialogContext& context, QWidget* owner,
                                                      bool rangeMarked) {
     const output::FileDialogResult result = FileDialog::Run(

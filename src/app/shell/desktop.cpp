@@ -69,8 +69,19 @@ Desktop::Desktop(shell::AppPaths paths)
           .ShowServiceMode =
               [this](QWidget* owner) {
                   ServiceWindow::Run(driver_, sink_, paths_.TempDir(), fileDialogs_, owner);
-              }} {
+              }}
+    , detonation_{.TempDir = paths_.TempDir(),
+                  .Sink = sink_,
+                  .Memory = memory_,
+                  .Driver = &driver_,
+                  .ChooseDetonationFile =
+                      [this](QWidget* owner) { return ChooseDetonationFile(fileDialogs_, owner); },
+                  .ChooseDetonationSave =
+                      [this](QWidget* owner) {
+                          return ChooseDetonationSave(fileDialogs_, owner);
+                      }} {
     frame_.Attach(windows_);
+    frame_.AttachDetonation(detonation_);
 }
 
 std::optional<std::filesystem::path> Desktop::DownloadFromLogger(QWidget* owner) {
@@ -91,11 +102,13 @@ void Desktop::Start(const QString& commandLine) {
     if (const QScreen* screen = QGuiApplication::primaryScreen()) {
         frame_.SetToolBoxPlace(LimitToScreen(layouts_.ToolBox(), screen->size()));
     }
-    OpenPath(commandLine);
+    QWidget* opened = OpenPath(commandLine);
     frame_.ShowToolBox();
-    // Once the event loop has shown the frame and the toolbox, so that the frame ends up the
-    // active window rather than the toolbox shown after it.
-    QTimer::singleShot(0, &frame_, [frame = &frame_] { frame->activateWindow(); });
+    // Once the event loop has shown the frame and the toolbox, so that the frame (or a map
+    // window the command line opened) ends up the active window rather than the toolbox shown
+    // after it.
+    QWidget* focus = opened != nullptr ? opened : &frame_;
+    QTimer::singleShot(0, focus, [focus] { focus->activateWindow(); });
 }
 
 void Desktop::Shutdown() {
@@ -120,13 +133,18 @@ void Desktop::LinkExecute(const QString& command) {
     }
 }
 
-void Desktop::OpenPath(const QString& path) {
-    // The detonation map opens "DTO" files once its window exists; until then such a path
-    // leaves the frame as it is, like any other.
+QWidget* Desktop::OpenPath(const QString& path) {
     const std::string whole = path.toStdString();
-    if (load::FileKindOf(whole) == load::FileKind::LoggingFile) {
+    switch (load::FileKindOf(whole)) {
+    case load::FileKind::LoggingFile:
         frame_.OpenLoggingWindow(LoggingFileSource::Given, whole);
+        break;
+    case load::FileKind::DetonationFile:
+        return frame_.OpenDetonationFile(whole);
+    case load::FileKind::Other:
+        break;
     }
+    return nullptr;
 }
 
 } // namespace torvane::app

@@ -14,6 +14,7 @@
 #include "shell/message_box_sink.h"
 #include "shell/session_sleep_inhibitor.h"
 #include "shell/window_registry.h"
+#include "views/detonation_windows.h"
 
 #include <QObject>
 #include <QString>
@@ -51,8 +52,9 @@ public:
     layout::LayoutStore& Layouts() { return layouts_; }
 
 private:
-    // A path handed to the program: an "RLG" file opens in a graph window.
-    void OpenPath(const QString& path);
+    // A path handed to the program: an "RLG" file opens in a graph window, a "DTO" file in a
+    // detonation map window, which is returned.
+    QWidget* OpenPath(const QString& path);
     // The logger's download dialog over libtlm: the downloaded file, or nothing.
     std::optional<std::filesystem::path> DownloadFromLogger(QWidget* owner);
 
@@ -69,6 +71,7 @@ private:
     output::FileDialogMemory lastPlace_; // the file dialog's last folder and name
     FileDialogContext fileDialogs_;
     GraphWindowContext windows_;
+    DetonationContext detonation_;
 };
 
 } // namespace torvane::app

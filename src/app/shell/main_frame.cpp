@@ -12,6 +12,7 @@
 #include "shell/help_window.h"
 #include "shell/service_door.h"
 #include "shell/wait_cursor.h"
+#include "views/detonation_windows.h"
 
 #include <QAction>
 #include <QApplication>
@@ -270,6 +271,38 @@ void MainFrame::Attach(GraphWindowContext& context) {
     ApplyWindowMenus();
 }
 
+void MainFrame::AttachDetonation(DetonationContext& context) {
+    detonation_ = &context;
+    for (int index = 1; index <= 3; ++index) {
+        if (index == static_cast<int>(views::DetonationSource::Logger) &&
+            context.Driver == nullptr) {
+            continue;
+        }
+        const QString name = QString("mnuDspDeto%1").arg(index);
+        wired_.insert(name);
+        Action(name)->setEnabled(true);
+        connect(Action(name), &QAction::triggered, this, [this, index] { ShowDetonation(index); });
+    }
+    ApplyWindowMenus();
+}
+
+void MainFrame::ShowDetonation(int index) {
+    const GraphWindow* window = ActiveGraphWindow();
+    app::ShowDetonation(*detonation_, static_cast<views::DetonationSource>(index),
+                        window != nullptr ? &window->State() : nullptr, this);
+}
+
+DetonationWindow* MainFrame::OpenDetonationFile(const std::filesystem::path& path) {
+    if (detonation_ == nullptr) {
+        return nullptr;
+    }
+    return OpenDetonationWindow(*detonation_, views::DetonationSource::File, path, this);
+}
+
+QList<DetonationWindow*> MainFrame::DetonationWindows() const {
+    return findChildren<DetonationWindow*>(Qt::FindDirectChildrenOnly);
+}
+
 GraphWindow* MainFrame::OpenLoggingWindow(LoggingFileSource source,
                                           const std::filesystem::path& path) {
     if (context_ == nullptr || !load::CheckMemory(context_->Memory, context_->Sink)) {
@@ -377,8 +410,15 @@ void MainFrame::dropEvent(QDropEvent* event) {
     if (path.empty() || !std::filesystem::exists(path, error)) {
         return;
     }
-    if (load::FileKindOf(path.string()) == load::FileKind::LoggingFile) {
+    switch (load::FileKindOf(path.string())) {
+    case load::FileKind::LoggingFile:
         OpenLoggingWindow(LoggingFileSource::Given, path);
+        break;
+    case load::FileKind::DetonationFile:
+        OpenDetonationFile(path);
+        break;
+    case load::FileKind::Other:
+        break;
     }
 }
 

@@ -21,6 +21,8 @@ class QMdiSubWindow;
 
 namespace torvane::app {
 
+class DetonationWindow;
+struct DetonationContext;
 class GraphWindow;
 struct GraphWindowContext;
 class LapListToggle;
@@ -55,6 +57,14 @@ public:
     // again when the load fails. A file from the logger is marked as not saved yet, whether it
     // loaded or not.
     GraphWindow* ShowLoggingFile(const std::filesystem::path& path, bool fromLogger);
+
+    // Gives the frame what the detonation map windows work with; mnuDspDeto(1..3) work from
+    // then on (the logger's entry only with a driver).
+    void AttachDetonation(DetonationContext& context);
+    // A map window on a .dto file handed to the program (command line, drop, another
+    // instance). Null when the file was refused.
+    DetonationWindow* OpenDetonationFile(const std::filesystem::path& path);
+    QList<DetonationWindow*> DetonationWindows() const;
 
     // The toolbox: shown (mnuToolBox checked) or not, and where it stands, in twips.
     void ShowToolBox();
@@ -107,11 +117,13 @@ private:
     void ToggleToolBox();
     void KeepToolBoxPlace();
     void ToggleLapList();
+    void ShowDetonation(int index);
 
     QMdiArea* area_;
     QHash<QString, QAction*> actions_;
     QSet<QString> wired_;
     GraphWindowContext* context_ = nullptr;
+    DetonationContext* detonation_ = nullptr;
     ToolSettings tools_;
     QPointer<ToolBox> toolBox_;
     layout::ToolBoxPlace toolBoxPlace_;
