@@ -127,6 +127,18 @@ int main(int argc, char** argv) {
     renderCommand->add_option("--layout", renderOptions.Layout,
                               "LAYOUT.DAT whose record 0 is the display");
 
+    HistogramOptions histogram;
+    std::vector<std::string> neRange;
+    auto* histogramCommand = app.add_subcommand(
+        "histogram",
+        "The TH and Ne histograms of a logging file, as the histogram window shows them");
+    histogramCommand->add_option("FILE", histogram.Input, "The logging file")->required();
+    histogramCommand->add_option("--ne", neRange, "START END: the engine-speed range, r/min")
+        ->expected(2);
+    histogramCommand->add_option("--png-th", histogram.PngTh, "Draw the TH view into this PNG");
+    histogramCommand->add_option("--png-ne", histogram.PngNe, "Draw the Ne view into this PNG");
+    histogramCommand->add_flag("--json", histogram.Json, "Print JSON");
+
     LoggerOptions loggerOptions;
     auto* loggerCommand = app.add_subcommand(
         "logger", "Work with the logger: status, list, download NUMBER OUT.rlg, clear");
@@ -185,6 +197,13 @@ int main(int argc, char** argv) {
                 ParseSize(renderSize, renderOptions.Width, renderOptions.Height);
             }
             return Render(renderOptions);
+        }
+        if (*histogramCommand) {
+            if (!neRange.empty()) {
+                histogram.NeStart = neRange[0];
+                histogram.NeEnd = neRange[1];
+            }
+            return Histogram(histogram);
         }
         if (*loggerCommand) {
             return Logger(loggerOptions);

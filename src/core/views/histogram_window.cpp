@@ -44,16 +44,19 @@ bool MakeNe(HistogramWindowState& state, NeRange range, shell::MessageSink& sink
 
 } // namespace
 
-HistogramRequest HistogramRequestOf(const graph::GraphWindowState& window) {
-    const int layer = window.ActiveLayer;
-    const logdata::LayerRecord& record = window.Layers.Layer.at(static_cast<std::size_t>(layer));
+HistogramRequest HistogramRequestOf(const logdata::LayerSet& layers, int layer) {
+    const logdata::LayerRecord& record = layers.Layer.at(static_cast<std::size_t>(layer));
     HistogramRequest request;
-    request.TempDir = window.Layers.TempDir;
-    request.FileNe = window.Layers.StreamPath(layer, logdata::StreamNames[logdata::Ne]);
-    request.FileTh = window.Layers.StreamPath(layer, logdata::StreamNames[logdata::TH]);
+    request.TempDir = layers.TempDir;
+    request.FileNe = layers.StreamPath(layer, logdata::StreamNames[logdata::Ne]);
+    request.FileTh = layers.StreamPath(layer, logdata::StreamNames[logdata::TH]);
     request.Th = {static_cast<std::int16_t>(record.Header.ThOpen()),
                   static_cast<std::int16_t>(record.Header.ThClose())};
     return request;
+}
+
+HistogramRequest HistogramRequestOf(const graph::GraphWindowState& window) {
+    return HistogramRequestOf(window.Layers, window.ActiveLayer);
 }
 
 bool OpenHistogram(HistogramWindowState& state, const HistogramRequest& request,

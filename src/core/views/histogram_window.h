@@ -11,6 +11,9 @@
 namespace torvane::graph {
 struct GraphWindowState;
 }
+namespace torvane::logdata {
+struct LayerSet;
+}
 
 namespace torvane::views {
 
@@ -21,6 +24,8 @@ struct HistogramRequest {
     std::filesystem::path FileTh;
     ThCalibration Th;
 };
+HistogramRequest HistogramRequestOf(const logdata::LayerSet& layers, int layer);
+// The same for the window's active layer.
 HistogramRequest HistogramRequestOf(const graph::GraphWindowState& window);
 
 struct HistogramWindowState {
