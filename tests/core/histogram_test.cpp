@@ -94,6 +94,10 @@ TEST_F(HistogramFileTest, SharesAreOfAllSamplesAlsoThoseOutOfRange) {
     EXPECT_EQ(figures.Counts[2] + figures.Counts[4] + figures.Counts[6], 3);
     EXPECT_FLOAT_EQ(figures.Percent[2], 20.0F);
     EXPECT_EQ(figures.Max, 20);
+    // One in eight is 12.5 %, whose whole number is the even 12.
+    ASSERT_TRUE(MakeNeHistogram(Stream("eighth", {100, 0, 0, 0, 0, 0, 0, 0}), {1000, 20000},
+                                figures, sink));
+    EXPECT_EQ(figures.Max, 12);
 
     // A range that holds none: twenty empty bars on the first scale, each read as 0.00 %.
     ASSERT_TRUE(MakeNeHistogram(ne, {10000, 12000}, figures, sink));
