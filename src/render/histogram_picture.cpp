@@ -76,7 +76,9 @@ QImage DrawHistogramPicture(const views::HistogramView& view) {
         const QRect bar(QPoint(geometry::BarLeft(i), top),
                         QPoint(geometry::BarRight(i) - 1, geometry::BarBottom - 1));
         painter.fillRect(bar, Qt::black);
-        painter.fillRect(bar.adjusted(1, 1, -1, -1), QColor::fromRgb(HistogramBarColor));
+        if (const QRect inside = bar.adjusted(1, 1, -1, -1); inside.isValid()) {
+            painter.fillRect(inside, QColor::fromRgb(HistogramBarColor));
+        }
     }
     return image;
 }

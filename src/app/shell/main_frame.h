@@ -104,6 +104,7 @@ private:
     void ToggleToolBox();
     void KeepToolBoxPlace();
     void ToggleLapList();
+    void OpenHistogram();
 
     QMdiArea* area_;
     QHash<QString, QAction*> actions_;
