@@ -50,10 +50,8 @@ void PrintView(const views::HistogramView& view) {
     }
     std::cout << "\n";
     for (int i = 0; i < views::BarCount; ++i) {
-        // The read-out of the bar's column at its foot: "TH : 0 - 4\n12.34%".
-        const int column = views::histogram_geometry::BarLeft(i) + 2;
-        const auto text = views::ReadOutAt(view, column, views::histogram_geometry::ZeroTop);
-        const std::string band = text ? text->substr(5, text->find('\n') - 5) : std::string();
+        const views::Band bar = views::BandOf(view, i);
+        const std::string band = std::to_string(bar.From) + " - " + std::to_string(bar.To);
         std::cout << "  " << shell::FormatText(band, "@@@@@@@@@@@@@@@") << "  "
                   << shell::FormatText(
                          std::to_string(view.Figures.Counts[static_cast<std::size_t>(i)]),

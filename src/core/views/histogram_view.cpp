@@ -128,6 +128,21 @@ HistogramView MakeNeView(const HistogramFigures& figures, NeRange range) {
     return view;
 }
 
+Band BandOf(const HistogramView& view, int bar) {
+    const auto label = [&view](int i) {
+        return view.X.Values[static_cast<std::size_t>(i)];
+    };
+    const auto half = static_cast<std::int32_t>(shell::RoundHalfEven((label(1) - label(0)) / 2.0));
+    const int j = bar / 2;
+    if (bar == BarCount - 1) {
+        return {label(9) + half, label(10)};
+    }
+    if (bar % 2 == 1) {
+        return {label(j) + half, label(j + 1) - 1};
+    }
+    return {label(j), label(j) + half - 1};
+}
+
 std::optional<std::string> ReadOutAt(const HistogramView& view, int x, int y) {
     if (x < geometry::ReadOutLeft || x >= geometry::ReadOutRight || y < geometry::ReadOutTop ||
         y > geometry::ZeroTop || (x - geometry::ReadOutLeft) % geometry::BarPitch == 0) {
@@ -137,22 +152,9 @@ std::optional<std::string> ReadOutAt(const HistogramView& view, int x, int y) {
     if (y < view.BarTops[static_cast<std::size_t>(bar)]) {
         return std::nullopt;
     }
-    const auto label = [&view](int i) {
-        return view.X.Values[static_cast<std::size_t>(i)];
-    };
-    const auto half = static_cast<std::int32_t>(shell::RoundHalfEven((label(1) - label(0)) / 2.0));
-    const int j = bar / 2;
-    std::int32_t from = label(j);
-    std::int32_t to = label(j) + half - 1;
-    if (bar == BarCount - 1) {
-        from = label(9) + half;
-        to = label(10);
-    } else if (bar % 2 == 1) {
-        from = label(j) + half;
-        to = label(j + 1) - 1;
-    }
+    const Band band = BandOf(view, bar);
     const std::string prefix = view.Kind == HistogramKind::Ne ? "Ne : " : "TH : ";
-    return prefix + std::to_string(from) + " - " + std::to_string(to) + "\n" +
+    return prefix + std::to_string(band.From) + " - " + std::to_string(band.To) + "\n" +
            view.Shares[static_cast<std::size_t>(bar)] + "%";
 }
 

@@ -77,6 +77,14 @@ struct HistogramView {
 HistogramView MakeThView(const HistogramFigures& figures);
 HistogramView MakeNeView(const HistogramFigures& figures, NeRange range);
 
+// The band of engine speeds or throttle openings that a bar stands for, as the read-out names
+// it from the X labels: bar 0 of TH is 0 to 4, bar 19 is 95 to 100.
+struct Band {
+    std::int32_t From = 0;
+    std::int32_t To = 0;
+};
+Band BandOf(const HistogramView& view, int bar);
+
 // The read-out for the mouse at (x, y) of the picture: "TH : 0 - 4", a line break and
 // "12.34%"; nothing off the bars, on a bar's border or above its top.
 std::optional<std::string> ReadOutAt(const HistogramView& view, int x, int y);
