@@ -111,10 +111,15 @@ TEST_F(HistogramFileTest, UnreadableOrEmptyStreamIsAReportedFailure) {
     HistogramFigures figures;
     figures.Max = 7;
     EXPECT_FALSE(MakeThHistogram(folder / "missing", Calibrated, figures, sink));
-    EXPECT_FALSE(MakeNeHistogram(Stream("one byte", {}), {0, 20000}, figures, sink));
-    ASSERT_EQ(sink.Messages.size(), 2u);
+    EXPECT_FALSE(MakeNeHistogram(Stream("empty", {}), {0, 20000}, figures, sink));
+    // A stream of 2^31 samples (sparse, so nothing is written) is more than a count can hold.
+    const fs::path huge = Stream("huge", {});
+    fs::resize_file(huge, std::uintmax_t{1} << 32);
+    EXPECT_FALSE(MakeThHistogram(huge, Calibrated, figures, sink));
+    ASSERT_EQ(sink.Messages.size(), 3u);
     EXPECT_EQ(sink.Messages[0].Text.rfind("Error(53)", 0), 0u);
     EXPECT_EQ(sink.Messages[1].Text.rfind("Error(11)", 0), 0u);
+    EXPECT_EQ(sink.Messages[2].Text.rfind("Error(6)", 0), 0u);
     EXPECT_EQ(figures.Max, 7); // left as it was
 }
 

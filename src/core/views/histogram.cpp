@@ -4,6 +4,7 @@
 #include "shell/rounding.h"
 
 #include <algorithm>
+#include <limits>
 #include <vector>
 
 namespace torvane::views {
@@ -16,6 +17,7 @@ constexpr std::int64_t BlockWords = 16384;
 // VB's error numbers, which the operator's message carries.
 constexpr int FileNotFoundError = 53;
 constexpr int DivisionByZeroError = 11;
+constexpr int OverflowError = 6;
 
 template <typename BarOf>
 bool MakeHistogram(const std::filesystem::path& file, BarOf barOf, HistogramFigures& figures,
@@ -29,6 +31,11 @@ bool MakeHistogram(const std::filesystem::path& file, BarOf barOf, HistogramFigu
     if (total == 0) {
         // Every share is a division by the number of samples.
         shell::ShowRunTimeError(sink, {DivisionByZeroError, "Division by zero"});
+        return false;
+    }
+    if (total > std::numeric_limits<std::int32_t>::max()) {
+        // Far beyond any run the logger holds; a bar's 32-bit count could not say it.
+        shell::ShowRunTimeError(sink, {OverflowError, "Overflow"});
         return false;
     }
     HistogramFigures made;
