@@ -107,6 +107,18 @@ int Detonation(const DetonationOptions& options);
 // A map as deto prints it: its totals as text, or the whole map as JSON.
 void PrintDetonation(const views::DetonationMapState& state, bool asJson);
 
+// The TH and Ne histograms of the run's main file, as the histogram window makes them; the Ne
+// range's texts are checked as the range dialog checks them.
+struct HistogramOptions {
+    std::filesystem::path Input;
+    std::optional<std::string> NeStart;
+    std::optional<std::string> NeEnd;
+    std::optional<std::filesystem::path> PngTh;
+    std::optional<std::filesystem::path> PngNe;
+    bool Json = false;
+};
+int Histogram(const HistogramOptions& options);
+
 // The logger commands: one short link each, through the same policy as the desktop's windows.
 // Messages go to stderr; questions are answered No (Cancel) unless Yes.
 enum class LoggerCommand { Status, List, Download, Clear, Setting, Send, Monitor, Dump, Service,

@@ -185,6 +185,18 @@ int main(int argc, char** argv) {
     detonationCommand->add_option("--png", detonation.Png, "Draw the map into this PNG file");
     detonationCommand->add_flag("--json", detonation.Json, "Print JSON");
 
+    HistogramOptions histogram;
+    std::vector<std::string> neRange;
+    auto* histogramCommand = app.add_subcommand(
+        "histogram",
+        "The TH and Ne histograms of a logging file, as the histogram window shows them");
+    histogramCommand->add_option("FILE", histogram.Input, "The logging file")->required();
+    histogramCommand->add_option("--ne", neRange, "START END: the engine-speed range, r/min")
+        ->expected(2);
+    histogramCommand->add_option("--png-th", histogram.PngTh, "Draw the TH view into this PNG");
+    histogramCommand->add_option("--png-ne", histogram.PngNe, "Draw the Ne view into this PNG");
+    histogramCommand->add_flag("--json", histogram.Json, "Print JSON");
+
     LoggerOptions loggerOptions;
     auto* loggerCommand = app.add_subcommand(
         "logger",
@@ -296,6 +308,13 @@ int main(int argc, char** argv) {
         }
         if (*detonationCommand) {
             return Detonation(detonation);
+        }
+        if (*histogramCommand) {
+            if (!neRange.empty()) {
+                histogram.NeStart = neRange[0];
+                histogram.NeEnd = neRange[1];
+            }
+            return Histogram(histogram);
         }
         if (*loggerCommand) {
             return Logger(loggerOptions);

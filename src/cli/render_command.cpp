@@ -3,6 +3,7 @@
 #include "cli/cli_support.h"
 #include "cli/commands.h"
 #include "cli/deployed_run.h"
+#include "cli/offscreen_gui.h"
 
 #include "binding/tlm_decompressor.h"
 #include "graph/time_axis.h"
@@ -12,10 +13,8 @@
 #include "render/graph_renderer.h"
 #include "shell/regular_file.h"
 
-#include <QGuiApplication>
 #include <QImage>
 
-#include <cstdlib>
 #include <iostream>
 
 namespace torvane::cli {
@@ -70,19 +69,7 @@ int Render(const RenderOptions& options) {
         state.Layers.Layer[static_cast<std::size_t>(layer)].TimeOffset = options.Offset;
     }
 
-    // Fonts and images need a Gui application, but never a screen.
-    if (std::getenv("QT_QPA_PLATFORM") == nullptr) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    // Qt asks for a private runtime folder, which a batch job outside a login session lacks;
-    // the run's own owner-only folder serves and spares the job a warning on every call.
-    if (std::getenv("XDG_RUNTIME_DIR") == nullptr) {
-        qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(folder.Layers().TempDir.string()));
-    }
-    int argc = 1;
-    char name[] = "torvane-cli";
-    char* argv[] = {name, nullptr};
-    const QGuiApplication application(argc, argv);
+    const OffscreenGui gui(folder.Layers().TempDir);
 
     const QSize size(options.Width, options.Height);
     state.BandColor = render::GraphRenderer::SurfaceBandColor();

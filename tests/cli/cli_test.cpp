@@ -130,7 +130,8 @@ TEST_F(CliTest, JsonOutputsHaveExactlyTheDocumentedKeys) {
     const std::vector<std::pair<std::string, std::vector<std::string>>> commands{
         {"info", {"info", run, "--json"}},
         {"values", {"values", run, "--at", "0,15.5,1000", "--json"}},
-        {"laps", {"laps", run, "--json"}}};
+        {"laps", {"laps", run, "--json"}},
+        {"histogram", {"histogram", run, "--json"}}};
     for (const auto& [command, args] : commands) {
         const auto result = Cli(args);
         ASSERT_EQ(result.Status, 0) << result.Err;
@@ -145,6 +146,39 @@ TEST_F(CliTest, JsonOutputsHaveExactlyTheDocumentedKeys) {
     laps.erase("best");
     EXPECT_EQ(Undocumented(DocumentedJson("laps"), laps),
               (std::vector<std::string>{"$: no key best", "$: key BestLap is not documented"}));
+}
+
+TEST_F(CliTest, HistogramOfBothViewsWithTheRangeDialogsRules) {
+    const std::string run = PackSmallRun();
+    auto result = Cli({"histogram", run, "--json"});
+    ASSERT_EQ(result.Status, 0) << result.Err;
+    json out = json::parse(result.Out);
+    // Every throttle sample at 50 %; engine speeds run 2.5 times from 2000 up to 9980 r/min.
+    EXPECT_EQ(out["total"], 400);
+    EXPECT_EQ(out["TH"]["counts"][10], 400);
+    EXPECT_EQ(out["TH"]["shares"][10], "100.00");
+    EXPECT_EQ(out["Ne"]["width"], 1000);
+    EXPECT_EQ(out["Ne"]["counts"][2], 150);
+    EXPECT_EQ(out["Ne"]["shares"][9], "10.00");
+    EXPECT_EQ(out["Ne"]["max"], 15);
+
+    result = Cli({"histogram", run, "--json", "--ne", "0", "20"});
+    ASSERT_EQ(result.Status, 0) << result.Err;
+    out = json::parse(result.Out);
+    EXPECT_EQ(out["Ne"]["width"], 1);
+    EXPECT_EQ(out["Ne"]["shares"][0], "0.00");
+
+    result = Cli({"histogram", run, "--ne", "100", "119"});
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_EQ(result.Err,
+              "Input it so that the difference in DataStart and DataEnd may be beyond 20. \n");
+    result = Cli({"histogram", run, "--ne", "x", "119"});
+    EXPECT_EQ(result.Err, "Inputted data are not correct.\n");
+
+    const std::string png = (folder / "ne.png").string();
+    result = Cli({"histogram", run, "--png-ne", png});
+    ASSERT_EQ(result.Status, 0) << result.Err;
+    EXPECT_EQ(ReadText(png).substr(1, 3), "PNG");
 }
 
 TEST_F(CliTest, RefusedFilesGiveTheMessageAndStatusOne) {

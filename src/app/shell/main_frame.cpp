@@ -13,6 +13,7 @@
 #include "shell/service_door.h"
 #include "shell/wait_cursor.h"
 #include "views/detonation_windows.h"
+#include "views/histogram_widget.h"
 
 #include <QAction>
 #include <QApplication>
@@ -197,6 +198,15 @@ void MainFrame::ToggleLapList() {
     lapList_->Toggle();
 }
 
+void MainFrame::OpenHistogram() {
+    GraphWindow* window = ActiveGraphWindow();
+    if (window == nullptr || !window->Menus().HistoEnabled ||
+        !load::CheckMemory(context_->Memory, context_->Sink)) {
+        return;
+    }
+    OpenHistogramWindow(views::HistogramRequestOf(window->State()), context_->Sink, this);
+}
+
 void MainFrame::ShowHelp() {
     auto* help = new HelpWindow(ManualPath(), this);
     help->show();
@@ -232,6 +242,7 @@ void MainFrame::Attach(GraphWindowContext& context) {
     Wire("mnuCloseLayer", &MainFrame::CloseLayer);
     Wire("mnuFileClose", &MainFrame::FileClose);
     Wire("mnuLap", &MainFrame::ToggleLapList);
+    Wire("mnuHisto", &MainFrame::OpenHistogram);
     Wire("mnuLaySave", &MainFrame::SaveLayout);
     Wire("mnuLayoutDef", &MainFrame::ApplyDefaultLayout);
     for (int index = 1; index <= graph::LayoutMenuCount; ++index) {

@@ -118,6 +118,7 @@ private:
     void KeepToolBoxPlace();
     void ToggleLapList();
     void ShowDetonation(int index);
+    void OpenHistogram();
 
     QMdiArea* area_;
     QHash<QString, QAction*> actions_;
