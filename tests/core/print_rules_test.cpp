@@ -29,6 +29,7 @@ TEST(PaperNames, NumbersMapToTheTableAndUnknownNumbersAreLeftOut) {
     EXPECT_EQ(list[1].Name, "Letter,8 1/2 x 11 ins.");
     EXPECT_EQ(list[2].Name, "User");
     EXPECT_EQ(list[3].Name, "A3,297 x 420 mm");
+    EXPECT_EQ(list[3].Reported, 5U);
 }
 
 TEST(PaperNames, ACommandLineNamesAPaperByItsShortOrWholeName) {

@@ -22,6 +22,10 @@ std::optional<std::filesystem::path> ChooseSaveFile(FileDialogContext& context, 
     return ChoosePath(context, owner, output::FileDialogMode::SaveLoggingFile);
 }
 
+std::optional<std::filesystem::path> ChoosePdfFile(FileDialogContext& context, QWidget* owner) {
+    return ChoosePath(context, owner, output::FileDialogMode::SavePdfFile);
+}
+
 std::optional<output::SaveChoice> ChooseSaveOrExport(FileDialogContext& context, QWidget* owner,
                                                      bool rangeMarked) {
     const output::FileDialogResult result = FileDialog::Run(

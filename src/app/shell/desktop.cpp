@@ -3,6 +3,7 @@
 #include "graph/file_choice.h"
 #include "load/link_command.h"
 #include "logger/download_dialog.h"
+#include "output/hard_copy.h"
 #include "shell/temp_files.h"
 
 #include <QApplication>
@@ -59,8 +60,16 @@ Desktop::Desktop(shell::AppPaths paths)
           .DownloadFromLogger =
               [this](QWidget* owner) {
                   return DownloadFromLogger(owner);
-              }} {
+              }}
+    , printing_{.Memory = printMemory_, .Sink = sink_, .ChoosePdfFile = [this](QWidget* owner) {
+                    return ChoosePdfFile(fileDialogs_, owner);
+                }} {
+    InstallPrintContext(&printing_);
     frame_.Attach(windows_);
+}
+
+Desktop::~Desktop() {
+    InstallPrintContext(nullptr);
 }
 
 std::optional<std::filesystem::path> Desktop::DownloadFromLogger(QWidget* owner) {

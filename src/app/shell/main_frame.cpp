@@ -7,6 +7,7 @@
 #include "load/link_command.h"
 #include "load/memory_check.h"
 #include "load/window_layout.h"
+#include "output/hard_copy.h"
 #include "shell/about_box.h"
 #include "shell/frame_menu.h"
 #include "shell/help_window.h"
@@ -232,6 +233,7 @@ void MainFrame::Attach(GraphWindowContext& context) {
     }
     RefreshLayoutMenu();
     Wire("mnuSave", &MainFrame::Save);
+    Wire("mnuPrint", &MainFrame::Print);
     for (int item = 0; item < ScrollItemCount; ++item) {
         const QString name = ScrollItemEntry(item);
         wired_.insert(name);
@@ -397,6 +399,27 @@ void MainFrame::Save() {
     }
 }
 
+void MainFrame::Print() {
+    GraphWindow* window = ActiveGraphWindow();
+    QMdiSubWindow* frame = area_->currentSubWindow();
+    if (window == nullptr || frame->isMinimized()) {
+        return;
+    }
+    // The toolbox leaves the picture whole (-1) when it is shown, and is hidden while the page
+    // is made; its entry stays checked.
+    const bool toolBoxShown = Action("mnuToolBox")->isChecked();
+    if (toolBoxShown && toolBox_ != nullptr) {
+        toolBox_->hide();
+    }
+    PrintWindow(*window, toolBoxShown ? -1 : 0);
+    if (toolBoxShown && toolBox_ != nullptr) {
+        toolBox_->show();
+    }
+    if (area_->subWindowList().contains(frame)) {
+        frame->setFocus();
+    }
+}
+
 void MainFrame::FileClose() {
     if (QMdiSubWindow* window = area_->currentSubWindow()) {
         window->close();
@@ -471,6 +494,7 @@ void MainFrame::ApplyWindowMenus() {
     const bool open = window != nullptr;
     SetEntry("mnuFileClose", open);
     SetEntry("mnuSave", open);
+    SetEntry("mnuPrint", open);
     SetEntry("mnuOpenLayer", open && menus.OpenLayerEnabled);
     SetEntry("mnuCloseLayer", open && menus.CloseLayerEnabled);
     SetEntry("mnuAlign", open && menus.AlignEnabled);

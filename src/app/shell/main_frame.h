@@ -90,6 +90,8 @@ private:
     void OpenLayer();
     void CloseLayer();
     void Save();
+    // mnuPrint: the active graph window as a hard copy, the toolbox out of the way meanwhile.
+    void Print();
     void FileClose();
     void SaveLayout();
     void ApplyStoredLayout(int index);

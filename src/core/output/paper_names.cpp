@@ -80,10 +80,10 @@ std::string_view PaperNameOf(int number) {
 
 std::vector<PaperEntry> PaperListOf(std::span<const int> numbers) {
     std::vector<PaperEntry> list;
-    for (const int number : numbers) {
-        const std::string_view name = PaperNameOf(number);
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+        const std::string_view name = PaperNameOf(numbers[i]);
         if (name != NoPaperName) {
-            list.push_back({number, std::string(name)});
+            list.push_back({numbers[i], std::string(name), i});
         }
     }
     return list;

@@ -23,6 +23,7 @@ std::string_view PaperNameOf(int number);
 struct PaperEntry {
     int Number = 0;
     std::string Name;
+    std::size_t Reported = 0; // where the printer's list had it
 };
 
 // The printer's papers in the printer's order, those named "Nothing" left out.
