@@ -9,6 +9,13 @@
 
 namespace torvane::render {
 
+QPageSize TablePaperSize(int number) {
+    // Qt knows no paper under Folio's number; its own Folio is another size.
+    constexpr int FolioNumber = 14;
+    return number == FolioNumber ? QPageSize(QSizeF(8.5, 13), QPageSize::Inch, "Folio")
+                                 : QPageSize(QPageSize::id(number));
+}
+
 void PaintCentred(QPainter& painter, const QImage& picture, double pictureDpi, int zoom) {
     const QPaintDevice& device = *painter.device();
     // The picture's size in the device's pixels at 100 %.

@@ -18,6 +18,10 @@ namespace torvane::render {
 // window's pixel is this large on paper at 100 %.
 inline constexpr double ScreenDpi = 96.0;
 
+// The paper of a number of the table (output/paper_names.h) as Qt knows it; not valid for a
+// number Qt has no paper for.
+QPageSize TablePaperSize(int number);
+
 // Paints the picture on the painter's page: `pictureDpi` says how large a pixel is on paper at
 // 100 %, and the picture stands centred, so that beyond the page's size the page shows its
 // centre.

@@ -2,6 +2,7 @@
 
 #include "output/paper_names.h"
 #include "output/print_geometry.h"
+#include "render/hard_copy_page.h"
 #include "shell/help_window.h"
 
 #include <QComboBox>
@@ -66,12 +67,8 @@ std::vector<NumberedSize> PaperSizesOf(const PrinterChoice& printer) {
         }
         return sizes;
     }
-    // Qt knows no paper under Folio's number; its own Folio is another size.
-    constexpr int FolioNumber = 14;
     for (const int number : output::TablePaperNumbers()) {
-        const QPageSize size = number == FolioNumber
-                                   ? QPageSize(QSizeF(8.5, 13), QPageSize::Inch, "Folio")
-                                   : QPageSize(QPageSize::id(number));
+        const QPageSize size = render::TablePaperSize(number);
         if (size.isValid()) {
             sizes.push_back({number, size});
         }
