@@ -11,8 +11,15 @@
 namespace torvane::app {
 
 std::filesystem::path ManualPath(std::string_view page) {
-    return std::filesystem::path(QCoreApplication::applicationDirPath().toStdString()) / "manual" /
-           page;
+    const std::filesystem::path programDir = QCoreApplication::applicationDirPath().toStdString();
+    const std::filesystem::path beside = programDir / "manual" / page;
+    // Installed, the manual stands in the shared data folder of the prefix.
+    const std::filesystem::path installed =
+        programDir.parent_path() / "share" / "torvane-studio" / "manual" / page;
+    std::error_code error;
+    return !std::filesystem::exists(beside, error) && std::filesystem::exists(installed, error)
+               ? installed
+               : beside;
 }
 
 void AnswerHelpKey(QWidget* dialog, std::string_view page) {

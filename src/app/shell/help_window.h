@@ -8,7 +8,8 @@
 
 namespace torvane::app {
 
-// A page of the manual beside the program (manual/index.html unless another is named).
+// A page of the manual (manual/index.html unless another is named): beside the program, or
+// where `cmake --install` puts it, share/torvane-studio/manual under the program's prefix.
 std::filesystem::path ManualPath(std::string_view page = "index.html");
 
 // F1 in the dialog or window opens the manual at its page, as a window of the dialog.
