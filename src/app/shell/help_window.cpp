@@ -3,6 +3,7 @@
 #include "shell/about_box.h"
 
 #include <QCoreApplication>
+#include <QDialog>
 #include <QShortcut>
 #include <QUrl>
 
@@ -22,12 +23,40 @@ std::filesystem::path ManualPath(std::string_view page) {
                : beside;
 }
 
+namespace {
+
+constexpr const char* HelpPageProperty = "torvaneHelpPage";
+
+} // namespace
+
+void SetHelpPage(QWidget* window, std::string_view page) {
+    window->setProperty(HelpPageProperty,
+                        QString::fromUtf8(page.data(), static_cast<qsizetype>(page.size())));
+}
+
 void AnswerHelpKey(QWidget* dialog, std::string_view page) {
+    SetHelpPage(dialog, page);
+    // Only a dialog is always a window of its own. Anything else may stand in the frame's window
+    // (a graph window is made before it is placed in the frame, and Qt counts tool windows into
+    // their owner's), where a second F1 shortcut would make both ambiguous.
+    if (qobject_cast<QDialog*>(dialog) == nullptr) {
+        return;
+    }
     // A window of the dialog: while the dialog runs modally, a window of anything else would
     // take no input.
     QObject::connect(
         new QShortcut(QKeySequence::HelpContents, dialog), &QShortcut::activated, dialog,
         [dialog, page = std::string(page)] { (new HelpWindow(ManualPath(page), dialog))->show(); });
+}
+
+std::string HelpPageOf(const QWidget* widget) {
+    for (; widget != nullptr; widget = widget->parentWidget()) {
+        const QVariant page = widget->property(HelpPageProperty);
+        if (page.isValid()) {
+            return page.toString().toStdString();
+        }
+    }
+    return "index.html";
 }
 
 HelpWindow::HelpWindow(const std::filesystem::path& manual, QWidget* parent)

@@ -25,6 +25,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QShortcut>
 
 #include <algorithm>
 
@@ -130,6 +131,12 @@ void MainFrame::WireHandlers() {
     Wire("mnuToolBox", &MainFrame::ToggleToolBox);
     Action("mnuToolBox")->setCheckable(true);
     Action("mnuHelpEx")->setShortcut(QKeySequence::HelpContents);
+    // The entry shows F1, but the key itself opens the page of the window in use, while the
+    // entry opens the contents.
+    Action("mnuHelpEx")->setShortcutContext(Qt::WidgetShortcut);
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this,
+            &MainFrame::AnswerHelp);
+    SetHelpPage(this, "frame.html");
 }
 
 void MainFrame::ToggleToolBox() {
@@ -200,6 +207,19 @@ void MainFrame::ToggleLapList() {
 void MainFrame::ShowHelp() {
     auto* help = new HelpWindow(ManualPath(), this);
     help->show();
+}
+
+void MainFrame::AnswerHelp() {
+    const QWidget* focus = QApplication::focusWidget();
+    if (focus == nullptr) {
+        focus = QApplication::activeWindow();
+    }
+    // The focus on the frame itself, or on a window's frame, stands for the current window.
+    if (focus == nullptr || focus == this || qobject_cast<const QMdiSubWindow*>(focus) ||
+        focus == area_) {
+        focus = area_->currentSubWindow() != nullptr ? area_->currentSubWindow()->widget() : this;
+    }
+    (new HelpWindow(ManualPath(HelpPageOf(focus)), this))->show();
 }
 
 void MainFrame::Wire(const char* name, void (MainFrame::*handler)()) {

@@ -85,6 +85,8 @@ private:
     void End();
     void ShowAbout();
     void ShowHelp();
+    // F1: the page of the window that holds the focus.
+    void AnswerHelp();
     void FileOpen();
     void OpenFromLogger();
     void OpenLayer();
