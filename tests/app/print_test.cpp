@@ -249,6 +249,18 @@ private slots:
         QCOMPARE(desk.Sink.Messages[0].Icon, shell::icons::Stop);
         QVERIFY(!fs::exists(desk.Home.Path() / "missing"));
 
+        // A printer that went away since the dialog listed it.
+        desk.Sink.Messages.clear();
+        const app::PrintJob gone{.Printer = {"Gone printer", false},
+                                 .PdfPath = {},
+                                 .PageSize = QPageSize(QPageSize::A4),
+                                 .Orientation = QPageLayout::Portrait,
+                                 .Copies = 1,
+                                 .Zoom = 100};
+        QVERIFY(!app::PrintPicture(app::CaptureWindow(*window, 0), 96, gone, desk.Sink));
+        QCOMPARE(desk.Sink.Messages.size(), std::size_t{1});
+        QVERIFY(desk.Sink.Messages[0].Text.starts_with("Error(482)"));
+
         desk.Frame.Area()->currentSubWindow()->showMinimized();
         bool opened = false;
         QTimer::singleShot(0, [&] {
@@ -260,6 +272,24 @@ private slots:
         desk.Frame.Action("mnuPrint")->trigger();
         QApplication::processEvents();
         QVERIFY(!opened);
+
+        // The window goes while its print dialog is open: told, nothing printed, no crash.
+        desk.Frame.Area()->currentSubWindow()->showNormal();
+        desk.Sink.Messages.clear();
+        printing.Path = desk.Home.Path() / "closed.pdf";
+        testing::WhenModalOpens([&desk](QWidget* dialog) {
+            QPointer<QWidget> open(dialog);
+            desk.Frame.Area()->currentSubWindow()->close();
+            QTimer::singleShot(50, [open] {
+                if (!open.isNull()) {
+                    Control<QPushButton>(*open, "cmdPrint")->click();
+                }
+            });
+        });
+        desk.Frame.Action("mnuPrint")->trigger();
+        QCOMPARE(desk.Sink.Messages.size(), std::size_t{1});
+        QVERIFY(desk.Sink.Messages[0].Text.starts_with("Error(5)"));
+        QVERIFY(!fs::exists(*printing.Path));
     }
 };
 

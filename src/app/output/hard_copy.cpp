@@ -89,12 +89,13 @@ bool PrintPicture(const QImage& picture, double pictureDpi, const PrintJob& job,
 bool HardCopy(QWidget& form, int mode, PrintContext& context) {
     QPointer<QWidget> window(&form);
     const std::optional<PrintJob> job = PrintDialog::Run(context, &form);
+    // Something run while the dialog was open may have closed the window: gone, or hidden until
+    // it goes.
+    if (window.isNull() || !window->isVisible()) {
+        return Fail(context.Sink, ProcedureError, "The window closed before it was printed.");
+    }
     if (!job) {
         return false;
-    }
-    // Something run while the dialog was open may have closed the window.
-    if (window.isNull()) {
-        return Fail(context.Sink, ProcedureError, "The window closed before it was printed.");
     }
     const WaitCursor hourglass;
     const QImage picture = CaptureWindow(form, mode);

@@ -11,6 +11,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QPushButton>
@@ -145,9 +146,15 @@ PrintDialog::PrintDialog(PrintContext& context, QWidget* owner)
 }
 
 std::optional<PrintJob> PrintDialog::Run(PrintContext& context, QWidget* owner) {
-    PrintDialog dialog(context, owner);
-    dialog.exec();
-    return dialog.Job();
+    // On the heap: the owner, and the dialog with it, may go while the dialog is open.
+    QPointer<PrintDialog> dialog = new PrintDialog(context, owner);
+    dialog->exec();
+    if (dialog.isNull()) {
+        return std::nullopt;
+    }
+    std::optional<PrintJob> job = dialog->Job();
+    delete dialog;
+    return job;
 }
 
 void PrintDialog::BuildControls() {
