@@ -1,5 +1,5 @@
 // F1 opens the manual at the page of the window in use: a graph window, the toolbox, the frame
-// with no window, and a dialog of its own; the Help entry opens the contents.
+// with no window, and a window of its own; the Help entry opens the contents.
 
 #include "graph_desk.h"
 #include "shell/help_window.h"
@@ -52,6 +52,14 @@ private slots:
         auto* toolBox = desk.Frame.findChild<app::ToolBox*>();
         QCOMPARE(app::HelpPageOf(toolBox), std::string("toolbox.html"));
         QCOMPARE(app::HelpPageOf(nullptr), std::string("index.html"));
+
+        // A window of its own outside the frame answers F1 itself.
+        QWidget own;
+        app::AnswerHelpKey(&own, "monitor.html");
+        own.show();
+        QVERIFY(QTest::qWaitForWindowActive(&own));
+        QTest::keyClick(&own, Qt::Key_F1);
+        QCOMPARE(NewestHelpPage(own), QString("monitor.html"));
     }
 };
 

@@ -3,7 +3,7 @@
 #include "shell/about_box.h"
 
 #include <QCoreApplication>
-#include <QDialog>
+#include <QEvent>
 #include <QShortcut>
 #include <QUrl>
 
@@ -27,6 +27,35 @@ namespace {
 
 constexpr const char* HelpPageProperty = "torvaneHelpPage";
 
+// Keeps a window's F1 on while the window is one of its own. Placed in the frame's window (a
+// graph window is made before it goes into the frame), or a tool window, which Qt counts into
+// its owner's, it is off: a second F1 there would make both ambiguous, and the frame's F1 opens
+// the page instead.
+class OwnWindowKey : public QObject {
+public:
+    OwnWindowKey(QWidget& window, QShortcut& key)
+        : QObject(&window)
+        , window_(window)
+        , key_(key) {
+        window.installEventFilter(this);
+        Follow();
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::ParentChange) {
+            Follow();
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    void Follow() { key_.setEnabled(window_.isWindow() && window_.windowType() != Qt::Tool); }
+
+    QWidget& window_;
+    QShortcut& key_;
+};
+
 } // namespace
 
 void SetHelpPage(QWidget* window, std::string_view page) {
@@ -36,17 +65,13 @@ void SetHelpPage(QWidget* window, std::string_view page) {
 
 void AnswerHelpKey(QWidget* dialog, std::string_view page) {
     SetHelpPage(dialog, page);
-    // Only a dialog is always a window of its own. Anything else may stand in the frame's window
-    // (a graph window is made before it is placed in the frame, and Qt counts tool windows into
-    // their owner's), where a second F1 shortcut would make both ambiguous.
-    if (qobject_cast<QDialog*>(dialog) == nullptr) {
-        return;
-    }
     // A window of the dialog: while the dialog runs modally, a window of anything else would
     // take no input.
-    QObject::connect(
-        new QShortcut(QKeySequence::HelpContents, dialog), &QShortcut::activated, dialog,
-        [dialog, page = std::string(page)] { (new HelpWindow(ManualPath(page), dialog))->show(); });
+    auto* shortcut = new QShortcut(QKeySequence::HelpContents, dialog);
+    QObject::connect(shortcut, &QShortcut::activated, dialog, [dialog, page = std::string(page)] {
+        (new HelpWindow(ManualPath(page), dialog))->show();
+    });
+    new OwnWindowKey(*dialog, *shortcut);
 }
 
 std::string HelpPageOf(const QWidget* widget) {

@@ -13,9 +13,9 @@ namespace torvane::app {
 // where `cmake --install` puts it, share/torvane-studio/manual under the program's prefix.
 std::filesystem::path ManualPath(std::string_view page = "index.html");
 
-// F1 in the dialog opens the manual at its page, as a window of the dialog. Any other window (a
-// graph window inside the frame, a tool window of it such as the toolbox or the lap list) only
-// names its page: the frame's F1 opens the page of the window that holds the focus
+// F1 in the dialog or window opens the manual at its page, as a window of the dialog. Inside
+// the frame (a graph window) or as a tool window of it (the toolbox, the lap list) the window
+// only names its page: the frame's F1 opens the page of the window that holds the focus
 // (HelpPageOf).
 void AnswerHelpKey(QWidget* dialog, std::string_view page = "index.html");
 
