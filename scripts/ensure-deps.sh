@@ -8,8 +8,10 @@ BUILD_PACKAGES=(cmake ninja-build g++ pkg-config libzstd-dev zlib1g-dev libcli11
 # A virtual screen, for looking at the desktop where there is no display.
 SCREEN_PACKAGES=(xvfb xauth)
 # clang-format is the house style's judge: test.sh fails on a file it would write otherwise.
-# dbus-daemon: a private session bus for the keep-awake test.
-TEST_PACKAGES=(googletest libgtest-dev libgmock-dev libbenchmark-dev clang-format dbus-daemon)
+# dbus-daemon: a private session bus for the keep-awake test. poppler-utils: pdftoppm renders
+# a printed page for the print test.
+TEST_PACKAGES=(googletest libgtest-dev libgmock-dev libbenchmark-dev clang-format dbus-daemon
+               poppler-utils)
 FUZZ_PACKAGES=(clang-14 libclang-rt-14-dev)
 
 missing_packages() {

@@ -80,6 +80,12 @@ struct RenderOptions {
     std::optional<int> PixelsPerStep;
     std::optional<int> MsPerStep;
     std::optional<std::filesystem::path> Layout;
+    // Up to two further runs laid over the first as layers 1 and 2.
+    std::vector<std::filesystem::path> Layers;
+    // An OUT ending in ".pdf" is a printed page: the picture centred at the zoom on the paper.
+    int Zoom = 100;
+    std::string Paper = "A4";
+    bool Landscape = false;
 };
 int Render(const RenderOptions& options);
 

@@ -3,6 +3,7 @@
 #include "cli/cli_support.h"
 #include "cli/commands.h"
 #include "cli/deployed_run.h"
+#include "cli/offscreen_gui.h"
 
 #include "load/link_command.h"
 #include "logdata/channels.h"
@@ -10,7 +11,6 @@
 #include "views/detonation_layer.h"
 #include "views/detonation_map.h"
 
-#include <QGuiApplication>
 #include <QImage>
 
 #include <cstdlib>
@@ -79,17 +79,7 @@ std::optional<views::DetonationMapState> MapOfRun(const std::filesystem::path& i
 
 bool WritePng(const views::DetonationMapState& state, const std::filesystem::path& output,
               const std::filesystem::path& runtimeFolder) {
-    // Fonts and images need a Gui application, but never a screen.
-    if (std::getenv("QT_QPA_PLATFORM") == nullptr) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    }
-    if (std::getenv("XDG_RUNTIME_DIR") == nullptr) {
-        qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(runtimeFolder.string()));
-    }
-    int argc = 1;
-    char name[] = "torvane-cli";
-    char* argv[] = {name, nullptr};
-    const QGuiApplication application(argc, argv);
+    const OffscreenGui gui(runtimeFolder);
     return render::DetonationPictureWithTexts(state).save(QString::fromStdString(output.string()),
                                                           "PNG");
 }

@@ -147,9 +147,11 @@ int main(int argc, char** argv) {
     RenderOptions renderOptions;
     std::string renderSize;
     auto* renderCommand = app.add_subcommand(
-        "render", "Draw the graph of a window showing the run into a PNG file, without a screen");
+        "render", "Draw the graph of a window showing the run into a PNG file, or print it on a "
+                  "PDF page, without a screen");
     renderCommand->add_option("FILE", renderOptions.Input, "The logging file")->required();
-    renderCommand->add_option("OUT", renderOptions.Output, "The PNG file to write")->required();
+    renderCommand->add_option("OUT", renderOptions.Output, "The PNG or PDF (*.pdf) file to write")
+        ->required();
     renderCommand->add_option("--size", renderSize, "Size of the graph, WxH (default 1024x600)");
     renderCommand->add_option("--offset", renderOptions.Offset, "Time at the left edge, ms");
     renderCommand
@@ -160,6 +162,16 @@ int main(int argc, char** argv) {
         ->check(CLI::PositiveNumber);
     renderCommand->add_option("--layout", renderOptions.Layout,
                               "LAYOUT.DAT whose record 0 is the display");
+    renderCommand->add_option("--layer", renderOptions.Layers,
+                              "A further logging file laid over the first (at most two)");
+    renderCommand->add_option("--zoom", renderOptions.Zoom, "PDF: zoom in percent, 50 to 200")
+        ->check(CLI::Range(50, 200))
+        ->capture_default_str();
+    renderCommand
+        ->add_option("--paper", renderOptions.Paper,
+                     "PDF: paper, by its name in the print dialog or the part before the comma")
+        ->capture_default_str();
+    renderCommand->add_flag("--landscape", renderOptions.Landscape, "PDF: landscape page");
 
     FormulaOptions formula;
     auto* formulaCommand = app.add_subcommand(

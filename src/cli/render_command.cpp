@@ -4,11 +4,13 @@
 #include "cli/commands.h"
 #include "cli/deployed_run.h"
 #include "cli/offscreen_gui.h"
+#include "cli/render_page.h"
 
 #include "binding/tlm_decompressor.h"
 #include "graph/time_axis.h"
 #include "layout/default_layout.h"
 #include "layout/layout_file.h"
+#include "load/layer_commands.h"
 #include "load/load_logging_file.h"
 #include "render/graph_renderer.h"
 #include "shell/regular_file.h"
@@ -40,6 +42,9 @@ int Render(const RenderOptions& options) {
     if (options.Width <= graph::GraphLeft || options.Height <= graph::TimeBandHeight) {
         return Fail("--size must be wider than 100 and higher than 20 pixels");
     }
+    if (const std::string refused = CheckLayersAndPage(options); !refused.empty()) {
+        return Fail(refused);
+    }
     graph::DisplaySet display = layout::DefaultLayout();
     if (options.Layout) {
         const auto record = ReadLayoutRecordZero(*options.Layout);
@@ -60,6 +65,11 @@ int Render(const RenderOptions& options) {
     if (!load::LoadLoggingFile(state, options.Input, display, decompressor, sink, view)) {
         return 1;
     }
+    for (const std::filesystem::path& layer : options.Layers) {
+        if (!load::OpenLayer(state, layer, decompressor, sink, view)) {
+            return 1;
+        }
+    }
     if (options.PixelsPerStep || options.MsPerStep) {
         state.Time.PixelsPerStep = static_cast<std::int16_t>(options.PixelsPerStep.value_or(1));
         state.Time.MsPerStep = options.MsPerStep.value_or(graph::BaseStepMs);
@@ -79,6 +89,9 @@ int Render(const RenderOptions& options) {
         return Fail("cannot read the stream " + renderer.FailedStream().string());
     }
     const QImage picture = renderer.Picture().copy(QRect(QPoint(0, 0), size));
+    if (IsPdfOutput(options.Output)) {
+        return WritePdfOutput(options, picture);
+    }
     if (!picture.save(QString::fromStdString(options.Output.string()), "PNG")) {
         return Fail("cannot write " + options.Output.string());
     }

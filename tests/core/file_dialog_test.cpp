@@ -84,6 +84,15 @@ TEST_F(PressOkTest, ExistingFileIsOverwrittenOnlyAfterYesInTheModesThatAsk) {
                      .Cancel);
     EXPECT_EQ(sink.Messages.size(), 2u); // special data overwrites without asking
     EXPECT_EQ(memory.LastFileName, "abc.csv");
+
+    // A printed page asks before it replaces a file, and its name is offered to no later save.
+    WriteText(folder / "page.pdf", "old");
+    const FileDialogResult page =
+        PressOk(Press(FileDialogMode::SavePdfFile, "page", TypesOf(FileDialogMode::SavePdfFile)[0]),
+                memory, sink);
+    EXPECT_EQ(page.Filepath, folder / "page.pdf");
+    EXPECT_EQ(sink.Messages.size(), 3u);
+    EXPECT_EQ(memory.LastFileName, "abc.csv");
 }
 
 TEST_F(PressOkTest, LoadTakesAMissingFileAndAnEmptyNameFallsBackToTheSelection) {

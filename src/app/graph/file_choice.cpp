@@ -32,6 +32,10 @@ std::optional<std::filesystem::path> ChooseDetonationSave(FileDialogContext& con
     return ChoosePath(context, owner, output::FileDialogMode::SaveDetonationFile);
 }
 
+std::optional<std::filesystem::path> ChoosePdfFile(FileDialogContext& context, QWidget* owner) {
+    return ChoosePath(context, owner, output::FileDialogMode::SavePdfFile);
+}
+
 std::optional<output::SaveChoice> ChooseSaveOrExport(FileDialogContext& context, QWidget* owner,
                                                      bool rangeMarked) {
     const output::FileDialogResult result = FileDialog::Run(

@@ -22,6 +22,8 @@ std::optional<std::filesystem::path> ChooseDetonationFile(FileDialogContext& con
                                                           QWidget* owner);
 std::optional<std::filesystem::path> ChooseDetonationSave(FileDialogContext& context,
                                                           QWidget* owner);
+// Where a printed page goes as a PDF file; nothing when the operator cancels.
+std::optional<std::filesystem::path> ChoosePdfFile(FileDialogContext& context, QWidget* owner);
 // Where to save the main file, or a CSV file to export it to, with the export's options;
 // `rangeMarked` offers the export of the marked range only.
 std::optional<output::SaveChoice> ChooseSaveOrExport(FileDialogContext& context, QWidget* owner,

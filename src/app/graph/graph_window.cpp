@@ -22,6 +22,7 @@
 #include "load/save_file.h"
 #include "load/window_close.h"
 #include "load/window_layout.h"
+#include "shell/help_window.h"
 #include "shell/wait_cursor.h"
 
 #include <QCloseEvent>
@@ -57,6 +58,7 @@ GraphWindow::GraphWindow(GraphWindowContext& context, int number, QWidget* paren
     , tools_(new GraphTools(state_, context, {*graph_, *strip_, *moveLeft_, *moveRight_, *this},
                             this)) {
     setObjectName("frmTLM0100");
+    AnswerHelpKey(this, "graph.html");
     graph::NumberWindow(state_, number, context.TempDir);
 
     title_->setObjectName("lblTm");

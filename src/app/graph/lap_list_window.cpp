@@ -3,6 +3,7 @@
 #include "graph/graph_window.h"
 #include "graph/item_panel.h"
 #include "graph/panel_controls.h"
+#include "shell/help_window.h"
 #include "shell/tool_box.h"
 
 #include <QAction>
@@ -31,6 +32,7 @@ LapListWindow::LapListWindow(QWidget* owner)
     , time_(new QLabel("999h99m99s999", this))
     , grid_(new QTableWidget(0, 2, this)) {
     setObjectName("frmTLM0090");
+    AnswerHelpKey(this, "laps.html");
     setAttribute(Qt::WA_DeleteOnClose);
     // The operator goes on working in the graph window: showing the list leaves it active.
     setAttribute(Qt::WA_ShowWithoutActivating);

@@ -64,7 +64,7 @@ LayoutSaveDialog::LayoutSaveDialog(layout::LayoutStore& store, shell::MessageSin
     grid->addLayout(buttons, 0, 1, 2, 1);
     list_->setMinimumHeight(list_->fontMetrics().height() * 11);
     name_->setMinimumWidth(name_->fontMetrics().horizontalAdvance('W') * 16);
-    AnswerHelpKey(this);
+    AnswerHelpKey(this, "layout-save.html");
     Fill();
 }
 

@@ -1,6 +1,7 @@
 #include "logger/download_dialog.h"
 
 #include "logger/clear_logger.h"
+#include "shell/help_window.h"
 #include "shell/sleep_inhibitor.h"
 #include "shell/step_timer.h"
 
@@ -84,6 +85,7 @@ DownloadDialog::DownloadDialog(logger::Driver& driver, shell::MessageSink& sink,
     , request_(std::move(request))
     , steps_(new StepTimer(this)) {
     setObjectName("frmTLM0015");
+    AnswerHelpKey(this, "download.html");
     setWindowTitle("LoggerData");
     BuildControls();
     connect(steps_, &StepTimer::Finished, this, &DownloadDialog::DownloadEnded);

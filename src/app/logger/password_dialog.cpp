@@ -38,7 +38,7 @@ PasswordDialog::PasswordDialog(QWidget* owner)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(password_);
     layout->addLayout(buttons);
-    AnswerHelpKey(this);
+    AnswerHelpKey(this, "password.html");
     setFixedSize(sizeHint().expandedTo(QSize(280, 0)));
 }
 

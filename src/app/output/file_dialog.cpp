@@ -163,7 +163,7 @@ void FileDialog::BuildControls() {
     csv->addWidget(chkCsv1_);
     csv->addStretch();
 
-    AnswerHelpKey(this);
+    AnswerHelpKey(this, "file-dialog.html");
 
     auto* place = new QHBoxLayout;
     place->addWidget(imcDrv_);

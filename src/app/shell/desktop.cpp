@@ -6,6 +6,7 @@
 #include "logger/monitor_window.h"
 #include "logger/service_window.h"
 #include "logger/setting_window.h"
+#include "output/hard_copy.h"
 #include "shell/temp_files.h"
 
 #include <QApplication>
@@ -79,9 +80,17 @@ Desktop::Desktop(shell::AppPaths paths)
                   .ChooseDetonationSave =
                       [this](QWidget* owner) {
                           return ChooseDetonationSave(fileDialogs_, owner);
-                      }} {
+                      }}
+    , printing_{.Memory = printMemory_, .Sink = sink_, .ChoosePdfFile = [this](QWidget* owner) {
+                    return ChoosePdfFile(fileDialogs_, owner);
+                }} {
+    InstallPrintContext(&printing_);
     frame_.Attach(windows_);
     frame_.AttachDetonation(detonation_);
+}
+
+Desktop::~Desktop() {
+    InstallPrintContext(nullptr);
 }
 
 std::optional<std::filesystem::path> Desktop::DownloadFromLogger(QWidget* owner) {

@@ -9,6 +9,7 @@
 #include "load/memory_check.h"
 #include "logger/laf_table.h"
 #include "output/file_dialog.h"
+#include "output/print_dialog.h"
 #include "shell/app_paths.h"
 #include "shell/main_frame.h"
 #include "shell/message_box_sink.h"
@@ -36,6 +37,9 @@ class Desktop : public QObject {
     Q_OBJECT
 public:
     explicit Desktop(shell::AppPaths paths);
+    ~Desktop() override;
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
 
     // Empties the temporary folder, loads the layouts and the air/fuel table, shows the frame
     // and acts on the command line.
@@ -72,6 +76,8 @@ private:
     FileDialogContext fileDialogs_;
     GraphWindowContext windows_;
     DetonationContext detonation_;
+    output::PrintDialogMemory printMemory_; // the print dialog's values for its next opening
+    PrintContext printing_;
 };
 
 } // namespace torvane::app

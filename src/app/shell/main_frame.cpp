@@ -7,6 +7,7 @@
 #include "load/link_command.h"
 #include "load/memory_check.h"
 #include "load/window_layout.h"
+#include "output/hard_copy.h"
 #include "shell/about_box.h"
 #include "shell/frame_menu.h"
 #include "shell/help_window.h"
@@ -26,6 +27,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QShortcut>
 
 #include <algorithm>
 
@@ -131,6 +133,12 @@ void MainFrame::WireHandlers() {
     Wire("mnuToolBox", &MainFrame::ToggleToolBox);
     Action("mnuToolBox")->setCheckable(true);
     Action("mnuHelpEx")->setShortcut(QKeySequence::HelpContents);
+    // The entry shows F1, but the key itself opens the page of the window in use, while the
+    // entry opens the contents.
+    Action("mnuHelpEx")->setShortcutContext(Qt::WidgetShortcut);
+    connect(new QShortcut(QKeySequence::HelpContents, this), &QShortcut::activated, this,
+            &MainFrame::AnswerHelp);
+    SetHelpPage(this, "frame.html");
 }
 
 void MainFrame::ToggleToolBox() {
@@ -212,6 +220,19 @@ void MainFrame::ShowHelp() {
     help->show();
 }
 
+void MainFrame::AnswerHelp() {
+    const QWidget* focus = QApplication::focusWidget();
+    if (focus == nullptr) {
+        focus = QApplication::activeWindow();
+    }
+    // The focus on the frame itself, or on a window's frame, stands for the current window.
+    if (focus == nullptr || focus == this || qobject_cast<const QMdiSubWindow*>(focus) ||
+        focus == area_) {
+        focus = area_->currentSubWindow() != nullptr ? area_->currentSubWindow()->widget() : this;
+    }
+    (new HelpWindow(ManualPath(HelpPageOf(focus)), this))->show();
+}
+
 void MainFrame::Wire(const char* name, void (MainFrame::*handler)()) {
     QAction* action = Action(name);
     wired_.insert(name);
@@ -268,6 +289,7 @@ void MainFrame::Attach(GraphWindowContext& context) {
             }
         });
     }
+    Wire("mnuPrint", &MainFrame::Print);
     for (int item = 0; item < ScrollItemCount; ++item) {
         const QString name = ScrollItemEntry(item);
         wired_.insert(name);
@@ -505,6 +527,27 @@ void MainFrame::FunctionCalculation() {
     }
 }
 
+void MainFrame::Print() {
+    GraphWindow* window = ActiveGraphWindow();
+    QMdiSubWindow* frame = area_->currentSubWindow();
+    if (window == nullptr || frame->isMinimized()) {
+        return;
+    }
+    // The toolbox leaves the picture whole (-1) when it is shown, and is hidden while the page
+    // is made; its entry stays checked.
+    const bool toolBoxShown = Action("mnuToolBox")->isChecked();
+    if (toolBoxShown && toolBox_ != nullptr) {
+        toolBox_->hide();
+    }
+    PrintWindow(*window, toolBoxShown ? -1 : 0);
+    if (toolBoxShown && toolBox_ != nullptr) {
+        toolBox_->show();
+    }
+    if (area_->subWindowList().contains(frame)) {
+        frame->setFocus();
+    }
+}
+
 void MainFrame::FileClose() {
     if (QMdiSubWindow* window = area_->currentSubWindow()) {
         window->close();
@@ -579,6 +622,7 @@ void MainFrame::ApplyWindowMenus() {
     const bool open = window != nullptr;
     SetEntry("mnuFileClose", open);
     SetEntry("mnuSave", open);
+    SetEntry("mnuPrint", open);
     SetEntry("mnuOpenLayer", open && menus.OpenLayerEnabled);
     SetEntry("mnuCloseLayer", open && menus.CloseLayerEnabled);
     SetEntry("mnuAlign", open && menus.AlignEnabled);

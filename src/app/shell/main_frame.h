@@ -95,6 +95,8 @@ private:
     void End();
     void ShowAbout();
     void ShowHelp();
+    // F1: the page of the window that holds the focus.
+    void AnswerHelp();
     void FileOpen();
     void OpenFromLogger();
     void ShowSettingWindow();
@@ -102,6 +104,8 @@ private:
     void OpenLayer();
     void CloseLayer();
     void Save();
+    // mnuPrint: the active graph window as a hard copy, the toolbox out of the way meanwhile.
+    void Print();
     void FileClose();
     void SaveLayout();
     void FunctionCalculation();

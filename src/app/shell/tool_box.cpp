@@ -1,5 +1,7 @@
 #include "shell/tool_box.h"
 
+#include "shell/help_window.h"
+
 #include <QButtonGroup>
 #include <QFrame>
 #include <QGridLayout>
@@ -27,6 +29,7 @@ ToolBox::ToolBox(ToolSettings& settings, QWidget* owner)
     : QWidget(owner, Qt::Tool)
     , settings_(settings) {
     setObjectName("frmTLM0016");
+    AnswerHelpKey(this, "toolbox.html");
     setAttribute(Qt::WA_DeleteOnClose);
     auto* layout = new QGridLayout(this);
     layout->setContentsMargins(3, 3, 3, 3);

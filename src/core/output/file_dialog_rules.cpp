@@ -12,6 +12,7 @@ constexpr std::array<std::string_view, 2> SaveLoggingTypes{LoggingFiles, CsvFile
 constexpr std::array<std::string_view, 1> DetonationTypes{"Deto Map Files (*.dto)"};
 constexpr std::array<std::string_view, 1> SpecialDataTypes{"Special Data Files (*.spd)"};
 constexpr std::array<std::string_view, 1> ErrorCodeTypes{"Error Code Files (*.err)"};
+constexpr std::array<std::string_view, 1> PdfTypes{"Pdf Files (*.pdf)"};
 
 constexpr std::string_view DroppedNameKeys = "\\/.:;<>|\"?!*";
 constexpr std::string_view Blanks = " \t";
@@ -34,8 +35,12 @@ std::string UpperAscii(std::string_view text) {
     return upper;
 }
 
-bool AsksBeforeOverwrite(FileDialogMode mode) {
+bool RemembersName(FileDialogMode mode) {
     return mode == FileDialogMode::SaveLoggingFile || mode == FileDialogMode::SaveDetonationFile;
+}
+
+bool AsksBeforeOverwrite(FileDialogMode mode) {
+    return RemembersName(mode) || mode == FileDialogMode::SavePdfFile;
 }
 
 } // namespace
@@ -54,6 +59,8 @@ std::string_view CaptionOf(FileDialogMode mode) {
         return "Save Special Data";
     case FileDialogMode::SaveErrorCode:
         return "Save Error Code";
+    case FileDialogMode::SavePdfFile:
+        return "Save PDF File";
     }
     return {};
 }
@@ -71,6 +78,8 @@ std::span<const std::string_view> TypesOf(FileDialogMode mode) {
         return SpecialDataTypes;
     case FileDialogMode::SaveErrorCode:
         return ErrorCodeTypes;
+    case FileDialogMode::SavePdfFile:
+        return PdfTypes;
     }
     return {};
 }
@@ -139,8 +148,6 @@ FileDialogResult PressOk(const OkPress& press, FileDialogMemory& memory, shell::
     const std::string fileName = CompleteFileName(name, press.Type);
     memory.LastFolder = press.Folder;
     const std::filesystem::path path = press.Folder / fileName;
-    // Only the two saves that ask remember the name: a load's name offered to the next save
-    // would have one OK overwrite the file just opened.
     if (AsksBeforeOverwrite(press.Mode)) {
         std::error_code error;
         if (std::filesystem::exists(path, error) &&
@@ -148,6 +155,11 @@ FileDialogResult PressOk(const OkPress& press, FileDialogMemory& memory, shell::
                                shell::icons::Information) != shell::answers::Yes) {
             return {};
         }
+    }
+    // Only the two saves of the program's own files remember the name: a load's name offered to
+    // the next save would have one OK overwrite the file just opened, and a printed page's
+    // name is no name for a run or a map.
+    if (RemembersName(press.Mode)) {
         memory.LastFileName = fileName;
     }
     return {.Cancel = false,

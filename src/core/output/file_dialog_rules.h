@@ -19,6 +19,7 @@ enum class FileDialogMode {
     SaveDetonationFile = 4,
     SaveSpecialData = 5,
     SaveErrorCode = 6,
+    SavePdfFile = 7, // the "PDF file" printer of the print dialog
 };
 
 struct FileDialogRequest {
