@@ -15,8 +15,10 @@
 #include <QGuiApplication>
 #include <QImage>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <limits>
 
 namespace torvane::cli {
 namespace {
@@ -48,6 +50,10 @@ int Render(const RenderOptions& options) {
             return Fail("cannot read a layout record from " + options.Layout->string());
         }
         display = *record;
+        // The layout store keeps any time scale without a zero; a negative one has no picture.
+        if (display.Time.PixelsPerStep < 0 || display.Time.MsPerStep < 0) {
+            return Fail("the time scale of " + options.Layout->string() + " cannot be drawn");
+        }
     }
 
     StderrSink sink;
@@ -62,10 +68,15 @@ int Render(const RenderOptions& options) {
         return 1;
     }
     if (options.PixelsPerStep || options.MsPerStep) {
+        // main.cpp has held both to the layout file's ranges; the grid's ms are capped there too.
         state.Time.PixelsPerStep = static_cast<std::int16_t>(options.PixelsPerStep.value_or(1));
         state.Time.MsPerStep = options.MsPerStep.value_or(graph::BaseStepMs);
-        state.Time.MsPerGrid = graph::GridColumns / state.Time.PixelsPerStep * state.Time.MsPerStep;
+        const std::int64_t msPerGrid =
+            std::int64_t{graph::GridColumns} / state.Time.PixelsPerStep * state.Time.MsPerStep;
+        state.Time.MsPerGrid = static_cast<std::int32_t>(
+            std::min<std::int64_t>(msPerGrid, std::numeric_limits<std::int32_t>::max()));
     }
+
     for (int layer = 0; layer <= state.LastLayer; ++layer) {
         state.Layers.Layer[static_cast<std::size_t>(layer)].TimeOffset = options.Offset;
     }
@@ -87,11 +98,16 @@ int Render(const RenderOptions& options) {
     const QSize size(options.Width, options.Height);
     state.BandColor = render::GraphRenderer::SurfaceBandColor();
     render::GraphRenderer renderer(state, environment.Laf, size);
+    if (!renderer.HasSurfaces()) {
+        return Fail("not enough memory for a picture of " + std::to_string(size.width()) + "x" +
+                    std::to_string(size.height()));
+    }
     renderer.DrawScaleColumn();
     if (!renderer.RedrawGraph(render::RedrawMode::Rebuild)) {
         return Fail("cannot read the stream " + renderer.FailedStream().string());
     }
-    const QImage picture = renderer.Picture().copy(QRect(QPoint(0, 0), size));
+    // The surfaces are made at the picture's size; a copy would only cost memory and time.
+    const QImage& picture = renderer.Picture();
     if (!picture.save(QString::fromStdString(options.Output.string()), "PNG")) {
         return Fail("cannot write " + options.Output.string());
     }

@@ -74,6 +74,7 @@ TEST(CommonHelpers, LeastCommonMultipleAlignsIntervalsAndDigitKeyFilters) {
     EXPECT_EQ(LeastCommonMultiple(300, 25), 300);
     EXPECT_EQ(LeastCommonMultiple(5, 5), 5);
     EXPECT_EQ(LeastCommonMultiple(0, 10), 0);
+    EXPECT_EQ(LeastCommonMultiple(2147483647, 10), 21474836470); // past 32 bits
 
     // DigitKey keeps digits and backspace only.
     for (const auto& [key, kept] : std::initializer_list<std::pair<int, int>>{
