@@ -146,18 +146,31 @@ TEST_F(HostileCliTest, APictureThatCannotBeAllocatedIsRefused) {
     EXPECT_FALSE(std::filesystem::exists(out));
 }
 
-TEST_F(HostileCliTest, CommandsRefuseAFifoOrADeviceInPlaceOfTheirSettingFiles) {
+TEST_F(HostileCliTest, CommandsRefuseAFifoOrADeviceInPlaceOfTheirFiles) {
     const auto init = *run_ / "home" / "INT";
     std::filesystem::create_directories(init);
+    const std::string rlg = (folder / "o.rlg").string();
     for (const auto& hostile : torvane::testing::HostileFiles()) {
+        const auto given = folder / "given";
+        ASSERT_TRUE(hostile.Make(given)) << hostile.Kind;
+        for (const auto& args :
+             std::vector<std::vector<std::string>>{{"pack", "--header", given.string(), rlg},
+                                                   {"generate", rlg, "--setting", given.string()},
+                                                   {"info", given.string()}}) {
+            const ProcessResult result = Cli(args);
+            EXPECT_EQ(result.Status, 1) << hostile.Kind << " " << args[0];
+            EXPECT_FALSE(result.Err.empty()) << hostile.Kind << " " << args[0];
+        }
+        std::filesystem::remove(given);
+
+        // A LAF table that cannot be read leaves the default table in force.
         std::filesystem::remove(init / "LAF_DATA.CSV");
         ASSERT_TRUE(hostile.Make(init / "LAF_DATA.CSV")) << hostile.Kind;
         for (const auto& args :
              std::vector<std::vector<std::string>>{{"render", Run(), out},
                                                    {"export", Run(), (folder / "o.csv").string()},
                                                    {"values", Run(), "--at", "1000"}}) {
-            const ProcessResult result = Cli(args);
-            EXPECT_GE(result.Status, 0) << hostile.Kind << " " << args[0];
+            EXPECT_EQ(Cli(args).Status, 0) << hostile.Kind << " " << args[0];
         }
         std::filesystem::remove(init / "LAF_DATA.CSV");
     }
