@@ -11,7 +11,9 @@
 #include "load/load_logging_file.h"
 #include "render/graph_renderer.h"
 #include "shell/regular_file.h"
+#include "shell/replacing_file.h"
 
+#include <QBuffer>
 #include <QGuiApplication>
 #include <QImage>
 
@@ -108,7 +110,18 @@ int Render(const RenderOptions& options) {
     }
     // The surfaces are made at the picture's size; a copy would only cost memory and time.
     const QImage& picture = renderer.Picture();
-    if (!picture.save(QString::fromStdString(options.Output.string()), "PNG")) {
+    // Encoded in memory and written by us: Qt's writer does not see a failed write, and a full
+    // disk must leave the old picture as it was.
+    QByteArray encoded;
+    QBuffer buffer(&encoded);
+    buffer.open(QIODevice::WriteOnly);
+    std::error_code error;
+    if (!picture.save(&buffer, "PNG") ||
+        !shell::ReplaceFileWith(
+            options.Output,
+            std::span(reinterpret_cast<const std::uint8_t*>(encoded.constData()),
+                      static_cast<std::size_t>(encoded.size())),
+            error)) {
         return Fail("cannot write " + options.Output.string());
     }
     return 0;

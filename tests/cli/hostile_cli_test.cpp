@@ -3,6 +3,7 @@
 
 #include "layout/layout_file.h"
 #include "layout/layout_store.h"
+#include "support/file_size_limit.h"
 #include "support/hostile_files.h"
 #include "support/run_process.h"
 #include "support/temp_folder.h"
@@ -174,6 +175,26 @@ TEST_F(HostileCliTest, CommandsRefuseAFifoOrADeviceInPlaceOfTheirFiles) {
         }
         std::filesystem::remove(init / "LAF_DATA.CSV");
     }
+}
+
+TEST_F(HostileCliTest, AFullDiskLeavesTheOldPictureAndTheOldExportAsTheyWere) {
+    const std::string csv = (folder / "o.csv").string();
+    torvane::testing::WriteText(out, "old picture");
+    torvane::testing::WriteText(csv, "old export");
+    {
+        // Above the run's largest stream (6000 bytes), below the picture and the export.
+        const torvane::testing::FileSizeLimit limit(12000);
+        ASSERT_TRUE(limit.Active());
+        const ProcessResult rendered = Cli({"render", Run(), out, "--size", "1600x1000"});
+        EXPECT_EQ(rendered.Status, 1) << rendered.Err;
+        EXPECT_NE(rendered.Err.find("cannot write"), std::string::npos) << rendered.Err;
+        EXPECT_EQ(Cli({"export", Run(), csv}).Status, 1);
+    }
+    EXPECT_TRUE(torvane::testing::ReadText(out) == "old picture");
+    EXPECT_TRUE(torvane::testing::ReadText(csv) == "old export");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()),
+                            std::filesystem::directory_iterator()),
+              2);
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "logdata/stream_reader.h"
 #include "logdata/values.h"
 #include "shell/number_format.h"
+#include "shell/replacing_file.h"
 #include "shell/rounding.h"
 
 #include <algorithm>
@@ -214,8 +215,9 @@ struct FileCloser {
 };
 using OutputFile = std::unique_ptr<std::FILE, FileCloser>;
 
-bool ReportFailure(shell::MessageSink& sink, const fs::path& file) {
-    const layout::FileFailure failure{std::error_code(errno, std::generic_category()), file};
+bool ReportFailure(shell::MessageSink& sink, const fs::path& file,
+                   std::error_code error = std::error_code(errno, std::generic_category())) {
+    const layout::FileFailure failure{error, file};
     shell::ShowRunTimeError(sink, layout::DescribeFailure(failure));
     return false;
 }
@@ -252,8 +254,14 @@ bool WriteCsv(const fs::path& file, const LayerSet& layers, std::span<const int>
 
     // Declared before the file, so that the file's last flush still finds its buffer.
     std::vector<char> buffer(OutputBufferBytes);
+    // Written beside the target and renamed over it when whole: a full disk or a failed read
+    // leaves the old file as it was.
+    shell::ReplacingFile replacing(file);
+    if (!replacing.Created()) {
+        return ReportFailure(sink, file, replacing.Error());
+    }
     errno = 0;
-    OutputFile out(std::fopen(file.c_str(), "wb"));
+    OutputFile out(std::fopen(replacing.Path().c_str(), "wb"));
     if (!out) {
         return ReportFailure(sink, file);
     }
@@ -293,6 +301,9 @@ bool WriteCsv(const fs::path& file, const LayerSet& layers, std::span<const int>
     }
     if (std::fclose(out.release()) != 0) {
         return ReportFailure(sink, file);
+    }
+    if (!replacing.Commit()) {
+        return ReportFailure(sink, file, replacing.Error());
     }
     return true;
 }
