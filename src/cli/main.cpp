@@ -2,6 +2,7 @@
 // commands, options and output shapes stay as they are.
 
 #include "cli/commands.h"
+#include "cli/work_folders.h"
 
 #include <CLI/CLI.hpp>
 
@@ -63,6 +64,7 @@ void ParseSize(const std::string& text, int& width, int& height) {
 } // namespace
 
 int main(int argc, char** argv) {
+    TakeTerminationSignals();
     CLI::App app{"torvane-cli: batch work on Torvane logging files (*.rlg)"};
     app.require_subcommand(1);
 

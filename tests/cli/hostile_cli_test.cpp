@@ -10,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <functional>
 #include <limits>
 
@@ -195,6 +197,34 @@ TEST_F(HostileCliTest, AFullDiskLeavesTheOldPictureAndTheOldExportAsTheyWere) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()),
                             std::filesystem::directory_iterator()),
               2);
+}
+
+TEST_F(HostileCliTest, WorkFoldersGoOnATerminationSignalAndStaleOnesAtTheNextStart) {
+    const auto tmp = folder / "tmp";
+    std::filesystem::create_directories(tmp / "torvane-cli-2147483647-1"); // no such process
+    const auto live = tmp / ("torvane-cli-" + std::to_string(::getpid()) + "-1");
+    std::filesystem::create_directories(live);
+    const auto longRun = folder / "long.rlg";
+    ASSERT_EQ(Cli({"generate", longRun.string(), "--minutes", "120"}).Status, 0);
+    const std::string csv = (folder / "o.csv").string();
+    torvane::testing::WriteText(csv, "old export");
+
+    const ProcessResult result = torvane::testing::RunProcess(
+        "/usr/bin/timeout", {"-s", "TERM", "0.3", TORVANE_CLI, "export", longRun.string(), csv},
+        {"TORVANE_HOME=" + (*run_ / "home").string(), "TMPDIR=" + tmp.string()});
+    std::vector<std::string> left;
+    for (const auto& entry : std::filesystem::directory_iterator(tmp)) {
+        left.push_back(entry.path().filename().string());
+    }
+    EXPECT_EQ(left, std::vector<std::string>{live.filename().string()});
+    if (result.Status == 0) {
+        GTEST_SKIP() << "the export ended before the signal";
+    }
+    EXPECT_EQ(result.Status, 124);
+    EXPECT_TRUE(torvane::testing::ReadText(csv) == "old export");
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()),
+                            std::filesystem::directory_iterator()),
+              3); // tmp, long.rlg, o.csv: no partial export
 }
 
 } // namespace

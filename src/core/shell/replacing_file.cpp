@@ -3,9 +3,12 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <mutex>
 #include <random>
 #include <string>
+#include <vector>
 
 namespace torvane::shell {
 namespace fs = std::filesystem;
@@ -21,25 +24,60 @@ std::string RandomSuffix() {
     return suffix;
 }
 
+struct Unfinished {
+    std::mutex Lock;
+    std::vector<fs::path> Files;
+};
+
+Unfinished& UnfinishedFiles() {
+    static Unfinished unfinished;
+    return unfinished;
+}
+
+void Track(const fs::path& path) {
+    const std::lock_guard lock(UnfinishedFiles().Lock);
+    UnfinishedFiles().Files.push_back(path);
+}
+
+void Untrack(const fs::path& path) {
+    const std::lock_guard lock(UnfinishedFiles().Lock);
+    std::erase(UnfinishedFiles().Files, path);
+}
+
 } // namespace
+
+void RemoveUnfinishedReplacements() {
+    const std::lock_guard lock(UnfinishedFiles().Lock);
+    for (const fs::path& path : UnfinishedFiles().Files) {
+        ::unlink(path.c_str());
+    }
+    UnfinishedFiles().Files.clear();
+}
 
 ReplacingFile::ReplacingFile(const fs::path& target)
     : target_(target) {
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+    int failure = 0;
     for (int attempt = 0; attempt < 8 && !created_; ++attempt) {
         std::string name(".");
         name.append(target.filename().string()).append(".").append(RandomSuffix()).append(".part");
         path_ = folder / name;
+        // Tracked before it exists, so that a signal in between still finds it.
+        Track(path_);
         const int fd = ::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        failure = errno;
         if (fd >= 0) {
             ::close(fd);
             created_ = true;
-        } else if (errno != EEXIST) {
+            break;
+        }
+        Untrack(path_);
+        if (failure != EEXIST) {
             break;
         }
     }
     if (!created_) {
-        error_ = std::error_code(errno, std::generic_category());
+        error_ = std::error_code(failure, std::generic_category());
     }
 }
 
@@ -56,6 +94,7 @@ bool ReplacingFile::Commit() {
         Remove();
         return false;
     }
+    Untrack(path_);
     created_ = false;
     return true;
 }
@@ -64,6 +103,7 @@ void ReplacingFile::Remove() {
     if (created_) {
         std::error_code ignored;
         fs::remove(path_, ignored);
+        Untrack(path_);
         created_ = false;
     }
 }

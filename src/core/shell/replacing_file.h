@@ -39,6 +39,10 @@ private:
     bool created_ = false;
 };
 
+// Removes every ReplacingFile's file not yet committed or removed, for a process about to end
+// by a signal; safe to call from another thread.
+void RemoveUnfinishedReplacements();
+
 // Writes bytes through a ReplacingFile: the target is then either the old file or all of bytes.
 // False with error set when anything failed (a full disk shows in a write or in the close).
 bool ReplaceFileWith(const std::filesystem::path& target, std::span<const std::uint8_t> bytes,
