@@ -25,7 +25,9 @@ namespace {
 constexpr int LapColumnSampleTime = 5;
 // Samples read from a stream at a time; a column's whole buffer, whatever the run's length.
 constexpr std::size_t BlockSamples = 2048;
-constexpr std::size_t OutputBufferBytes = 1 << 16;
+// Rows are formatted straight into this and written in large pieces: per-row strings and small
+// writes would cost more than the digits.
+constexpr std::size_t OutputBufferBytes = std::size_t{1} << 20;
 
 // A stream read forward in blocks. Sample 0 stands for the 0 before the first sample, from
 // which a channel ramps; samples past the end read as 0.
@@ -222,10 +224,41 @@ bool ReportFailure(shell::MessageSink& sink, const fs::path& file,
     return false;
 }
 
-bool WriteLine(std::FILE* out, std::string& line) {
-    line += "\r\n";
-    return std::fwrite(line.data(), 1, line.size(), out) == line.size();
-}
+class OutputBuffer {
+public:
+    explicit OutputBuffer(std::FILE* file)
+        : file_(file)
+        , bytes_(OutputBufferBytes) {}
+
+    // Makes room for a value or a separator; false when a write failed.
+    bool Room() { return bytes_.size() - used_ >= shell::NumberFormat::WriteRoom + 2 || Flush(); }
+    void Put(char c) { bytes_[used_++] = c; }
+    void Put(std::string_view text) {
+        for (const char c : text) {
+            if (!Room()) {
+                return;
+            }
+            Put(c);
+        }
+    }
+    void Put(const shell::NumberFormat& format, double value) {
+        used_ =
+            static_cast<std::size_t>(format.WriteTo(bytes_.data() + used_, value) - bytes_.data());
+    }
+    bool Flush() {
+        const bool written = std::fwrite(bytes_.data(), 1, used_, file_) == used_;
+        used_ = 0;
+        failed_ = failed_ || !written;
+        return !failed_;
+    }
+    bool Failed() const { return failed_; }
+
+private:
+    std::FILE* file_;
+    std::vector<char> bytes_;
+    std::size_t used_ = 0;
+    bool failed_ = false;
+};
 
 } // namespace
 
@@ -252,8 +285,6 @@ bool WriteCsv(const fs::path& file, const LayerSet& layers, std::span<const int>
         }
     }
 
-    // Declared before the file, so that the file's last flush still finds its buffer.
-    std::vector<char> buffer(OutputBufferBytes);
     // Written beside the target and renamed over it when whole: a full disk or a failed read
     // leaves the old file as it was.
     shell::ReplacingFile replacing(file);
@@ -265,16 +296,16 @@ bool WriteCsv(const fs::path& file, const LayerSet& layers, std::span<const int>
     if (!out) {
         return ReportFailure(sink, file);
     }
-    std::setvbuf(out.get(), buffer.data(), _IOFBF, buffer.size());
+    // The buffer below does the buffering; the library's own would only copy again.
+    std::setvbuf(out.get(), nullptr, _IONBF, 0);
+    OutputBuffer buffer(out.get());
 
-    std::string line = "Time(s)";
+    buffer.Put("Time(s)");
     for (const CsvColumn& column : columns) {
-        line += ',';
-        line += column.Name;
+        buffer.Put(",");
+        buffer.Put(column.Name);
     }
-    if (!WriteLine(out.get(), line)) {
-        return ReportFailure(sink, file);
-    }
+    buffer.Put("\r\n");
 
     CsvWriter writer(layers, laf);
     const shell::NumberFormat seconds(shell::formats::ThreeDecimals);
@@ -284,20 +315,27 @@ bool WriteCsv(const fs::path& file, const LayerSet& layers, std::span<const int>
             break;
         }
         const std::int64_t whole = shell::RoundToInt64(time);
-        line.clear();
-        seconds.AppendTo(line, time / 1000.0);
-        bool allDone = true;
-        for (CsvColumn& column : columns) {
-            line += ',';
-            values.AppendTo(line, writer.Value(column, whole, step));
-            allDone = allDone && column.Done;
-        }
-        if (!WriteLine(out.get(), line)) {
+        if (!buffer.Room()) {
             return ReportFailure(sink, file);
         }
+        buffer.Put(seconds, time / 1000.0);
+        bool allDone = true;
+        for (CsvColumn& column : columns) {
+            if (!buffer.Room()) {
+                return ReportFailure(sink, file);
+            }
+            buffer.Put(',');
+            buffer.Put(values, writer.Value(column, whole, step));
+            allDone = allDone && column.Done;
+        }
+        buffer.Put('\r');
+        buffer.Put('\n');
         if (allDone) {
             break;
         }
+    }
+    if (!buffer.Flush()) {
+        return ReportFailure(sink, file);
     }
     if (std::fclose(out.release()) != 0) {
         return ReportFailure(sink, file);

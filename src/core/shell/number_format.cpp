@@ -64,42 +64,59 @@ NumberFormat::NumberFormat(std::string_view format)
 
 // The value times 10^Decimals rounded to a whole number, written with its point put back: the
 // same digits as the general road, which rounds the exact binary value. The product carries an
-// error of at most 2^-53 of itself, under 2e-8 below 1e8, so away from a tie both round alike;
-// too near a tie, or too large, the general road decides.
-bool NumberFormat::AppendPlainFixed(std::string& out, double value) const {
+// error of at most 2^-53 of itself, under 2e-8 below 1e8, so away from a tie both round alike.
+// Near a tie the error itself decides, which fma gives exactly; a true tie goes to even. A value
+// too large takes the general road.
+char* NumberFormat::WritePlainFixed(char* out, double value) const {
     static constexpr std::array<double, 5> Scales{1.0, 10.0, 100.0, 1000.0, 10000.0};
     static constexpr std::array<std::int64_t, 5> Divisors{1, 10, 100, 1000, 10000};
     const auto decimals = static_cast<std::size_t>(picture_.Decimals);
     const double scaled = value * Scales[decimals];
     if (!(std::fabs(scaled) < 1e8)) {
-        return false;
+        return nullptr;
     }
     const double whole = std::floor(scaled);
     const double fraction = scaled - whole;
+    bool up = fraction > 0.5;
     if (std::fabs(fraction - 0.5) < 1e-7) {
-        return false;
+        // value * scale is exactly scaled + error; fraction - 0.5 is exact this near a half.
+        const double error = std::fma(value, Scales[decimals], -scaled);
+        const double aboveHalf = fraction - 0.5;
+        up = aboveHalf != -error ? aboveHalf > -error : std::fmod(whole, 2.0) != 0.0;
     }
-    const auto rounded = static_cast<std::int64_t>(fraction < 0.5 ? whole : whole + 1.0);
+    const auto rounded = static_cast<std::int64_t>(up ? whole + 1.0 : whole);
     const std::int64_t magnitude = rounded < 0 ? -rounded : rounded;
-    std::array<char, 32> text;
-    char* end = text.data();
     if (rounded < 0) {
-        *end++ = '-';
+        *out++ = '-';
     }
-    end = std::to_chars(end, text.data() + text.size(), magnitude / Divisors[decimals]).ptr;
-    *end++ = '.';
+    out = std::to_chars(out, out + 24, magnitude / Divisors[decimals]).ptr;
+    *out++ = '.';
     // The decimals with their leading zeros: the remainder plus the divisor, its first digit cut.
     std::array<char, 8> fractionDigits;
     std::to_chars(fractionDigits.data(), fractionDigits.data() + fractionDigits.size(),
                   magnitude % Divisors[decimals] + Divisors[decimals]);
-    end = std::copy_n(fractionDigits.data() + 1, decimals, end);
-    out.append(text.data(), end);
-    return true;
+    return std::copy_n(fractionDigits.data() + 1, decimals, out);
+}
+
+char* NumberFormat::WriteTo(char* out, double value) const {
+    if (plainFixed_) {
+        if (char* end = WritePlainFixed(out, value)) {
+            return end;
+        }
+    }
+    std::string text;
+    AppendTo(text, value);
+    const std::size_t size = std::min(text.size(), WriteRoom);
+    return std::copy_n(text.data(), size, out);
 }
 
 void NumberFormat::AppendTo(std::string& out, double value) const {
-    if (plainFixed_ && AppendPlainFixed(out, value)) {
-        return;
+    if (plainFixed_) {
+        std::array<char, 32> text;
+        if (char* end = WritePlainFixed(text.data(), value)) {
+            out.append(text.data(), static_cast<std::size_t>(end - text.data()));
+            return;
+        }
     }
     const Picture& picture = picture_;
     out += picture.Prefix;
