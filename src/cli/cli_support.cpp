@@ -1,5 +1,7 @@
 #include "cli/cli_support.h"
 
+#include "shell/regular_file.h"
+
 #include <cmath>
 #include <fstream>
 #include <iostream>
@@ -37,14 +39,11 @@ Environment LoadEnvironment(shell::MessageSink& sink) {
     return environment;
 }
 
-std::optional<std::vector<std::uint8_t>> ReadBinaryFile(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    if (!in) {
-        return std::nullopt;
-    }
-    std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(in)),
-                                    std::istreambuf_iterator<char>());
-    if (in.bad()) {
+std::optional<std::vector<std::uint8_t>> ReadBinaryFile(const std::filesystem::path& file,
+                                                        std::size_t maxBytes) {
+    std::error_code error;
+    auto bytes = shell::ReadRegularFile(file, maxBytes + 1, error);
+    if (!bytes || bytes->size() > maxBytes) {
         return std::nullopt;
     }
     return bytes;

@@ -36,8 +36,10 @@ struct Environment {
 };
 Environment LoadEnvironment(shell::MessageSink& sink);
 
-// The whole file, or nothing when it cannot be read.
-std::optional<std::vector<std::uint8_t>> ReadBinaryFile(const std::filesystem::path& file);
+// The whole file, or nothing when it cannot be read, is no regular file or holds more than
+// maxBytes.
+std::optional<std::vector<std::uint8_t>> ReadBinaryFile(const std::filesystem::path& file,
+                                                        std::size_t maxBytes);
 
 // A whole number as a JSON integer, anything else as the shortest double that reads back.
 nlohmann::json JsonNumber(double value);

@@ -19,8 +19,11 @@ namespace {
 
 using logdata::LogHeaderSize;
 
+// A raw stream file: far more than the longest run the logger can record.
+constexpr std::size_t MaxStreamFileBytes = std::size_t{256} << 20;
+
 std::optional<logdata::LogHeader> ReadHeaderFile(const std::filesystem::path& file) {
-    const auto bytes = ReadBinaryFile(file);
+    const auto bytes = ReadBinaryFile(file, LogHeaderSize);
     if (!bytes || bytes->size() != LogHeaderSize) {
         return std::nullopt;
     }
@@ -59,7 +62,7 @@ int Pack(const PackOptions& options) {
                         "VM2 VM3 VM4 LAP.");
         }
         const std::filesystem::path file = given.substr(equals + 1);
-        const auto bytes = ReadBinaryFile(file);
+        const auto bytes = ReadBinaryFile(file, MaxStreamFileBytes);
         if (!bytes) {
             return Fail("Can not read the stream file: " + file.string());
         }

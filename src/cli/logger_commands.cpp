@@ -160,9 +160,13 @@ int Download(LoggerLink& link, int number, const std::filesystem::path& output) 
     logger::DownloadOutcome outcome;
     {
         TerminalProgress progress(entry->lngSize);
-        outcome = logger::DownloadFile(link, *entry, output, progress);
+        outcome = logger::DownloadFile(link, *entry, output, progress, logger::ReplaceWhen::Whole);
     }
-    if (!outcome.Ok || outcome.Stopped) {
+    if (outcome.Ok && !outcome.Whole) {
+        // The logger ended the transfer early without a failure (a sense code): OUT is untouched.
+        return Fail("The logger sent no whole file; " + output.string() + " was not written.");
+    }
+    if (!outcome.Ok) {
         return 1;
     }
     std::error_code ignored;

@@ -2,15 +2,28 @@
 // commands, options and output shapes stay as they are.
 
 #include "cli/commands.h"
+#include "cli/work_folders.h"
 
 #include <CLI/CLI.hpp>
 
 #include <charconv>
+#include <cmath>
 #include <sstream>
 
 namespace {
 
 using namespace torvane::cli;
+
+// The time scale's fields in the layout file: pixels per step in 16 bits, ms in 32.
+const auto PixelsPerStepRange = CLI::Range(1, 32767);
+const auto MsPerStepRange = CLI::Range(1, 2147483647);
+// Times on the command line: about 24 days either way, far past any run, and small enough for
+// every column and sample computation that follows.
+constexpr double TimeLimitMs = 2147483647.0;
+const auto TimeRange = CLI::Range(-TimeLimitMs, TimeLimitMs);
+// A render's surfaces are three pictures of this size: at most 256 MiB each.
+constexpr long long MaxPicturePixels = 1LL << 26;
+constexpr int MaxPictureSide = 32767;
 
 // "--at 1000,2500.5" as a list of times in ms.
 std::vector<double> ParseTimes(const std::string& text) {
@@ -21,6 +34,9 @@ std::vector<double> ParseTimes(const std::string& text) {
         const auto [ptr, ec] = std::from_chars(part.data(), part.data() + part.size(), value);
         if (part.empty() || ec != std::errc{} || ptr != part.data() + part.size()) {
             throw CLI::ValidationError("--at", "not a time in ms: \"" + part + "\"");
+        }
+        if (!(std::abs(value) <= TimeLimitMs)) {
+            throw CLI::ValidationError("--at", "time out of range: \"" + part + "\"");
         }
         times.push_back(value);
     }
@@ -37,6 +53,11 @@ void ParseSize(const std::string& text, int& width, int& height) {
     if (separator == std::string::npos || !number(0, separator, width) ||
         !number(separator + 1, text.size(), height)) {
         throw CLI::ValidationError("--size", "not WxH: \"" + text + "\"");
+    }
+    if (width > MaxPictureSide || height > MaxPictureSide ||
+        static_cast<long long>(width) * height > MaxPicturePixels) {
+        throw CLI::ValidationError("--size", "too large: \"" + text + "\" (at most " +
+                                                 std::to_string(MaxPicturePixels) + " pixels)");
     }
 }
 
@@ -77,6 +98,7 @@ void AddSettingMakeOptions(CLI::App& command, SettingMakeOptions& options) {
 } // namespace
 
 int main(int argc, char** argv) {
+    TakeTerminationSignals();
     CLI::App app{"torvane-cli: batch work on Torvane logging files (*.rlg)"};
     app.require_subcommand(1);
 
@@ -111,10 +133,10 @@ int main(int argc, char** argv) {
     valuesCommand->add_option("--at", times, "Times in ms, separated by commas")->required();
     valuesCommand->add_option("--pixels-per-step", values.PixelsPerStep, "Time scale: pixels")
         ->capture_default_str()
-        ->check(CLI::PositiveNumber);
+        ->check(PixelsPerStepRange);
     valuesCommand->add_option("--ms-per-step", values.MsPerStep, "Time scale: ms per step")
         ->capture_default_str()
-        ->check(CLI::PositiveNumber);
+        ->check(MsPerStepRange);
     valuesCommand->add_flag("--json", values.Json, "Print JSON");
 
     LapsOptions laps;
@@ -131,7 +153,8 @@ int main(int argc, char** argv) {
     exportCommand->add_flag("--all", exportOptions.All,
                             "Every item of the file, not only those the default display shows");
     exportCommand->add_option("--range", range, "START_MS END_MS: only this part of the run")
-        ->expected(2);
+        ->expected(2)
+        ->check(TimeRange);
 
     GenerateOptions generate;
     auto* generateCommand = app.add_subcommand(
@@ -153,13 +176,14 @@ int main(int argc, char** argv) {
     renderCommand->add_option("OUT", renderOptions.Output, "The PNG or PDF (*.pdf) file to write")
         ->required();
     renderCommand->add_option("--size", renderSize, "Size of the graph, WxH (default 1024x600)");
-    renderCommand->add_option("--offset", renderOptions.Offset, "Time at the left edge, ms");
+    renderCommand->add_option("--offset", renderOptions.Offset, "Time at the left edge, ms")
+        ->check(TimeRange);
     renderCommand
         ->add_option("--pixels-per-step", renderOptions.PixelsPerStep,
                      "Time scale: pixels per step")
-        ->check(CLI::PositiveNumber);
+        ->check(PixelsPerStepRange);
     renderCommand->add_option("--ms-per-step", renderOptions.MsPerStep, "Time scale: ms per step")
-        ->check(CLI::PositiveNumber);
+        ->check(MsPerStepRange);
     renderCommand->add_option("--layout", renderOptions.Layout,
                               "LAYOUT.DAT whose record 0 is the display");
     renderCommand->add_option("--layer", renderOptions.Layers,

@@ -14,10 +14,15 @@
 #include "load/load_logging_file.h"
 #include "render/graph_renderer.h"
 #include "shell/regular_file.h"
+#include "shell/replacing_file.h"
 
+#include <QBuffer>
 #include <QImage>
 
+#include <algorithm>
+#include <cstdlib>
 #include <iostream>
+#include <limits>
 
 namespace torvane::cli {
 namespace {
@@ -52,6 +57,10 @@ int Render(const RenderOptions& options) {
             return Fail("cannot read a layout record from " + options.Layout->string());
         }
         display = *record;
+        // The layout store keeps any time scale without a zero; a negative one has no picture.
+        if (display.Time.PixelsPerStep < 0 || display.Time.MsPerStep < 0) {
+            return Fail("the time scale of " + options.Layout->string() + " cannot be drawn");
+        }
     }
 
     StderrSink sink;
@@ -71,10 +80,15 @@ int Render(const RenderOptions& options) {
         }
     }
     if (options.PixelsPerStep || options.MsPerStep) {
+        // main.cpp has held both to the layout file's ranges; the grid's ms are capped there too.
         state.Time.PixelsPerStep = static_cast<std::int16_t>(options.PixelsPerStep.value_or(1));
         state.Time.MsPerStep = options.MsPerStep.value_or(graph::BaseStepMs);
-        state.Time.MsPerGrid = graph::GridColumns / state.Time.PixelsPerStep * state.Time.MsPerStep;
+        const std::int64_t msPerGrid =
+            std::int64_t{graph::GridColumns} / state.Time.PixelsPerStep * state.Time.MsPerStep;
+        state.Time.MsPerGrid = static_cast<std::int32_t>(
+            std::min<std::int64_t>(msPerGrid, std::numeric_limits<std::int32_t>::max()));
     }
+
     for (int layer = 0; layer <= state.LastLayer; ++layer) {
         state.Layers.Layer[static_cast<std::size_t>(layer)].TimeOffset = options.Offset;
     }
@@ -84,15 +98,31 @@ int Render(const RenderOptions& options) {
     const QSize size(options.Width, options.Height);
     state.BandColor = render::GraphRenderer::SurfaceBandColor();
     render::GraphRenderer renderer(state, environment.Laf, size);
+    if (!renderer.HasSurfaces()) {
+        return Fail("not enough memory for a picture of " + std::to_string(size.width()) + "x" +
+                    std::to_string(size.height()));
+    }
     renderer.DrawScaleColumn();
     if (!renderer.RedrawGraph(render::RedrawMode::Rebuild)) {
         return Fail("cannot read the stream " + renderer.FailedStream().string());
     }
-    const QImage picture = renderer.Picture().copy(QRect(QPoint(0, 0), size));
     if (IsPdfOutput(options.Output)) {
-        return WritePdfOutput(options, picture);
+        return WritePdfOutput(options, renderer.Picture());
     }
-    if (!picture.save(QString::fromStdString(options.Output.string()), "PNG")) {
+    // The surfaces are made at the picture's size; a copy would only cost memory and time.
+    const QImage& picture = renderer.Picture();
+    // Encoded in memory and written by us: Qt's writer does not see a failed write, and a full
+    // disk must leave the old picture as it was.
+    QByteArray encoded;
+    QBuffer buffer(&encoded);
+    buffer.open(QIODevice::WriteOnly);
+    std::error_code error;
+    if (!picture.save(&buffer, "PNG") ||
+        !shell::ReplaceFileWith(
+            options.Output,
+            std::span(reinterpret_cast<const std::uint8_t*>(encoded.constData()),
+                      static_cast<std::size_t>(encoded.size())),
+            error)) {
         return Fail("cannot write " + options.Output.string());
     }
     return 0;

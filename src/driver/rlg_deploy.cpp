@@ -1,10 +1,14 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdio>
+
 #include <exception>
+#include <fcntl.h>
 #include <limits>
 #include <memory>
 #include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "rlg_container.h"
 #include "rlg_format.h"
@@ -119,11 +123,22 @@ int DeployChecked(const fs::path& logFile, const fs::path& tempDir, int fileNumb
     if (error || status.type() != fs::file_type::regular) {
         return TLM_DECOMP_ACCESS_ERROR;
     }
-    const InputFile file(std::fopen(logFile.c_str(), "rb"));
-    const std::uint64_t fileSize = fs::file_size(logFile, error);
-    if (!file || error) {
+    // Judged again by the open descriptor: the name could have become a FIFO since, and an
+    // open that waits for its writer would never return.
+    const int fd = ::open(logFile.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    struct stat opened {};
+    if (fd < 0 || ::fstat(fd, &opened) != 0 || !S_ISREG(opened.st_mode)) {
+        if (fd >= 0) {
+            ::close(fd);
+        }
         return TLM_DECOMP_ACCESS_ERROR;
     }
+    const InputFile file(::fdopen(fd, "rb"));
+    if (!file) {
+        ::close(fd);
+        return TLM_DECOMP_ACCESS_ERROR;
+    }
+    const auto fileSize = static_cast<std::uint64_t>(opened.st_size);
     if (fileSize == 0) {
         return TLM_DECOMP_NO_DATA;
     }

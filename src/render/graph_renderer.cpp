@@ -173,7 +173,9 @@ void GraphRenderer::EnsureSurfaces() {
         image->fill(White);
     }
     composed_.reset();
-    DrawScaleColumn();
+    if (HasSurfaces()) {
+        DrawScaleColumn();
+    }
 }
 
 bool GraphRenderer::RedrawGraph(RedrawMode mode) {

@@ -54,6 +54,8 @@ public:
 
     // What the operator sees: the composed surface, of which the picture size counts.
     const QImage& Picture() const { return compose_; }
+    // False when a surface could not be allocated: nothing can be drawn then.
+    bool HasSurfaces() const { return !graph_.isNull() && !scale_.isNull() && !compose_.isNull(); }
     // 0xBBGGRR at (x, y) of the picture; 0 outside it.
     std::uint32_t PixelAt(int x, int y) const;
 

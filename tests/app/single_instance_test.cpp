@@ -8,7 +8,9 @@
 #include <QtTest>
 
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using torvane::app::SingleInstance;
@@ -83,6 +85,38 @@ private slots:
         QSignalSpy commands(&next, &SingleInstance::CommandReceived);
         QVERIFY(SingleInstance(name).HandOver("LOADrun.rlg"));
         QTRY_COMPARE(commands.count(), 1);
+    }
+    // Another user's program is hung up on unheard, even where it can reach the socket.
+    void AnotherUsersCommandIsRefused() {
+        if (::geteuid() != 0) {
+            QSKIP("another user can only be played as root");
+        }
+        const QString name = UniqueName();
+        SingleInstance first(name);
+        QCOMPARE(first.Listen(), Listen::Listening);
+        const QByteArray path = QDir(QDir::tempPath()).filePath(name).toLocal8Bit();
+        ::chmod(path.constData(), 0666);
+        QSignalSpy raised(&first, &SingleInstance::RaiseRequested);
+        const pid_t child = ::fork();
+        if (child == 0) {
+            constexpr uid_t Nobody = 65534;
+            const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+            sockaddr_un address{};
+            address.sun_family = AF_UNIX;
+            std::memcpy(address.sun_path, path.constData(), static_cast<std::size_t>(path.size()));
+            const bool sent =
+                ::setgid(Nobody) == 0 && ::setuid(Nobody) == 0 &&
+                ::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+                ::write(fd, "LOADtheirs.rlg\n", 15) == 15;
+            ::_exit(sent ? 0 : 1);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        QVERIFY2(WIFEXITED(status) && WEXITSTATUS(status) == 0, "the other user reached nothing");
+        QTest::qWait(300);
+        QCOMPARE(raised.count(), 0);
+        QVERIFY(SingleInstance(name).HandOver(QString()));
+        QTRY_COMPARE(raised.count(), 1);
     }
 };
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace torvane::logger {
 namespace {
 
@@ -60,6 +62,16 @@ TEST(LafTable, NonNumericFieldsReadAsZero) {
     EXPECT_EQ(table.Points()[3].Volt, 2.78);
     EXPECT_EQ(table.Points()[4].Volt, 0.0); // a third field spoils the second
     EXPECT_TRUE(sink.Messages.empty());
+
+    // "nan" and "inf" are no values a table holds, and extremes never give an infinite ratio.
+    WriteText(folder / LafFileName, "nan,1.0\r\n1e308,inf\r\n1e308,1e-300\r\n");
+    LoadLafTable(table, folder.Path(), sink);
+    ASSERT_EQ(table.Points().size(), 3u);
+    EXPECT_EQ(table.Points()[0].Af, 0.0);
+    EXPECT_EQ(table.Points()[1].Volt, 0.0);
+    for (const double volt : {0.5, 1.0, 4.0}) {
+        EXPECT_TRUE(std::isfinite(table.ConvertLaf(volt))) << volt;
+    }
 }
 
 TEST(LafTable, FifoOrDeviceInPlaceOfTheFileIsReportedAndTheTableKept) {

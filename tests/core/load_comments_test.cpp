@@ -168,6 +168,19 @@ TEST_F(CommentFileTest, FurtherDamagedSideFilesAreNumberedAndNoEarlierCopyIsRena
     ReadLayerComments(state, 0, sink);
     EXPECT_EQ(ReadText(data / kept[0]), "fourth");
     EXPECT_EQ(ReadText(data / kept[1]), "second");
+
+    // With every name taken the damaged file stays, and no save writes over it.
+    for (int copy = 2; copy <= 99; ++copy) {
+        WriteText(data / ("RUN.rlg.comments.damaged." + std::to_string(copy)), "kept");
+    }
+    WriteText(sideFile, "fifth");
+    sink.Messages.clear();
+    graph::AddComment(state.Comments, Comment("New"));
+    EXPECT_FALSE(SaveLayerComments(state, 0, sink));
+    ASSERT_EQ(sink.Messages.size(), 2U);
+    EXPECT_TRUE(sink.Messages[0].Text.ends_with(", and it was left as it is."));
+    EXPECT_TRUE(sink.Messages[1].Text.starts_with("The comments of RUN.rlg could not be saved ("));
+    EXPECT_EQ(ReadText(sideFile), "fifth");
 }
 
 TEST_F(CommentFileTest, EveryRefusalOfTheReaderNamesItsLineAndWhatIsWrong) {

@@ -71,7 +71,12 @@ TEST_F(DownloadTest, ACleanDownloadStopsAcquisitionReadsEveryBlockAndGivesItBack
     EXPECT_THAT(observer.progress, ElementsAre(100, 300, 350));
     EXPECT_EQ(observer.awakeCalls, 3);
     EXPECT_THAT(Sink.Texts(), IsEmpty());
-    EXPECT_EQ(Driver.startedFile, File());
+    // The logger's bytes go to a file beside the target, renamed over it at the end.
+    EXPECT_EQ(Driver.startedFile.parent_path(), File().parent_path());
+    EXPECT_NE(Driver.startedFile, File());
+    EXPECT_TRUE(std::filesystem::exists(File()));
+    EXPECT_FALSE(std::filesystem::exists(Driver.startedFile));
+    EXPECT_TRUE(outcome.Whole);
     EXPECT_THAT(Driver.Sequence(),
                 ElementsAre(Call::Open, Call::GetStatus, Call::LoggingControl, Call::GetStatus,
                             Call::GetTheLogFile_start, Call::GetTheLogFile_reading,
@@ -120,11 +125,16 @@ TEST_F(DownloadTest, RefusedStartsAndFailedEndsAreToldByTheirCode) {
     for (const auto& [call, code, shown] : cases) {
         ScriptedLink fresh;
         fresh.Driver.Script(call, {{.Result = code}});
-        torvane::testing::WriteText(File(), "what the logger sent");
+        torvane::testing::WriteText(File(), "an older run");
         EXPECT_FALSE(Stepped(fresh, observer, File()).Ok) << code;
         EXPECT_THAT(fresh.Sink.Texts(),
                     ElementsAre("It failed in download. Error code = " + shown));
-        EXPECT_FALSE(std::filesystem::exists(File())) << code;
+        // A failure leaves the old file as it was, and nothing beside it.
+        EXPECT_EQ(torvane::testing::ReadText(File()), "an older run") << code;
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(temp.Path()),
+                                std::filesystem::directory_iterator()),
+                  1)
+            << code;
         // A refused start still ends the transfer and gives the logger back.
         EXPECT_EQ(fresh.Driver.CountOf(Call::GetTheLogFile_end), 1);
         EXPECT_THAT(fresh.Driver.LoggingControlValues(), ElementsAre(1, 0));
@@ -138,10 +148,20 @@ TEST_F(DownloadTest, RefusedStartsAndFailedEndsAreToldByTheirCode) {
 // A sense at the start ends the transfer as a success; file-not-found while reading fails.
 TEST_F(DownloadTest, ASenseAtTheStartSucceedsAndFileNotFoundWhileReadingFails) {
     Driver.Script(Call::GetTheLogFile_start, {{.Sense = 18}});
-    EXPECT_TRUE(Downloaded().Ok);
+    const DownloadOutcome sensed = Downloaded();
+    EXPECT_TRUE(sensed.Ok);
+    EXPECT_FALSE(sensed.Whole);
+    EXPECT_TRUE(std::filesystem::exists(File())) << "the file the logger wrote stands";
     EXPECT_THAT(Sink.Texts(), ElementsAre("Sence code error. Error code = 018"));
     EXPECT_EQ(Driver.CountOf(Call::GetTheLogFile_reading), 0);
     EXPECT_EQ(Driver.CountOf(Call::GetTheLogFile_end), 1);
+
+    // Unless only a whole file may take the target's place.
+    ScriptedLink batch;
+    batch.Driver.Script(Call::GetTheLogFile_start, {{.Sense = 5}});
+    torvane::testing::WriteText(File(), "an older run");
+    EXPECT_FALSE(DownloadFile(batch.Link, entry, File(), observer, ReplaceWhen::Whole).Whole);
+    EXPECT_EQ(torvane::testing::ReadText(File()), "an older run");
 
     ScriptedLink lost;
     lost.Driver.Script(Call::GetTheLogFile_reading,
@@ -162,11 +182,12 @@ TEST_F(DownloadTest, ALinkLostBetweenStepsIsReportedAndLeavesNoHalfFile) {
     Download download(Link, observer);
     ASSERT_TRUE(download.Start(entry, File()));
     ASSERT_TRUE(download.Step());
-    torvane::testing::WriteText(File(), "the first block");
+    torvane::testing::WriteText(Driver.startedFile, "the first block");
     EXPECT_FALSE(download.Step());
     EXPECT_FALSE(download.Outcome().Ok);
     EXPECT_EQ(download.Outcome().Bytes, 100);
     EXPECT_FALSE(std::filesystem::exists(File()));
+    EXPECT_FALSE(std::filesystem::exists(Driver.startedFile));
     EXPECT_THAT(Sink.Texts(), ElementsAre("USB device error. Error code =  1004"));
     EXPECT_EQ(Driver.CountOf(Call::Close), 1);
     EXPECT_EQ(Driver.Sequence().back(), Call::Close);

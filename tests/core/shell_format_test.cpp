@@ -5,6 +5,10 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <charconv>
+#include <cmath>
+#include <string>
+#include <vector>
 
 namespace torvane::shell {
 namespace {
@@ -50,6 +54,38 @@ TEST(FormatNumber, PicturesRoundPadAndGroupAndTextsAlignInPlaces) {
     EXPECT_EQ(FormatText("123456", formats::FivePlaces), "123456");
 }
 
+// The fast road of plain fixed pictures gives the digits of the exact binary value, rounded
+// with ties to even, as the general road does: the decimal text std::to_chars makes.
+TEST(FormatNumber, PlainFixedPicturesMatchTheExactlyRoundedDigits) {
+    std::vector<double> values{0.0,    -0.0,      0.125,  0.375, 1.005,        2.675,  -0.005,
+                               -0.004, 0.0049999, 1e-9,   -1e-9, 99999999.5,   1e8,    1e300,
+                               -12.5,  1234.5678, -0.125, 0.995, 4.9999999999, 15000.0};
+    std::uint64_t seed = 12345;
+    for (int i = 0; i < 20000; ++i) {
+        seed = seed * 6364136223846793005ULL + 1442695040888963407ULL;
+        const double unit = static_cast<double>(seed >> 11) / 9007199254740992.0;
+        values.push_back((unit - 0.5) * (i % 2 == 0 ? 200.0 : 2e6));
+        values.push_back(std::round(unit * 2e5) / 200.0 + (i % 3 - 1) * 1e-12); // near ties
+    }
+    for (const int decimals : {1, 2, 3, 4}) {
+        const std::string picture = "0." + std::string(static_cast<std::size_t>(decimals), '0');
+        const NumberFormat format(picture);
+        for (const double value : values) {
+            std::array<char, 400> buffer;
+            const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
+                                           std::fabs(value), std::chars_format::fixed, decimals)
+                                 .ptr;
+            std::string expected(buffer.data(), end);
+            if (value < 0 && expected.find_first_not_of("0.") != std::string::npos) {
+                expected.insert(0, 1, '-');
+            }
+            std::string written;
+            format.AppendTo(written, value);
+            ASSERT_EQ(written, expected) << picture << " of " << value;
+        }
+    }
+}
+
 TEST(FormatTime, HoursMinutesSecondsMilliseconds) {
     EXPECT_EQ(FormatTime(0), "00h00m00s000");
     EXPECT_EQ(FormatTime(90500), "00h01m30s500");
@@ -74,6 +110,7 @@ TEST(CommonHelpers, LeastCommonMultipleAlignsIntervalsAndDigitKeyFilters) {
     EXPECT_EQ(LeastCommonMultiple(300, 25), 300);
     EXPECT_EQ(LeastCommonMultiple(5, 5), 5);
     EXPECT_EQ(LeastCommonMultiple(0, 10), 0);
+    EXPECT_EQ(LeastCommonMultiple(2147483647, 10), 21474836470); // past 32 bits
 
     // DigitKey keeps digits and backspace only.
     for (const auto& [key, kept] : std::initializer_list<std::pair<int, int>>{

@@ -9,6 +9,7 @@
 namespace torvane::shell {
 namespace {
 
+using torvane::testing::ReadText;
 using torvane::testing::TempFolder;
 using torvane::testing::WriteText;
 
@@ -70,6 +71,25 @@ TEST(AppPaths, MakesTheThreeFoldersReplacingAFileInTheWayOrStopsAtOneItCannotMak
     EXPECT_TRUE(std::filesystem::is_directory(paths.TempDir()));
     EXPECT_EQ(paths.TempDir(), folder / "TMP");
     EXPECT_TRUE(paths.MakeFolders()); // existing folders are fine
+
+    // Links to folders are followed, their targets' permissions left alone; a link to a file
+    // is replaced, the file it points to kept.
+    const TempFolder elsewhere;
+    std::filesystem::create_directory(elsewhere / "data");
+    std::filesystem::permissions(elsewhere / "data", std::filesystem::perms::owner_read);
+    WriteText(elsewhere / "int.txt", "not a folder");
+    const AppPaths linked(folder / "linked");
+    std::filesystem::create_directory(linked.AppPath());
+    std::filesystem::create_directory_symlink(elsewhere / "data", linked.DataDir());
+    std::filesystem::create_symlink(elsewhere / "int.txt", linked.InitDir());
+    EXPECT_TRUE(linked.MakeFolders());
+    EXPECT_TRUE(std::filesystem::is_symlink(linked.DataDir()));
+    EXPECT_EQ(std::filesystem::status(elsewhere / "data").permissions(),
+              std::filesystem::perms::owner_read);
+    EXPECT_FALSE(std::filesystem::is_symlink(linked.InitDir()));
+    EXPECT_TRUE(std::filesystem::is_directory(linked.InitDir()));
+    EXPECT_EQ(ReadText(elsewhere / "int.txt"), "not a folder");
+    std::filesystem::permissions(elsewhere / "data", std::filesystem::perms::owner_all);
 
     WriteText(folder / "app", "a file, so nothing can be made below it");
     const AppPaths blocked(folder / "app");

@@ -45,7 +45,7 @@ TEST(LinkEndpoint, ParsesAndPrintsBothKindsDefaultsPerUserAndTakesTheTimeOut) {
     {
         const ScopedEnvironment runtime("XDG_RUNTIME_DIR", "");
         EXPECT_EQ(DefaultEndpoint().Path,
-                  "/tmp/torvane-logger-" + std::to_string(::getuid()) + ".sock");
+                  "/tmp/torvane-" + std::to_string(::geteuid()) + "/logger.sock");
     }
     {
         const ScopedEnvironment timeout("TORVANE_LOGGER_TIMEOUT_MS", "250");

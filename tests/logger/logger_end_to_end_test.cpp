@@ -61,6 +61,20 @@ protected:
         return result.Status == 0 ? json::parse(result.Out) : json::array();
     }
 
+    // The run a failed download must leave as it was.
+    fs::path OlderRun() const {
+        const auto file = folder / "run.rlg";
+        torvane::testing::WriteText(file, "an older run");
+        return file;
+    }
+    // The older run stands, and nothing beside it: no partial download is left.
+    void ExpectOlderRunAlone() const {
+        EXPECT_EQ(torvane::testing::ReadText(folder / "run.rlg"), "an older run");
+        for (const auto& entry : fs::directory_iterator(folder.Path())) {
+            EXPECT_FALSE(entry.path().extension() == ".part") << entry.path();
+        }
+    }
+
     TempFolder folder;
     std::unique_ptr<SimulatorProcess> logger_;
 };
@@ -104,12 +118,12 @@ TEST_F(LoggerEndToEnd, DownloadedFileIsTheRunTheLoggerRecorded) {
 TEST_F(LoggerEndToEnd, AnAcquiringLoggerIsAskedOnceAndGivenBackToAcquisition) {
     StartLogger({"--files", "1", "--minutes", "1", "--rate", "0"});
     ASSERT_EQ(State(), TLM_STATE_ACQUIRING);
-    const auto file = folder / "run.rlg";
+    const auto file = OlderRun();
 
     const auto refused = Cli({"logger", "download", "1", file.string()});
     EXPECT_EQ(refused.Status, 1);
     EXPECT_EQ(refused.Err, "Logger is acquiring data.\nMay I stop operation?\n");
-    EXPECT_FALSE(fs::exists(file));
+    ExpectOlderRunAlone();
     EXPECT_EQ(State(), TLM_STATE_ACQUIRING);
 
     const auto accepted = Cli({"logger", "download", "1", file.string(), "--yes"});
@@ -121,12 +135,12 @@ TEST_F(LoggerEndToEnd, AnAcquiringLoggerIsAskedOnceAndGivenBackToAcquisition) {
 TEST_F(LoggerEndToEnd, ALinkDroppedMidTransferFailsCleanlyAndTheNextDownloadWorks) {
     StartLogger(
         {"--idle", "--files", "1", "--minutes", "20", "--rate", "0", "--drop-after-blocks", "3"});
-    const auto file = folder / "run.rlg";
+    const auto file = OlderRun();
     const auto dropped = Cli({"logger", "download", "1", file.string()});
     EXPECT_EQ(dropped.Status, 1);
     EXPECT_NE(dropped.Err.find("USB device error. Error code =  1007"), std::string::npos)
         << dropped.Err;
-    EXPECT_FALSE(fs::exists(file));
+    ExpectOlderRunAlone();
 
     const auto again = Cli({"logger", "download", "1", file.string()});
     EXPECT_EQ(again.Status, 0) << again.Err;
@@ -136,11 +150,23 @@ TEST_F(LoggerEndToEnd, ALinkDroppedMidTransferFailsCleanlyAndTheNextDownloadWork
 TEST_F(LoggerEndToEnd, AFileThatIsNotThereIsToldAndNothingIsKept) {
     StartLogger({"--idle", "--files", "1", "--minutes", "1", "--sense", "7", "--on",
                  "GetTheLogFile_reading"});
-    const auto file = folder / "run.rlg";
+    const auto file = OlderRun();
     const auto result = Cli({"logger", "download", "1", file.string()});
     EXPECT_EQ(result.Status, 1);
     EXPECT_NE(result.Err.find("File not found."), std::string::npos) << result.Err;
-    EXPECT_FALSE(fs::exists(file));
+    ExpectOlderRunAlone();
+}
+
+// A sense code on the first block ends the transfer without a failure, but without a run.
+TEST_F(LoggerEndToEnd, ASenseOnTheFirstBlockGivesNoFileAndAFailingStatus) {
+    StartLogger({"--idle", "--files", "1", "--minutes", "1", "--sense", "5", "--on",
+                 "GetTheLogFile_start"});
+    const auto file = OlderRun();
+    const auto result = Cli({"logger", "download", "1", file.string()});
+    EXPECT_EQ(result.Status, 1);
+    EXPECT_NE(result.Err.find("Sence code error. Error code = 005"), std::string::npos)
+        << result.Err;
+    ExpectOlderRunAlone();
 }
 
 TEST_F(LoggerEndToEnd, ClearingEmptiesTheLoggerOnlyWhenConfirmed) {
@@ -165,7 +191,7 @@ TEST_F(LoggerEndToEnd, ALoggerOutOfOrderSaysSo) {
 TEST_F(LoggerEndToEnd, ALoggerThatDiesMidDownloadLeavesTheCommandAnswering) {
     // A slow link makes the transfer last seconds, long enough to pull the plug in the middle.
     StartLogger({"--idle", "--files", "1", "--minutes", "20", "--rate", "50000"});
-    const auto file = folder / "run.rlg";
+    const auto file = OlderRun();
     auto download = std::async(std::launch::async, [&] {
         return Cli({"logger", "download", "1", file.string()});
     });
@@ -175,7 +201,7 @@ TEST_F(LoggerEndToEnd, ALoggerThatDiesMidDownloadLeavesTheCommandAnswering) {
     const auto result = download.get();
     EXPECT_EQ(result.Status, 1);
     EXPECT_NE(result.Err.find("USB device error"), std::string::npos) << result.Err;
-    EXPECT_FALSE(fs::exists(file));
+    ExpectOlderRunAlone();
 }
 
 TEST_F(LoggerEndToEnd, TheDetonationMapIsReadWhileAcquiringAndABusyLoggerGivesNone) {

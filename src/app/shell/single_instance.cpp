@@ -1,5 +1,7 @@
 #include "shell/single_instance.h"
 
+#include "shell/private_socket.h"
+
 #include <QDir>
 #include <QLocalSocket>
 
@@ -20,10 +22,14 @@ SingleInstance::SingleInstance(QString serverName, QObject* parent)
 }
 
 QString SingleInstance::DefaultServerName() {
-    // The user's name keeps two users on one machine apart; the home folder guards against two
-    // users of the same name on a shared temporary folder.
-    const QString user = qEnvironmentVariable("USER", "user");
-    return "torvane-studio-" + user + "-" + QString::number(qHash(QDir::homePath()), 16);
+    // In the user's private folder: a predictable name in the shared temporary folder could be
+    // taken first by another user. Where there is none, Listen fails and says so.
+    std::string error;
+    const std::filesystem::path folder = shell::PrivateRuntimeFolder(error);
+    if (folder.empty()) {
+        return QDir(QDir::tempPath()).filePath("torvane-no-private-folder/studio.sock");
+    }
+    return QString::fromStdString((folder / "torvane-studio.sock").string());
 }
 
 SingleInstance::ListenResult SingleInstance::Listen() {
@@ -58,6 +64,11 @@ bool SingleInstance::Send(const QByteArray& bytes, int timeoutMs) const {
     if (!socket.waitForConnected(timeoutMs)) {
         return false;
     }
+    // A command line goes only to the user's own desktop.
+    if (!shell::SameUserAtOtherEnd(static_cast<int>(socket.socketDescriptor()))) {
+        socket.abort();
+        return false;
+    }
     if (!bytes.isEmpty()) {
         socket.write(bytes);
         socket.flush();
@@ -71,6 +82,12 @@ bool SingleInstance::Send(const QByteArray& bytes, int timeoutMs) const {
 
 void SingleInstance::Accept() {
     while (QLocalSocket* socket = server_.nextPendingConnection()) {
+        // Another user's program is hung up on unheard: it may not open files in this desktop.
+        if (!shell::SameUserAtOtherEnd(static_cast<int>(socket->socketDescriptor()))) {
+            socket->abort();
+            socket->deleteLater();
+            continue;
+        }
         // The command is everything the other start writes before it hangs up.
         if (socket->state() == QLocalSocket::UnconnectedState) {
             Finish(socket);

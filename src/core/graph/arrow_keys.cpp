@@ -13,7 +13,8 @@ logdata::LayerRecord& RecordOf(GraphWindowState& state, int layer) {
 }
 
 double PageStep(const GraphWindowState& state) {
-    return shell::LeastCommonMultiple(state.Time.MsPerStep, state.Layers.MinSampleTime);
+    return static_cast<double>(
+        shell::LeastCommonMultiple(state.Time.MsPerStep, state.Layers.MinSampleTime));
 }
 
 // The layers that a shift moves: all of them when linked, else the active one.

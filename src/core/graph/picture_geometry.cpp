@@ -26,7 +26,15 @@ TimeGrid TimeGridOf(double timeOffset, const TimeScale& scale, std::int32_t widt
     const std::int64_t r = shell::RoundToInt64(timeOffset) % scale.MsPerGrid;
     double gridTime = timeOffset - static_cast<double>(r);
     const std::int64_t first = GraphLeft + GridColumns - r / scale.MsPerStep * scale.PixelsPerStep;
-    for (std::int64_t x = first; x <= width; x += GridColumns) {
+    // A layout's grid can stand far wider than its steps; the lines left of the picture are
+    // counted, not walked.
+    std::int64_t x = first;
+    if (x < 0) {
+        const std::int64_t hidden = -x / GridColumns;
+        x += hidden * GridColumns;
+        gridTime += static_cast<double>(hidden) * scale.MsPerGrid;
+    }
+    for (; x <= width; x += GridColumns) {
         const auto column = static_cast<std::int32_t>(x);
         grid.Lines.push_back(column);
         if (x != first || x - GridColumns / 2 > GraphLeft) {

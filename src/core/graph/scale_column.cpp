@@ -4,6 +4,8 @@
 #include "logdata/channels.h"
 #include "shell/number_format.h"
 
+#include <algorithm>
+
 namespace torvane::graph {
 namespace {
 
@@ -17,6 +19,15 @@ std::string ItemLabel(const logdata::LayerRecord& record, int index) {
         logdata::ChannelLabel(record.ItemChannel.at(static_cast<std::size_t>(index))));
 }
 
+// Rows that any picture can show, with room for a label's height: a band whose Max lies a
+// billion grid steps up walks only the steps that fall in here.
+constexpr std::int64_t FirstVisibleRow = -32;
+constexpr std::int64_t LastVisibleRow = 32767 + 32;
+
+std::int64_t FloorDiv(std::int64_t a, std::int64_t b) {
+    return a >= 0 ? a / b : -((-a + b - 1) / b);
+}
+
 void AddItemScale(ScaleColumn& column, const ItemDisplay& display, const ScaleRecord& scale,
                   std::int32_t lapBarHeight, std::string name) {
     if (scale.GridStep <= 0) {
@@ -24,13 +35,25 @@ void AddItemScale(ScaleColumn& column, const ItemDisplay& display, const ScaleRe
     }
     const bool maxOnGrid = display.Max != 0 && display.Max % scale.GridStep == 0;
     const bool minOnGrid = display.Min >= 1 && display.Min % scale.GridStep == 0;
-    const std::int32_t end = maxOnGrid ? display.Max : scale.AxisMax;
-    const std::int32_t begin = minOnGrid ? display.Min : scale.AxisMin;
-    std::int32_t y = display.Bottom + lapBarHeight;
-    for (std::int32_t a = 0; a <= end; a += scale.GridStep, y -= scale.Pitch) {
-        if (a < begin) {
-            continue;
-        }
+    const std::int64_t end = maxOnGrid ? display.Max : scale.AxisMax;
+    const std::int64_t begin = minOnGrid ? display.Min : scale.AxisMin;
+    const std::int64_t step = scale.GridStep;
+    const std::int64_t pitch = scale.Pitch;
+    const std::int64_t base = std::int64_t{display.Bottom} + lapBarHeight;
+    // Grid lines stand at a = i * step for 0 <= a <= end, on row base - i * pitch; those below
+    // begin are not drawn.
+    const std::int64_t count = end >= 0 ? end / step + 1 : 0;
+    std::int64_t first = begin > 0 ? -FloorDiv(-begin, step) : 0;
+    std::int64_t last = count - 1;
+    if (pitch > 0) {
+        first = std::max(first, -FloorDiv(LastVisibleRow - base, pitch));
+        last = std::min(last, FloorDiv(base - FirstVisibleRow, pitch));
+    } else {
+        last = std::min(last, first + (LastVisibleRow - FirstVisibleRow));
+    }
+    for (std::int64_t i = first; i <= last; ++i) {
+        const std::int64_t a = i * step;
+        const auto y = static_cast<std::int32_t>(base - i * pitch);
         const bool labelled =
             a == begin || a == end || (scale.LabelStep != 0 && a % scale.LabelStep == 0);
         column.Lines.push_back({y, labelled});
@@ -40,7 +63,11 @@ void AddItemScale(ScaleColumn& column, const ItemDisplay& display, const ScaleRe
                 {ScaleValueColumn, y - 8, shell::FormatText(value, shell::formats::FivePlaces)});
         }
     }
-    column.Labels.push_back({ScaleNameColumn, y + scale.Pitch - 20, std::move(name)});
+    const std::int64_t nameRow = base - (count - 1) * pitch - 20;
+    column.Labels.push_back({ScaleNameColumn,
+                             static_cast<std::int32_t>(std::clamp<std::int64_t>(
+                                 nameRow, FirstVisibleRow - 1000, LastVisibleRow + 1000)),
+                             std::move(name)});
 }
 
 } // namespace

@@ -137,8 +137,7 @@ Blocks BlocksOf(const TraceParams& params, const TimeScale& scale) {
     b.S = scale.MsPerStep;
     b.P = scale.PixelsPerStep;
     b.s = params.Sampling;
-    b.L =
-        shell::LeastCommonMultiple(static_cast<std::int32_t>(b.S), static_cast<std::int32_t>(b.s));
+    b.L = shell::LeastCommonMultiple(b.S, b.s);
     b.n = b.L / b.s;
     b.Block = shell::RoundToInt64(Real(b.L) / Real(b.S) * Real(b.P));
     b.r = shell::RoundToInt64(params.Start) % b.L;

@@ -172,8 +172,9 @@ fs::path FreeDamagedName(const fs::path& sideFile) {
     return {};
 }
 
-// Keeps a damaged side file under another name and says so.
-void SetAside(const fs::path& logFile, const fs::path& sideFile, const CommentFileDamage& damage,
+// Keeps a damaged side file under another name and says so. False when it had to stay where it
+// is, so that no save may write over it.
+bool SetAside(const fs::path& logFile, const fs::path& sideFile, const CommentFileDamage& damage,
               shell::MessageSink& sink) {
     const fs::path kept = FreeDamagedName(sideFile);
     std::error_code error = std::make_error_code(std::errc::file_exists);
@@ -185,19 +186,25 @@ void SetAside(const fs::path& logFile, const fs::path& sideFile, const CommentFi
                       ": " + damage.Reason + ")";
     why += error ? ", and it was left as it is" : "; it is kept as " + FileNameOf(kept);
     ReportUnread(sink, logFile, why);
+    return !error;
 }
 
 // The comments of a logging file's side file: none when there is none, and none when it is
-// damaged (it is set aside and reported); nullopt, with the failure, when it cannot be read.
-std::optional<std::vector<graph::CommentRecord>>
-ReadSideFile(const fs::path& logFile, layout::FileFailure& failure, shell::MessageSink& sink) {
+// damaged (it is set aside and reported; leftDamaged when it could not be moved); nullopt, with
+// the failure, when it cannot be read.
+std::optional<std::vector<graph::CommentRecord>> ReadSideFile(const fs::path& logFile,
+                                                              layout::FileFailure& failure,
+                                                              shell::MessageSink& sink,
+                                                              bool& leftDamaged) {
+    leftDamaged = false;
     const fs::path sideFile = CommentFilePath(logFile);
     std::error_code error;
     if (!fs::exists(sideFile, error)) {
         return std::vector<graph::CommentRecord>{};
     }
     if (fs::file_size(sideFile, error) > MaxCommentFileSize && !error) {
-        SetAside(logFile, sideFile, {1, "it is far longer than any comment file"}, sink);
+        leftDamaged =
+            !SetAside(logFile, sideFile, {1, "it is far longer than any comment file"}, sink);
         return std::vector<graph::CommentRecord>{};
     }
     const std::optional<std::vector<std::uint8_t>> bytes =
@@ -209,7 +216,7 @@ ReadSideFile(const fs::path& logFile, layout::FileFailure& failure, shell::Messa
     CommentFileDamage damage;
     if (!DecodeCommentFile({reinterpret_cast<const char*>(bytes->data()), bytes->size()}, comments,
                            damage)) {
-        SetAside(logFile, sideFile, damage, sink);
+        leftDamaged = !SetAside(logFile, sideFile, damage, sink);
     }
     return comments;
 }
@@ -294,8 +301,9 @@ void ReadLayerComments(graph::GraphWindowState& state, int layer, shell::Message
         return;
     }
     layout::FileFailure failure;
+    bool leftDamaged = false;
     std::optional<std::vector<graph::CommentRecord>> comments =
-        ReadSideFile(logFile, failure, sink);
+        ReadSideFile(logFile, failure, sink, leftDamaged);
     if (!comments) {
         ReportUnread(sink, logFile,
                      "they could not be read (" + layout::DescribeFailure(failure).Description +
@@ -367,8 +375,14 @@ bool SaveLayerComments(const graph::GraphWindowState& state, int layer, shell::M
         return true;
     }
     layout::FileFailure failure;
-    std::optional<std::vector<graph::CommentRecord>> saved = ReadSideFile(logFile, failure, sink);
-    if (!saved) {
+    bool leftDamaged = false;
+    std::optional<std::vector<graph::CommentRecord>> saved =
+        ReadSideFile(logFile, failure, sink, leftDamaged);
+    if (leftDamaged) {
+        // A damaged side file that could not be set aside may still be mended by hand.
+        failure = {std::make_error_code(std::errc::file_exists), CommentFilePath(logFile)};
+    }
+    if (!saved || leftDamaged) {
         ReportUnsaved(sink, logFile, failure);
         return false;
     }

@@ -6,6 +6,7 @@
 #include "logdata/stream_reader.h"
 #include "logdata/values.h"
 #include "shell/number_format.h"
+#include "shell/replacing_file.h"
 #include "shell/rounding.h"
 
 #include <algorithm>
@@ -23,7 +24,9 @@ namespace {
 
 // The LAP column has no stream of its own: it counts lap marks, which are resolved to 5 ms.
 constexpr int LapColumnSampleTime = 5;
-constexpr std::size_t OutputBufferBytes = 1 << 16;
+// Rows are formatted straight into this and written in large pieces: per-row strings and small
+// writes would cost more than the digits.
+constexpr std::size_t OutputBufferBytes = std::size_t{1} << 20;
 
 enum class ColumnKind { Lap, Ordinary, Detonation, Computed };
 
@@ -170,16 +173,48 @@ struct FileCloser {
 };
 using OutputFile = std::unique_ptr<std::FILE, FileCloser>;
 
-bool ReportFailure(shell::MessageSink& sink, const fs::path& file) {
-    const layout::FileFailure failure{std::error_code(errno, std::generic_category()), file};
+bool ReportFailure(shell::MessageSink& sink, const fs::path& file,
+                   std::error_code error = std::error_code(errno, std::generic_category())) {
+    const layout::FileFailure failure{error, file};
     shell::ShowRunTimeError(sink, layout::DescribeFailure(failure));
     return false;
 }
 
-bool WriteLine(std::FILE* out, std::string& line) {
-    line += "\r\n";
-    return std::fwrite(line.data(), 1, line.size(), out) == line.size();
-}
+class OutputBuffer {
+public:
+    explicit OutputBuffer(std::FILE* file)
+        : file_(file)
+        , bytes_(OutputBufferBytes) {}
+
+    // Makes room for a value or a separator; false when a write failed.
+    bool Room() { return bytes_.size() - used_ >= shell::NumberFormat::WriteRoom + 2 || Flush(); }
+    void Put(char c) { bytes_[used_++] = c; }
+    void Put(std::string_view text) {
+        for (const char c : text) {
+            if (!Room()) {
+                return;
+            }
+            Put(c);
+        }
+    }
+    void Put(const shell::NumberFormat& format, double value) {
+        used_ =
+            static_cast<std::size_t>(format.WriteTo(bytes_.data() + used_, value) - bytes_.data());
+    }
+    bool Flush() {
+        const bool written = std::fwrite(bytes_.data(), 1, used_, file_) == used_;
+        used_ = 0;
+        failed_ = failed_ || !written;
+        return !failed_;
+    }
+    bool Failed() const { return failed_; }
+
+private:
+    std::FILE* file_;
+    std::vector<char> bytes_;
+    std::size_t used_ = 0;
+    bool failed_ = false;
+};
 
 } // namespace
 
@@ -206,23 +241,27 @@ bool WriteCsv(const fs::path& file, const LayerSet& layers, std::span<const int>
         }
     }
 
-    // Declared before the file, so that the file's last flush still finds its buffer.
-    std::vector<char> buffer(OutputBufferBytes);
+    // Written beside the target and renamed over it when whole: a full disk or a failed read
+    // leaves the old file as it was.
+    shell::ReplacingFile replacing(file);
+    if (!replacing.Created()) {
+        return ReportFailure(sink, file, replacing.Error());
+    }
     errno = 0;
-    OutputFile out(std::fopen(file.c_str(), "wb"));
+    OutputFile out(std::fopen(replacing.Path().c_str(), "wb"));
     if (!out) {
         return ReportFailure(sink, file);
     }
-    std::setvbuf(out.get(), buffer.data(), _IOFBF, buffer.size());
+    // The buffer below does the buffering; the library's own would only copy again.
+    std::setvbuf(out.get(), nullptr, _IONBF, 0);
+    OutputBuffer buffer(out.get());
 
-    std::string line = "Time(s)";
+    buffer.Put("Time(s)");
     for (const CsvColumn& column : columns) {
-        line += ',';
-        line += column.Name;
+        buffer.Put(",");
+        buffer.Put(column.Name);
     }
-    if (!WriteLine(out.get(), line)) {
-        return ReportFailure(sink, file);
-    }
+    buffer.Put("\r\n");
 
     CsvWriter writer(layers, laf);
     const shell::NumberFormat seconds(shell::formats::ThreeDecimals);
@@ -232,23 +271,33 @@ bool WriteCsv(const fs::path& file, const LayerSet& layers, std::span<const int>
             break;
         }
         const std::int64_t whole = shell::RoundToInt64(time);
-        line.clear();
-        seconds.AppendTo(line, time / 1000.0);
-        bool allDone = true;
-        for (CsvColumn& column : columns) {
-            line += ',';
-            values.AppendTo(line, writer.Value(column, whole, step));
-            allDone = allDone && column.Done;
-        }
-        if (!WriteLine(out.get(), line)) {
+        if (!buffer.Room()) {
             return ReportFailure(sink, file);
         }
+        buffer.Put(seconds, time / 1000.0);
+        bool allDone = true;
+        for (CsvColumn& column : columns) {
+            if (!buffer.Room()) {
+                return ReportFailure(sink, file);
+            }
+            buffer.Put(',');
+            buffer.Put(values, writer.Value(column, whole, step));
+            allDone = allDone && column.Done;
+        }
+        buffer.Put('\r');
+        buffer.Put('\n');
         if (allDone) {
             break;
         }
     }
+    if (!buffer.Flush()) {
+        return ReportFailure(sink, file);
+    }
     if (std::fclose(out.release()) != 0) {
         return ReportFailure(sink, file);
+    }
+    if (!replacing.Commit()) {
+        return ReportFailure(sink, file, replacing.Error());
     }
     return true;
 }

@@ -25,7 +25,7 @@ struct CsvRange {
 // Writes items of layer 0 (indexes into its ItemChannel, slots and computed items, in the
 // order given) to `file`, replacing any old one; from 0 to the end of the longest item, or
 // over the range. No item, no file. Lines end in CR LF. A file that cannot be made or written
-// is reported as a run-time error and false comes back; what was written stays.
+// is reported as a run-time error and false comes back; the old file then stays as it was.
 bool WriteCsv(const std::filesystem::path& file, const LayerSet& layers, std::span<const int> items,
               std::optional<CsvRange> range, const logger::LafTable& laf, shell::MessageSink& sink);
 

@@ -21,7 +21,8 @@ constexpr std::string_view FailedText = "It failed in download. Error code = ";
 } // namespace
 
 bool Download::Start(const TlmDownloadEntry& entry, const std::filesystem::path& file) {
-    file_ = file;
+    // A folder that takes no new file shows as the driver's own refusal to open it.
+    file_.emplace(file);
     if (stopRequested_ || !action_.Begin()) {
         Conclude();
         return false;
@@ -59,6 +60,7 @@ bool Download::Step() {
     bytes_ += block_.lngSize;
     observer_.Progress(bytes_);
     if (result != 0) {
+        lastBlock_ = true;
         Finish();
         return false;
     }
@@ -66,12 +68,14 @@ bool Download::Step() {
 }
 
 DownloadOutcome Download::Outcome() const {
-    return {.Ok = reachedEnd_ && failures_ == 0, .Stopped = stopped_, .Bytes = bytes_};
+    const bool ok = reachedEnd_ && failures_ == 0;
+    return {.Ok = ok, .Stopped = stopped_, .Bytes = bytes_, .Whole = ok && !stopped_ && lastBlock_};
 }
 
 std::int32_t Download::StartTransfer(const TlmDownloadEntry& entry) {
     TlmDownloadEntry requested = entry;
-    std::int32_t result = link_.Driver.GetTheLogFile_start(link_.Status, requested, file_, block_);
+    std::int32_t result =
+        link_.Driver.GetTheLogFile_start(link_.Status, requested, file_->Path(), block_);
     // -1 and -2 are the transfer's own refusals (tlm.h), not link errors.
     switch (result) {
     case -1:
@@ -145,10 +149,12 @@ void Download::Finish() {
 
 void Download::Conclude() {
     finished_ = true;
-    if (!Outcome().Ok) {
-        std::error_code ignored;
-        std::filesystem::remove(file_, ignored);
+    const DownloadOutcome outcome = Outcome();
+    if (file_ && (replace_ == ReplaceWhen::Ok ? outcome.Ok : outcome.Whole)) {
+        file_->Commit();
     }
+    // Not committed: the destructor removes what was written.
+    file_.reset();
 }
 
 void Download::ShowFailed(std::string_view code) {
@@ -162,8 +168,9 @@ void Download::CountIfFailed(std::int32_t result) {
 }
 
 DownloadOutcome DownloadFile(LoggerLink& link, const TlmDownloadEntry& entry,
-                             const std::filesystem::path& file, DownloadObserver& observer) {
-    Download download(link, observer);
+                             const std::filesystem::path& file, DownloadObserver& observer,
+                             ReplaceWhen replace) {
+    Download download(link, observer, replace);
     if (download.Start(entry, file)) {
         shell::RunToEnd(download);
     }

@@ -3,10 +3,12 @@
 
 #include "logger/logger_action.h"
 #include "logger/logger_link.h"
+#include "shell/replacing_file.h"
 #include "shell/stepped_activity.h"
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string_view>
 
 namespace torvane::logger {
@@ -32,18 +34,26 @@ struct DownloadOutcome {
     // The operator stopped the transfer; what was written so far stays.
     bool Stopped = false;
     std::int64_t Bytes = 0;
+    // Ok, not stopped, and the logger sent the file to its last block.
+    bool Whole = false;
 };
+
+// What may take the target's place. The desktop keeps what the logger wrote when it ended the
+// transfer with a sense code; a batch job wants a whole run or nothing.
+enum class ReplaceWhen { Ok, Whole };
 
 // Downloads the logger's file `entry` to `file` over one link, one block a step: acquisition is
 // stopped for the transfer and given back afterwards, except that a stopped download of a logger
 // whose download flag was set at the start leaves it stopped. Every failure is told to the
-// operator, and a download that is not ok removes `file`, so no half file stays behind.
+// operator. The file is written beside `file` and renamed over it only when the download ends
+// as `replace` says; otherwise it is removed and `file` stays as it was, so no half file stands.
 class Download : public shell::SteppedActivity {
 public:
-    Download(LoggerLink& link, DownloadObserver& observer)
+    Download(LoggerLink& link, DownloadObserver& observer, ReplaceWhen replace = ReplaceWhen::Ok)
         : link_(link)
         , observer_(observer)
-        , action_(link, {.AlwaysStopAcquisition = true, .GiveBackAcquisition = false}) {}
+        , action_(link, {.AlwaysStopAcquisition = true, .GiveBackAcquisition = false})
+        , replace_(replace) {}
 
     // Opens the link, readies the logger and starts the transfer. False when no block is to be
     // read: the download has then finished. A stop requested before the start gives up at once.
@@ -71,20 +81,23 @@ private:
     LoggerLink& link_;
     DownloadObserver& observer_;
     LoggerActionFrame action_;
-    std::filesystem::path file_;
+    ReplaceWhen replace_;
+    std::optional<shell::ReplacingFile> file_;
     TlmTransferBlock block_{};
     bool stopRequested_ = false;
     bool reading_ = false;
     bool stopped_ = false;
     bool finished_ = false;
     bool reachedEnd_ = false;
+    bool lastBlock_ = false;
     int failures_ = 0;
     std::int64_t bytes_ = 0;
 };
 
 // Runs a whole download in a plain loop, for callers that have no events to take between blocks.
 DownloadOutcome DownloadFile(LoggerLink& link, const TlmDownloadEntry& entry,
-                             const std::filesystem::path& file, DownloadObserver& observer);
+                             const std::filesystem::path& file, DownloadObserver& observer,
+                             ReplaceWhen replace = ReplaceWhen::Ok);
 
 // The next free LGGRnnnn.rlg in the temporary folder: one above the highest four-digit number
 // found there, from LGGR0001.rlg. Numbers are not reused while older files stay.

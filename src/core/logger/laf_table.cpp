@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <fstream>
 #include <string_view>
 #include <system_error>
@@ -26,7 +27,8 @@ std::string_view Trim(std::string_view text) {
     return text.substr(first, last - first + 1);
 }
 
-// A field that is wholly a decimal number (blanks around it allowed) gives its value, else 0.
+// A field that is wholly a finite decimal number (blanks around it allowed) gives its value,
+// else 0: "nan" and "inf" read as numbers but are none a table can hold.
 double NumericField(std::string_view field) {
     field = Trim(field);
     if (!field.empty() && field.front() == '+') {
@@ -34,7 +36,8 @@ double NumericField(std::string_view field) {
     }
     double value = 0.0;
     const auto [ptr, ec] = std::from_chars(field.data(), field.data() + field.size(), value);
-    if (field.empty() || ec != std::errc{} || ptr != field.data() + field.size()) {
+    if (field.empty() || ec != std::errc{} || ptr != field.data() + field.size() ||
+        !std::isfinite(value)) {
         return 0.0;
     }
     return value;
@@ -67,6 +70,12 @@ double LafTable::ConvertLaf(double volt) const {
     if (!loaded_ || points_.empty()) {
         return volt;
     }
+    // Extreme points of a table edited by hand can overflow; show nothing rather than infinity.
+    const double ratio = Interpolate(volt);
+    return std::isfinite(ratio) ? ratio : 0.0;
+}
+
+double LafTable::Interpolate(double volt) const {
     if (volt == 0.0) {
         return 0.0;
     }

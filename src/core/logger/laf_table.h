@@ -29,6 +29,7 @@ public:
     void Unload() { loaded_ = false; }
 
 private:
+    double Interpolate(double volt) const;
     std::vector<LafPoint> points_;
     bool loaded_ = false;
 };

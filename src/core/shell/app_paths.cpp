@@ -17,19 +17,15 @@ std::optional<fs::path> Environment(const char* name) {
     return fs::path(value);
 }
 
-// A name that exists but is no folder is in the way: take off its protection and delete it,
-// then look again, since the first delete may only have removed a link or a read-only flag.
+// A link to a folder is the operator's choice: followed, and neither changed nor replaced. Any
+// other name in the way (a file, a link to a file or to nothing) is removed itself, which never
+// touches what a link points to, and no permission is changed on something not made here.
 bool MakeFolder(const fs::path& folder) {
     std::error_code error;
-    for (int attempt = 0; attempt < 2; ++attempt) {
-        const auto status = fs::symlink_status(folder, error);
-        if (fs::is_directory(status)) {
-            return true;
-        }
-        if (!fs::exists(status)) {
-            break;
-        }
-        fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, error);
+    if (fs::is_directory(fs::status(folder, error))) {
+        return true;
+    }
+    if (fs::exists(fs::symlink_status(folder, error))) {
         fs::remove(folder, error);
     }
     if (fs::exists(fs::symlink_status(folder, error))) {

@@ -31,7 +31,8 @@ public:
     std::filesystem::path TempDir() const { return appPath_ / "TMP"; }
 
     // Makes DATA, INT and TMP in this order, each only when the one before succeeded. A file
-    // standing where a folder belongs is deleted first. False when a folder could not be made.
+    // standing where a folder belongs is deleted first; a link to a folder is used as it is.
+    // False when a folder could not be made.
     bool MakeFolders() const;
 
 private:

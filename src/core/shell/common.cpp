@@ -18,11 +18,11 @@ std::uint32_t ColorValue(int index) {
     return table[static_cast<std::size_t>(index)];
 }
 
-std::int32_t LeastCommonMultiple(std::int32_t a, std::int32_t b) {
+std::int64_t LeastCommonMultiple(std::int64_t a, std::int64_t b) {
     if (a == 0 || b == 0) {
         return 0;
     }
-    const std::int32_t divisor = std::gcd(a, b);
+    const std::int64_t divisor = std::gcd(a, b);
     return b / divisor * a;
 }
 

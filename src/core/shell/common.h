@@ -11,8 +11,9 @@ namespace torvane::shell {
 std::uint32_t ColorValue(int index);
 
 // Aligns two intervals: Euclid's greatest common divisor, then b / gcd * a. Zero when either
-// interval is zero (nothing to align).
-std::int32_t LeastCommonMultiple(std::int32_t a, std::int32_t b);
+// interval is zero (nothing to align). Two intervals of 32 bits can need 62 bits to align, and a
+// layout file may hold any of them.
+std::int64_t LeastCommonMultiple(std::int64_t a, std::int64_t b);
 
 // Keyboard filter of number fields: backspace (8) and the digits '0'..'9' pass, anything else
 // becomes 0 (swallowed).

@@ -36,8 +36,15 @@ class NumberFormat {
 public:
     explicit NumberFormat(std::string_view format);
     void AppendTo(std::string& out, double value) const;
+    // Writes the text at out and returns its end; out must have room for WriteRoom characters.
+    char* WriteTo(char* out, double value) const;
+    static constexpr std::size_t WriteRoom = 512;
 
 private:
+    // Pictures like "0.00": digits, a point and up to four fixed decimals, nothing else. An
+    // export formats tens of millions of values with them, so they take a faster road.
+    char* WritePlainFixed(char* out, double value) const;
+
     struct Picture {
         std::string Prefix;
         int MinIntegerDigits = 0;
@@ -51,6 +58,7 @@ private:
     static Picture Parse(std::string_view format);
 
     Picture picture_;
+    bool plainFixed_ = false;
 };
 
 // Right-aligns text in a field of as many places as the format has '@'; a longer text is

@@ -1,16 +1,31 @@
 #include "shell/regular_file.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
-#include <memory>
 
 namespace torvane::shell {
 namespace fs = std::filesystem;
 namespace {
 
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
+class Descriptor {
+public:
+    explicit Descriptor(int fd)
+        : fd_(fd) {}
+    ~Descriptor() {
+        if (fd_ >= 0) {
+            ::close(fd_);
+        }
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int Get() const { return fd_; }
+
+private:
+    int fd_;
 };
 
 std::optional<std::vector<std::uint8_t>> Errno(std::error_code& error) {
@@ -22,36 +37,42 @@ std::optional<std::vector<std::uint8_t>> Errno(std::error_code& error) {
 
 std::optional<std::vector<std::uint8_t>> ReadRegularFile(const fs::path& file, std::size_t maxBytes,
                                                          std::error_code& error) {
-    const fs::file_status status = fs::status(file, error);
-    if (error) {
-        return std::nullopt;
+    error.clear();
+    // Opened without waiting and judged by the descriptor itself: a name checked first and
+    // opened after could meanwhile have become a FIFO, whose open would wait for a writer.
+    const Descriptor fd(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+    if (fd.Get() < 0) {
+        return Errno(error);
     }
-    if (fs::is_directory(status)) {
+    struct stat status {};
+    if (::fstat(fd.Get(), &status) != 0) {
+        return Errno(error);
+    }
+    if (S_ISDIR(status.st_mode)) {
         error = std::make_error_code(std::errc::is_a_directory);
         return std::nullopt;
     }
-    if (!fs::is_regular_file(status)) {
+    if (!S_ISREG(status.st_mode)) {
         error = std::make_error_code(std::errc::invalid_argument);
         return std::nullopt;
     }
-    const std::unique_ptr<std::FILE, FileCloser> handle(std::fopen(file.c_str(), "rb"));
-    if (!handle) {
-        return Errno(error);
-    }
     std::vector<std::uint8_t> bytes;
-    constexpr std::size_t chunk = 4096;
+    constexpr std::size_t chunk = 64 * 1024;
     while (bytes.size() < maxBytes) {
         const std::size_t start = bytes.size();
         bytes.resize(start + std::min(chunk, maxBytes - start));
-        const std::size_t count =
-            std::fread(bytes.data() + start, 1, bytes.size() - start, handle.get());
-        bytes.resize(start + count);
+        const ssize_t count = ::read(fd.Get(), bytes.data() + start, bytes.size() - start);
+        if (count < 0 && errno == EINTR) {
+            bytes.resize(start);
+            continue;
+        }
+        if (count < 0) {
+            return Errno(error);
+        }
+        bytes.resize(start + static_cast<std::size_t>(count));
         if (count == 0) {
             break;
         }
-    }
-    if (std::ferror(handle.get()) != 0) {
-        return Errno(error);
     }
     return bytes;
 }

@@ -13,8 +13,9 @@
 namespace torvane::shell {
 
 // The first maxBytes bytes of file at most. nullopt with error set when it cannot be read:
-// std::errc::is_a_directory for a folder, std::errc::invalid_argument for a FIFO, a device or a
-// socket (neither is opened), else the error of the open or the read.
+// std::errc::is_a_directory for a folder, std::errc::invalid_argument for a FIFO or a device
+// (opened without waiting, never read), else the error of the open or the read (a socket cannot
+// be opened at all).
 std::optional<std::vector<std::uint8_t>>
 ReadRegularFile(const std::filesystem::path& file, std::size_t maxBytes, std::error_code& error);
 

@@ -1,8 +1,12 @@
 #include "endpoint.h"
 
+#include <sys/stat.h>
+
+#include <cerrno>
 #include <charconv>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <unistd.h>
 
@@ -56,15 +60,35 @@ std::string ToString(const Endpoint& endpoint) {
     return std::string(TcpPrefix) + std::string(Loopback) + std::to_string(endpoint.Port);
 }
 
+std::string PrivateFallbackFolder() {
+    return "/tmp/torvane-" + std::to_string(::geteuid());
+}
+
 Endpoint DefaultEndpoint() {
     Endpoint endpoint;
     const char* runtime = std::getenv("XDG_RUNTIME_DIR");
     if (runtime != nullptr && *runtime != '\0') {
         endpoint.Path = std::string(runtime) + "/torvane-logger.sock";
     } else {
-        endpoint.Path = "/tmp/torvane-logger-" + std::to_string(::getuid()) + ".sock";
+        endpoint.Path = PrivateFallbackFolder() + "/logger.sock";
     }
     return endpoint;
+}
+
+bool MakePrivateFolder(const std::string& folder, std::string& error) {
+    if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
+        error = "cannot make " + folder + ": " + std::strerror(errno);
+        return false;
+    }
+    // A name taken first by someone else (a link, another user's folder, an open one) is not
+    // private, whatever it holds.
+    struct stat info {};
+    if (::lstat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode) ||
+        info.st_uid != ::geteuid() || (info.st_mode & 077) != 0) {
+        error = folder + " is not a private folder of this user";
+        return false;
+    }
+    return true;
 }
 
 std::optional<Endpoint> EndpointFromEnvironment(std::string& error) {

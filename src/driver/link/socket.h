@@ -49,8 +49,10 @@ private:
 };
 
 // Connects before the deadline; a closed socket with the reason in error when nothing listens
-// there or the time ran out.
+// there, the time ran out, or a unix socket's listener runs as another user.
 Socket Connect(const Endpoint& endpoint, Deadline deadline, std::string& error);
+// Connect without the check of the listener's user: only to ask whether anything listens.
+Socket ConnectAnyone(const Endpoint& endpoint, Deadline deadline, std::string& error);
 
 class Listener {
 public:

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -17,6 +18,7 @@
 #include "socket.h"
 
 namespace torvane::link {
+namespace fs = std::filesystem;
 namespace {
 
 constexpr int Backlog = 4;
@@ -148,7 +150,28 @@ IoStatus Socket::ReceiveSome(std::vector<std::uint8_t>& buffer, std::size_t limi
     }
 }
 
+// The other end of a unix link must run as this user: a logger or program of another user could
+// read or forge what the link carries. TCP has no peer to ask, and stays on the loopback.
+bool SameUserAtOtherEnd(const Socket& socket, const Endpoint& endpoint) {
+    if (endpoint.Kind != Endpoint::Kind::Unix) {
+        return true;
+    }
+    ucred peer{};
+    socklen_t size = sizeof peer;
+    return ::getsockopt(socket.Descriptor(), SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 &&
+           peer.uid == ::geteuid();
+}
+
 Socket Connect(const Endpoint& endpoint, Deadline deadline, std::string& error) {
+    Socket socket = ConnectAnyone(endpoint, deadline, error);
+    if (socket.IsOpen() && !SameUserAtOtherEnd(socket, endpoint)) {
+        error = endpoint.Path + " belongs to another user";
+        return {};
+    }
+    return socket;
+}
+
+Socket ConnectAnyone(const Endpoint& endpoint, Deadline deadline, std::string& error) {
     sockaddr_storage address{};
     socklen_t length = 0;
     if (!ToAddress(endpoint, address, length)) {
@@ -210,6 +233,11 @@ bool Listener::Open(const Endpoint& endpoint, std::string& error) {
         return false;
     }
     const auto* target = reinterpret_cast<const sockaddr*>(&address);
+    if (endpoint.Kind == Endpoint::Kind::Unix &&
+        fs::path(endpoint.Path).parent_path() == PrivateFallbackFolder() &&
+        !MakePrivateFolder(PrivateFallbackFolder(), error)) {
+        return false;
+    }
     if (endpoint.Kind == Endpoint::Kind::Tcp) {
         const int on = 1;
         ::setsockopt(socket.Descriptor(), SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
@@ -227,7 +255,8 @@ bool Listener::Open(const Endpoint& endpoint, std::string& error) {
             return false;
         }
         std::string probeError;
-        if (Connect(endpoint, Clock::now() + std::chrono::milliseconds(500), probeError).IsOpen()) {
+        if (ConnectAnyone(endpoint, Clock::now() + std::chrono::milliseconds(500), probeError)
+                .IsOpen()) {
             error = "another logger is listening on " + endpoint.Path;
             return false;
         }
@@ -268,9 +297,14 @@ Socket Listener::Accept() {
     for (;;) {
         const int descriptor =
             ::accept4(socket_.Descriptor(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
-        if (descriptor >= 0 || errno != EINTR) {
-            return Socket(descriptor);
+        if (descriptor < 0 && errno == EINTR) {
+            continue;
         }
+        Socket client(descriptor);
+        if (client.IsOpen() && !SameUserAtOtherEnd(client, bound_)) {
+            continue; // another user's program: closed unheard
+        }
+        return client;
     }
 }
 
