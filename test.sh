@@ -64,8 +64,9 @@ fi
 
 echo "== Sanitizer build: core, driver, simulator and logger tests"
 cmake --preset debug-asan >/dev/null
-cmake --build --preset debug-asan -j "$jobs" --target core_tests core_load_tests calc_tests driver_tests sim_tests logger_tests
-run_ctest --preset debug-asan -L 'core_tests|core_load_tests|calc_tests|driver_tests|sim_tests|logger_tests'
+cmake --build --preset debug-asan -j "$jobs" --target core_tests core_load_tests calc_tests logger_live_tests driver_tests \
+    sim_tests logger_tests
+run_ctest --preset debug-asan -L 'core_tests|core_load_tests|calc_tests|logger_live_tests|driver_tests|sim_tests|logger_tests'
 
 echo "== Fuzzing every reader briefly"
 cmake --preset fuzz >/dev/null

@@ -23,15 +23,6 @@ using namespace torvane;
 
 constexpr double TenMinutes = 10.0;
 
-bench::DeployedRun& Run(double minutes) {
-    static std::map<double, std::unique_ptr<bench::DeployedRun>> runs;
-    auto& run = runs[minutes];
-    if (!run) {
-        run = std::make_unique<bench::DeployedRun>(bench::LargestRunSetting(), minutes, 5);
-    }
-    return *run;
-}
-
 // The streams the map reads.
 std::vector<fs::path> InputFiles(const bench::DeployedRun& run) {
     std::vector<fs::path> files;
@@ -50,14 +41,14 @@ std::uintmax_t InputBytes(const bench::DeployedRun& run) {
 }
 
 void Map(benchmark::State& state, double minutes) {
-    const bench::DeployedRun& run = Run(minutes);
+    const bench::DeployedRun& run = bench::LargestSettingRun(minutes);
     shell::RecordingSink sink;
     std::int64_t peakAbove = 0;
     for (auto _ : state) {
-        const std::int64_t before = bench::heapInUse;
-        bench::heapPeak = before;
-        const fs::path file = views::GetDetonationOfLayer(run.Layers(), 0, sink);
-        peakAbove = std::max(peakAbove, bench::heapPeak - before);
+        fs::path file;
+        peakAbove = std::max(peakAbove, bench::PeakHeapOf([&] {
+                                 file = views::GetDetonationOfLayer(run.Layers(), 0, sink);
+                             }));
         if (file.empty()) {
             state.SkipWithError("the map was not written");
         }
@@ -76,22 +67,12 @@ void MapLargestRun(benchmark::State& state) {
     Map(state, bench::LargestRunMinutes);
 }
 
-// The same five files read front to back in 64 KiB blocks, touching every byte.
+// The same five files read front to back in 64 KiB blocks, every byte looked at once.
 void SequentialReadOfTheSameFiles(benchmark::State& state) {
-    const bench::DeployedRun& run = Run(bench::LargestRunMinutes);
-    std::vector<char> block(64 * 1024);
+    const bench::DeployedRun& run = bench::LargestSettingRun(bench::LargestRunMinutes);
+    const std::vector<fs::path> files = InputFiles(run);
     for (auto _ : state) {
-        unsigned sum = 0;
-        for (const fs::path& file : InputFiles(run)) {
-            std::FILE* in = std::fopen(file.c_str(), "rb");
-            for (std::size_t got; (got = std::fread(block.data(), 1, block.size(), in)) > 0;) {
-                for (std::size_t i = 0; i < got; i += 64) {
-                    sum += static_cast<unsigned char>(block[i]);
-                }
-            }
-            std::fclose(in);
-        }
-        benchmark::DoNotOptimize(sum);
+        bench::ReadEveryByte(files);
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * InputBytes(run)));
 }
@@ -104,8 +85,8 @@ BENCHMARK(SequentialReadOfTheSameFiles)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
-    Run(TenMinutes);
-    Run(bench::LargestRunMinutes);
+    bench::LargestSettingRun(TenMinutes);
+    bench::LargestSettingRun(bench::LargestRunMinutes);
     bench::RatioReporter reporter(
         bench::RatioReporter::Ratios{{"MapLargestRun", "SequentialReadOfTheSameFiles"}});
     benchmark::RunSpecifiedBenchmarks(&reporter);

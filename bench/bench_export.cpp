@@ -23,15 +23,6 @@ using namespace torvane;
 
 constexpr double TenMinutes = 10.0;
 
-bench::DeployedRun& Run(double minutes) {
-    static std::map<double, std::unique_ptr<bench::DeployedRun>> runs;
-    auto& run = runs[minutes];
-    if (!run) {
-        run = std::make_unique<bench::DeployedRun>(bench::LargestRunSetting(), minutes, 5);
-    }
-    return *run;
-}
-
 // Every item of the run, as the save dialog's "all items" asks.
 std::vector<int> AllItems(const bench::DeployedRun& run) {
     return load::CsvItems(run.Layers().Layer[0], {}, true);
@@ -40,18 +31,20 @@ std::vector<int> AllItems(const bench::DeployedRun& run) {
 std::map<double, std::uintmax_t> csvBytes;
 
 void Export(benchmark::State& state, double minutes) {
-    const bench::DeployedRun& run = Run(minutes);
+    const bench::DeployedRun& run = bench::LargestSettingRun(minutes);
     const std::vector<int> items = AllItems(run);
     const fs::path out = run.Folder() / "RUN.csv";
     shell::RecordingSink sink;
     std::int64_t peakAbove = 0;
     for (auto _ : state) {
-        const std::int64_t before = bench::heapInUse;
-        bench::heapPeak = before;
-        if (!logdata::WriteCsv(out, run.Layers(), items, std::nullopt, run.Laf(), sink)) {
+        bool written = false;
+        peakAbove = std::max(peakAbove, bench::PeakHeapOf([&] {
+                                 written = logdata::WriteCsv(out, run.Layers(), items, std::nullopt,
+                                                             run.Laf(), sink);
+                             }));
+        if (!written) {
             state.SkipWithError("the export failed");
         }
-        peakAbove = std::max(peakAbove, bench::heapPeak - before);
     }
     csvBytes[minutes] = fs::file_size(out);
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * csvBytes[minutes]));
@@ -69,21 +62,14 @@ void ExportLargestRun(benchmark::State& state) {
 
 // As many bytes as the largest run's CSV file, written in 64 KiB blocks to the same folder.
 void SequentialWriteOfTheSameBytes(benchmark::State& state) {
-    const bench::DeployedRun& run = Run(bench::LargestRunMinutes);
+    const bench::DeployedRun& run = bench::LargestSettingRun(bench::LargestRunMinutes);
     const std::uintmax_t total = csvBytes[bench::LargestRunMinutes];
     if (total == 0) {
         state.SkipWithError("ExportLargestRun gives the number of bytes: run it first");
         return;
     }
-    const std::vector<char> block(64 * 1024, '0');
     for (auto _ : state) {
-        std::FILE* out = std::fopen((run.Folder() / "PLAIN.csv").c_str(), "wb");
-        for (std::uintmax_t left = total; left > 0;) {
-            const std::size_t chunk = std::min<std::uintmax_t>(left, block.size());
-            std::fwrite(block.data(), 1, chunk, out);
-            left -= chunk;
-        }
-        std::fclose(out);
+        bench::WriteBytes(run.Folder() / "PLAIN.csv", static_cast<std::int64_t>(total));
     }
     state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * total));
 }
@@ -96,8 +82,8 @@ BENCHMARK(SequentialWriteOfTheSameBytes)->Unit(benchmark::kMillisecond)->MinTime
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
-    Run(TenMinutes);
-    Run(bench::LargestRunMinutes);
+    bench::LargestSettingRun(TenMinutes);
+    bench::LargestSettingRun(bench::LargestRunMinutes);
     bench::RatioReporter reporter(
         bench::RatioReporter::Ratios{{"ExportLargestRun", "SequentialWriteOfTheSameBytes"}});
     benchmark::RunSpecifiedBenchmarks(&reporter);

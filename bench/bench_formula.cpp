@@ -27,15 +27,6 @@ constexpr double TenMinutes = 10.0;
 constexpr const char* BenchFormula = "Ne*TH/100+sqrt(VFW)";
 constexpr std::array<const char*, 3> InputStreams{"Ne", "TH", "VFW"};
 
-bench::DeployedRun& Run(double minutes) {
-    static std::map<double, std::unique_ptr<bench::DeployedRun>> runs;
-    auto& run = runs[minutes];
-    if (!run) {
-        run = std::make_unique<bench::DeployedRun>(bench::LargestRunSetting(), minutes, 5);
-    }
-    return *run;
-}
-
 std::vector<calc::FormulaToken> Postfix(const bench::DeployedRun& run) {
     std::vector<calc::FormulaToken> postfix;
     std::optional<shell::RunTimeError> failure;
@@ -48,7 +39,7 @@ std::vector<calc::FormulaToken> Postfix(const bench::DeployedRun& run) {
 std::map<double, std::int64_t> entries;
 
 void Formula(benchmark::State& state, double minutes) {
-    const bench::DeployedRun& run = Run(minutes);
+    const bench::DeployedRun& run = bench::LargestSettingRun(minutes);
     const std::vector<calc::FormulaToken> postfix = Postfix(run);
     if (postfix.empty()) {
         state.SkipWithError("the formula was refused");
@@ -57,16 +48,16 @@ void Formula(benchmark::State& state, double minutes) {
     shell::RecordingSink sink;
     std::int64_t peakAbove = 0;
     for (auto _ : state) {
-        const std::int64_t before = bench::heapInUse;
-        bench::heapPeak = before;
-        const calc::FormulaOutcome outcome =
-            calc::CalculateFormula(postfix, {&run.Layers(), 0, &run.Laf()}, "Pw", 2, sink);
+        calc::FormulaOutcome outcome;
+        peakAbove = std::max(peakAbove, bench::PeakHeapOf([&] {
+                                 outcome = calc::CalculateFormula(
+                                     postfix, {&run.Layers(), 0, &run.Laf()}, "Pw", 2, sink);
+                             }));
         if (outcome.Result != calc::FormulaResult::Success) {
             state.SkipWithError("the calculation failed");
             return;
         }
         entries[minutes] = outcome.Entries;
-        peakAbove = std::max(peakAbove, bench::heapPeak - before);
     }
     state.SetItemsProcessed(state.iterations() * entries[minutes]);
     state.counters["peak_heap_KiB"] = static_cast<double>(peakAbove) / 1024.0;
@@ -83,30 +74,19 @@ void FormulaLargestRun(benchmark::State& state) {
 // The formula's three input streams read from start to end, and as many bytes as its result
 // written, in 64 KiB blocks, in the same folder.
 void SequentialReadAndWriteOfTheSameBytes(benchmark::State& state) {
-    const bench::DeployedRun& run = Run(bench::LargestRunMinutes);
+    const bench::DeployedRun& run = bench::LargestSettingRun(bench::LargestRunMinutes);
     const std::int64_t total = entries[bench::LargestRunMinutes] * 4;
     if (total == 0) {
         state.SkipWithError("FormulaLargestRun gives the number of bytes: run it first");
         return;
     }
-    std::vector<char> block(64 * 1024, '0');
+    std::vector<fs::path> inputs;
+    for (const char* stream : InputStreams) {
+        inputs.push_back(run.Layers().StreamPath(0, stream));
+    }
     for (auto _ : state) {
-        for (const char* stream : InputStreams) {
-            std::FILE* in = std::fopen(run.Layers().StreamPath(0, stream).c_str(), "rb");
-            while (in != nullptr && std::fread(block.data(), 1, block.size(), in) > 0) {
-            }
-            if (in != nullptr) {
-                std::fclose(in);
-            }
-        }
-        std::FILE* out = std::fopen((run.Folder() / "PLAIN.tmp").c_str(), "wb");
-        for (std::int64_t left = total; left > 0;) {
-            const auto chunk = static_cast<std::size_t>(
-                std::min<std::int64_t>(left, static_cast<std::int64_t>(block.size())));
-            std::fwrite(block.data(), 1, chunk, out);
-            left -= static_cast<std::int64_t>(chunk);
-        }
-        std::fclose(out);
+        bench::ReadEveryByte(inputs);
+        bench::WriteBytes(run.Folder() / "PLAIN.tmp", total);
     }
     state.SetItemsProcessed(state.iterations() * entries[bench::LargestRunMinutes]);
 }
@@ -119,8 +99,8 @@ BENCHMARK(SequentialReadAndWriteOfTheSameBytes)->Unit(benchmark::kMillisecond)->
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
-    Run(TenMinutes);
-    Run(bench::LargestRunMinutes);
+    bench::LargestSettingRun(TenMinutes);
+    bench::LargestSettingRun(bench::LargestRunMinutes);
     bench::RatioReporter reporter(bench::RatioReporter::Ratios{
         {"FormulaLargestRun", "SequentialReadAndWriteOfTheSameBytes"}});
     benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -21,21 +21,12 @@ using namespace torvane;
 
 constexpr double TenMinutes = 10.0;
 
-bench::DeployedRun& Run(double minutes) {
-    static std::map<double, std::unique_ptr<bench::DeployedRun>> runs;
-    auto& run = runs[minutes];
-    if (!run) {
-        run = std::make_unique<bench::DeployedRun>(bench::LargestRunSetting(), minutes, 5);
-    }
-    return *run;
-}
-
 fs::path StreamOf(const bench::DeployedRun& run, logdata::Channel channel) {
     return run.Layers().StreamPath(0, logdata::StreamNames[channel]);
 }
 
 void BothHistograms(benchmark::State& state, double minutes) {
-    const bench::DeployedRun& run = Run(minutes);
+    const bench::DeployedRun& run = bench::LargestSettingRun(minutes);
     const fs::path th = StreamOf(run, logdata::TH);
     const fs::path ne = StreamOf(run, logdata::Ne);
     const logdata::LogHeader& header = run.Layers().Layer[0].Header;
@@ -46,13 +37,14 @@ void BothHistograms(benchmark::State& state, double minutes) {
     views::HistogramFigures thFigures;
     views::HistogramFigures neFigures;
     for (auto _ : state) {
-        const std::int64_t before = bench::heapInUse;
-        bench::heapPeak = before;
-        if (!views::MakeThHistogram(th, calibration, thFigures, sink) ||
-            !views::MakeNeHistogram(ne, {0, 20000}, neFigures, sink)) {
+        bool made = false;
+        peakAbove = std::max(peakAbove, bench::PeakHeapOf([&] {
+                                 made = views::MakeThHistogram(th, calibration, thFigures, sink) &&
+                                        views::MakeNeHistogram(ne, {0, 20000}, neFigures, sink);
+                             }));
+        if (!made) {
             state.SkipWithError("a histogram failed");
         }
-        peakAbove = std::max(peakAbove, bench::heapPeak - before);
         benchmark::DoNotOptimize(thFigures);
         benchmark::DoNotOptimize(neFigures);
     }
@@ -71,23 +63,11 @@ void HistogramsLargestRun(benchmark::State& state) {
 
 // The same two files read front to back in 64 KiB blocks, every byte looked at once.
 void SequentialReadOfTheSameFiles(benchmark::State& state) {
-    const bench::DeployedRun& run = Run(bench::LargestRunMinutes);
-    std::vector<unsigned char> block(64 * 1024);
+    const bench::DeployedRun& run = bench::LargestSettingRun(bench::LargestRunMinutes);
+    const std::vector<fs::path> files{StreamOf(run, logdata::TH), StreamOf(run, logdata::Ne)};
     std::int64_t bytes = 0;
     for (auto _ : state) {
-        unsigned sum = 0;
-        bytes = 0;
-        for (const auto channel : {logdata::TH, logdata::Ne}) {
-            std::FILE* in = std::fopen(StreamOf(run, channel).c_str(), "rb");
-            for (std::size_t got = 0; (got = std::fread(block.data(), 1, block.size(), in)) > 0;) {
-                for (std::size_t i = 0; i < got; ++i) {
-                    sum += block[i];
-                }
-                bytes += static_cast<std::int64_t>(got);
-            }
-            std::fclose(in);
-        }
-        benchmark::DoNotOptimize(sum);
+        bytes = bench::ReadEveryByte(files);
     }
     state.SetBytesProcessed(state.iterations() * bytes);
 }
@@ -100,8 +80,8 @@ BENCHMARK(SequentialReadOfTheSameFiles)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
-    Run(TenMinutes);
-    Run(bench::LargestRunMinutes);
+    bench::LargestSettingRun(TenMinutes);
+    bench::LargestSettingRun(bench::LargestRunMinutes);
     bench::RatioReporter reporter(
         bench::RatioReporter::Ratios{{"HistogramsLargestRun", "SequentialReadOfTheSameFiles"}});
     benchmark::RunSpecifiedBenchmarks(&reporter);

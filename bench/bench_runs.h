@@ -11,10 +11,18 @@
 #include "vehicle/demo_setting.h"
 #include "vehicle/run_file.h"
 
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <filesystem>
+#include <map>
+#include <memory>
 #include <random>
+#include <span>
 #include <string>
+#include <vector>
 
 namespace torvane::bench {
 
@@ -66,5 +74,56 @@ private:
     logdata::LayerSet layers_;
     logger::LafTable laf_;
 };
+
+// The run of the largest setting of the given length, made once for the benchmark program.
+inline DeployedRun& LargestSettingRun(double minutes) {
+    static std::map<double, std::unique_ptr<DeployedRun>> runs;
+    auto& run = runs[minutes];
+    if (!run) {
+        run = std::make_unique<DeployedRun>(LargestRunSetting(), minutes, 5);
+    }
+    return *run;
+}
+
+// The baselines: what reading or writing the same bytes costs with nothing else to do.
+inline constexpr std::size_t PlainBlockBytes = 64 * 1024;
+
+// The files read front to back in 64 KiB blocks, every byte looked at once; the bytes read.
+inline std::int64_t ReadEveryByte(std::span<const std::filesystem::path> files) {
+    std::vector<unsigned char> block(PlainBlockBytes);
+    std::int64_t bytes = 0;
+    unsigned sum = 0;
+    for (const std::filesystem::path& file : files) {
+        std::FILE* in = std::fopen(file.c_str(), "rb");
+        if (in == nullptr) {
+            continue;
+        }
+        for (std::size_t got = 0; (got = std::fread(block.data(), 1, block.size(), in)) > 0;) {
+            for (std::size_t i = 0; i < got; ++i) {
+                sum += block[i];
+            }
+            bytes += static_cast<std::int64_t>(got);
+        }
+        std::fclose(in);
+    }
+    benchmark::DoNotOptimize(sum);
+    return bytes;
+}
+
+// `total` bytes written to `file` in 64 KiB blocks.
+inline void WriteBytes(const std::filesystem::path& file, std::int64_t total) {
+    const std::vector<char> block(PlainBlockBytes, '0');
+    std::FILE* out = std::fopen(file.c_str(), "wb");
+    if (out == nullptr) {
+        return;
+    }
+    for (std::int64_t left = total; left > 0;) {
+        const auto chunk = static_cast<std::size_t>(
+            std::min<std::int64_t>(left, static_cast<std::int64_t>(block.size())));
+        std::fwrite(block.data(), 1, chunk, out);
+        left -= static_cast<std::int64_t>(chunk);
+    }
+    std::fclose(out);
+}
 
 } // namespace torvane::bench

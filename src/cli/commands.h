@@ -127,14 +127,24 @@ int Histogram(const HistogramOptions& options);
 
 // The logger commands: one short link each, through the same policy as the desktop's windows.
 // Messages go to stderr; questions are answered No (Cancel) unless Yes.
-enum class LoggerCommand { Status, List, Download, Clear, Setting, Send, Monitor, Dump, Service,
-                           Detonation };
+enum class LoggerCommand {
+    Status,
+    List,
+    Download,
+    Clear,
+    Setting,
+    Send,
+    Monitor,
+    Dump,
+    Service,
+    Detonation
+};
 struct LoggerOptions {
     LoggerCommand Command = LoggerCommand::Status;
-    int Number = 0;                                   // download: the logger's file number
-    std::filesystem::path Output;                     // download: the logging file; dump: the dump's;
-                                                      // deto: the .dto file
-    std::filesystem::path Input;                      // send: the SETTING.DAT to send
+    int Number = 0;               // download: the logger's file number
+    std::filesystem::path Output; // download: the logging file; dump: the dump's;
+                                  // deto: the .dto file
+    std::filesystem::path Input;  // send: the SETTING.DAT to send
     std::optional<std::filesystem::path> MemoryTable; // setting: MT.DAT for the logging time
     bool Yes = false;
     bool Json = false;

@@ -241,7 +241,8 @@ int main(int argc, char** argv) {
     loggerCommand->require_subcommand(1);
     loggerCommand->add_flag("--yes", loggerOptions.Yes,
                             "Answer Yes (OK) to the logger's questions; otherwise No (Cancel)");
-    loggerCommand->add_flag("--json", loggerOptions.Json, "Print JSON (status, list, setting, monitor, deto)");
+    loggerCommand->add_flag("--json", loggerOptions.Json,
+                            "Print JSON (status, list, setting, monitor, deto)");
     const auto addLoggerCommand = [&](const char* name, const char* description,
                                       LoggerCommand command) {
         auto* sub = loggerCommand->add_subcommand(name, description);

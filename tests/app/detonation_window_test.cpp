@@ -2,6 +2,7 @@
 // entries, read out by a press, saved and closed.
 
 #include "graph_desk.h"
+#include "pdf_printing.h"
 #include "render/detonation_picture.h"
 #include "shell/desktop.h"
 #include "views/detonation_windows.h"
@@ -93,7 +94,20 @@ private slots:
         QVERIFY(window.findChild<QWidget*>("ShpMap2")->isVisible());
         QVERIFY(!window.findChild<QWidget*>("ShpNo1")->isVisible());
         QCOMPARE(LabelText(&window, "lblTotal2"), QString());
-        QVERIFY(!window.findChild<QAction*>("mnuPrint")->isEnabled());
+
+        // Printed whole (nothing of a window of its own is cut) at zoom 100 into a PDF page.
+        {
+            testing::PdfPrinting printing(sink);
+            printing.Path = folder / "map.pdf";
+            testing::AnswerPrintDialog("100");
+            window.findChild<QAction*>("mnuPrint")->trigger();
+            QVERIFY(sink.Messages.empty());
+            const QRect printed = testing::InkOf(testing::RenderPage(folder / "map.pdf"));
+            // The whole window at its own size: resampling may smudge its lightest edge rows.
+            const QSize shown = app::CaptureWindow(window, -1).size();
+            QVERIFY(std::abs(printed.width() - shown.width()) <= 3);
+            QVERIFY(std::abs(printed.height() - shown.height()) <= 3);
+        }
 
         auto* picture = window.findChild<QLabel*>("picDeto");
         const views::CellPlace cell = views::CellPlaceOf(0, 3, 4);

@@ -174,7 +174,12 @@ private slots:
         QCOMPARE(dialog.result(), int{QDialog::Accepted});
         QVERIFY(!dialog.Result().Cancelled);
         QCOMPARE(dialog.Result().File, desk.Temp / "LGGR0008.rlg");
-        QCOMPARE(desk.Driver.startedFile, desk.Temp / "LGGR0008.rlg");
+        // The blocks went to a file beside the target, renamed over it once whole.
+        const std::filesystem::path target = desk.Temp / "LGGR0008.rlg";
+        QCOMPARE(desk.Driver.startedFile.parent_path(), target.parent_path());
+        QVERIFY(desk.Driver.startedFile.filename().string().starts_with(".LGGR0008.rlg."));
+        QVERIFY(std::filesystem::exists(target));
+        QVERIFY(!std::filesystem::exists(desk.Driver.startedFile));
         QCOMPARE(Bar(dialog)->value(), Bar(dialog)->maximum());
         QCOMPARE(Label(dialog, "lblReadData"), QString("4096"));
         // The full bar is drawn, not just set.

@@ -4,12 +4,15 @@
 
 #include "live_logger_desk.h"
 #include "logger/monitor_window.h"
+#include "pdf_printing.h"
+#include "support/temp_folder.h"
 #include "widget_driving.h"
 
 #include <QAction>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QLabel>
+#include <QPushButton>
 #include <QTimer>
 #include <QtTest>
 
@@ -35,7 +38,22 @@ private slots:
         auto* timer = Control<QTimer>(window, "tmrReal");
         QCOMPARE(timer->interval(), 25);
         QVERIFY(timer->isActive());
-        QVERIFY(!Control<QAction>(window, "mnuPrint")->isEnabled());
+        // The readings stand while the print dialog is open and go on after the page.
+        {
+            torvane::testing::TempFolder folder;
+            torvane::testing::PdfPrinting printing(desk.Sink);
+            printing.Path = folder / std::string("monitor.pdf");
+            bool stoodStill = false;
+            torvane::testing::WhenModalOpens([&](QWidget* dialog) {
+                stoodStill = !timer->isActive();
+                Control<QPushButton>(*dialog, "cmdPrint")->click();
+            });
+            Control<QAction>(window, "mnuPrint")->trigger();
+            QVERIFY(stoodStill);
+            QVERIFY(std::filesystem::file_size(folder / std::string("monitor.pdf")) > 0);
+            QVERIFY(timer->isActive());
+            QCOMPARE(timer->interval(), 25);
+        }
         QCOMPARE(Control<QLabel>(window, "lblProgram")->text(), QString("TORVANE LOGGER 2"));
         QCOMPARE(Control<QLabel>(window, "lblStart")->text(), QString("Ne 8000r/min & TH 80%"));
 

@@ -6,6 +6,7 @@
 #include "output/hard_copy.h"
 #include "output/print_dialog.h"
 #include "output/print_geometry.h"
+#include "pdf_printing.h"
 #include "shell/tool_box.h"
 #include "widget_driving.h"
 
@@ -21,63 +22,12 @@
 
 namespace fs = std::filesystem;
 using namespace torvane;
+using testing::AnswerPrintDialog;
 using testing::Control;
 using testing::Desk;
-
-namespace {
-
-// A printer list of the PDF file only, with PDF files going to `path`.
-struct PdfPrinting {
-    explicit PdfPrinting(shell::MessageSink& sink)
-        : Context{.Memory = Memory,
-                  .Sink = sink,
-                  .ChoosePdfFile = [this](QWidget*) { return Path; },
-                  .Printers =
-                      [] {
-                          return std::vector<app::PrinterChoice>{{"PDF file", true}};
-                      }} {
-        app::InstallPrintContext(&Context);
-    }
-    ~PdfPrinting() { app::InstallPrintContext(nullptr); }
-    PdfPrinting(const PdfPrinting&) = delete;
-    PdfPrinting& operator=(const PdfPrinting&) = delete;
-
-    output::PrintDialogMemory Memory;
-    std::optional<fs::path> Path;
-    app::PrintContext Context;
-};
-
-// The page rendered at 96 pixels an inch, the window's own scale.
-QImage RenderPage(const fs::path& pdf) {
-    const QString prefix = QString::fromStdString((pdf.parent_path() / "page").string());
-    QProcess::execute("pdftoppm", {"-r", "96", "-png", "-singlefile",
-                                   QString::fromStdString(pdf.string()), prefix});
-    return QImage(prefix + ".png");
-}
-
-// The smallest rectangle holding every pixel darker than near-white.
-QRect InkOf(const QImage& image) {
-    QRect ink;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            if (qGray(image.pixel(x, y)) < 235) {
-                ink |= QRect(x, y, 1, 1);
-            }
-        }
-    }
-    return ink;
-}
-
-void AnswerPrintDialog(const QString& zoom) {
-    testing::WhenModalOpens([zoom](QWidget* dialog) {
-        QCOMPARE(dialog->objectName(), QString("frmCom0020"));
-        QCOMPARE(dialog->windowTitle(), QString("Print Dialog "));
-        Control<QLineEdit>(*dialog, "txtRitu")->setText(zoom);
-        Control<QPushButton>(*dialog, "cmdPrint")->click();
-    });
-}
-
-} // namespace
+using testing::InkOf;
+using testing::PdfPrinting;
+using testing::RenderPage;
 
 class PrintTest : public QObject {
     Q_OBJECT

@@ -130,7 +130,7 @@ private slots:
         QVERIFY(Control<QCheckBox>(*window, "chkNe2")->isChecked());
         QVERIFY(!Control<QPushButton>(*window, "cmdThrottle0")->isEnabled());
         QVERIFY(!Control<QAction>(*window, "mnuSend")->isEnabled());
-        QVERIFY(!Control<QAction>(*window, "mnuPrint")->isEnabled());
+        QVERIFY(Control<QAction>(*window, "mnuPrint")->isEnabled());
         QVERIFY(Control<QTimer>(*window, "tmrStatus")->isActive());
         QVERIFY(sink_.Messages.empty());
 

@@ -1,5 +1,6 @@
 #include "logger/monitor_window.h"
 
+#include "output/hard_copy.h"
 #include "shell/help_window.h"
 
 #include <QCloseEvent>
@@ -85,10 +86,9 @@ void MonitorWindow::BuildControls() {
     mnuStop_->setObjectName("mnuStop");
     mnuStop_->setCheckable(true);
     connect(mnuStop_, &QAction::triggered, this, &MonitorWindow::ToggleStop);
-    // Printing is reached from the frame's print path once it is wired to this window.
     QAction* print = menu->addAction("Print(&P)");
     print->setObjectName("mnuPrint");
-    print->setEnabled(false);
+    connect(print, &QAction::triggered, this, &MonitorWindow::Print);
     QAction* close = menu->addAction("Close(&C)");
     close->setObjectName("mnuClose");
     connect(close, &QAction::triggered, this, [this] {
@@ -165,6 +165,14 @@ void MonitorWindow::Tick() {
     if (monitor_.Readings() != before) {
         ShowValues();
     }
+    ShowMenuAndTimer();
+}
+
+void MonitorWindow::Print() {
+    // The readings stand while the print dialog is up and the page is made, so the picture is
+    // the one the operator chose to print; they go on at the model's period afterwards.
+    tmrReal_->stop();
+    PrintWindow(*this, -1);
     ShowMenuAndTimer();
 }
 

@@ -43,6 +43,7 @@ private:
     void BuildControls();
     void Tick();
     void ToggleStop();
+    void Print();
     void ShowValues();
     void ShowMenuAndTimer();
 

@@ -1,5 +1,6 @@
 #include "logger/setting_window.h"
 
+#include "output/hard_copy.h"
 #include "shell/help_window.h"
 #include "shell/wait_cursor.h"
 
@@ -265,7 +266,7 @@ void SettingWindow::BuildMenus() {
     mnuSend_ = Named(bar->addAction("DataTrancemission(&D)"), "mnuSend");
     connect(mnuSend_, &QAction::triggered, this, &SettingWindow::Send);
     mnuPrint_ = Named(bar->addAction("Print(&P)"), "mnuPrint");
-    mnuPrint_->setEnabled(false);
+    connect(mnuPrint_, &QAction::triggered, this, &SettingWindow::Print);
     const auto sensorMenu = [&](const char* name, const char* caption,
                                 std::array<std::pair<const char*, const char*>, 2> entries,
                                 SensorMenu first) {
@@ -387,6 +388,13 @@ void SettingWindow::Send() {
     if (const auto focus = logger::FocusOf(field)) {
         ControlOf(*focus)->setFocus();
     }
+}
+
+void SettingWindow::Print() {
+    // No look at the logger while the print dialog's own event loop runs.
+    tmrStatus_->stop();
+    PrintWindow(*this, -1);
+    Refresh();
 }
 
 void SettingWindow::TakeSensor(SensorButton button) {

@@ -55,6 +55,7 @@ private:
     void BuildMenus();
     void Refresh();
     void Send();
+    void Print();
     void TakeSensor(logger::SensorButton button);
     void Watch();
     void StepUpDown(logger::SettingText box, int direction);

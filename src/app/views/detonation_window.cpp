@@ -1,5 +1,6 @@
 #include "views/detonation_window.h"
 
+#include "output/hard_copy.h"
 #include "render/detonation_picture.h"
 #include "shell/help_window.h"
 
@@ -51,10 +52,10 @@ void DetonationWindow::BuildMenu() {
     QAction* save = file->addAction("Save(&S)");
     save->setObjectName("mnuSave");
     connect(save, &QAction::triggered, this, &DetonationWindow::Save);
-    // Printing reaches this window with the print path; until then the entry is shown disabled.
     QAction* print = file->addAction("Print(&P)");
     print->setObjectName("mnuPrint");
-    print->setEnabled(false);
+    // The whole window is the picture: nothing of its frame is cut.
+    connect(print, &QAction::triggered, this, [this] { PrintWindow(*this, -1); });
     QAction* close = file->addAction("Close(&C)");
     close->setObjectName("mnuClose");
     connect(close, &QAction::triggered, this, &QWidget::close);

@@ -1,5 +1,6 @@
 #include "views/histogram_widget.h"
 
+#include "output/hard_copy.h"
 #include "render/histogram_picture.h"
 #include "shell/help_window.h"
 #include "views/histogram_range_dialog.h"
@@ -25,7 +26,8 @@ HistogramWindow::HistogramWindow(shell::MessageSink& sink, QWidget* owner)
     function->setObjectName("mnuFnc");
     QAction* print = function->addAction("Print(&P)");
     print->setObjectName("mnuPrint");
-    print->setEnabled(false);
+    // The whole window is the picture: nothing of its frame is cut.
+    connect(print, &QAction::triggered, this, [this] { PrintWindow(*this, -1); });
     QAction* close = function->addAction("Close(&C)");
     close->setObjectName("mnuClose");
     connect(close, &QAction::triggered, this, &QWidget::close);
