@@ -92,7 +92,11 @@ struct Desk {
         },
         .ChooseSaveFile = [](QWidget*) { return std::optional<fs::path>(); },
         .ChooseSaveOrExport = {},
-        .DownloadFromLogger = {}};
+        .DownloadFromLogger = {},
+        .OpenSettingWindow = {},
+        .ShowMonitor = [this](QWidget*) { LoggerWindowRan(); }};
+    // What the monitor entry's window does here, while the frame has stepped aside.
+    std::function<void()> LoggerWindowRan = [] {};
     app::MainFrame Frame;
 };
 

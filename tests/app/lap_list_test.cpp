@@ -125,6 +125,12 @@ private slots:
         QCOMPARE(list->windowTitle(), QString("FIRST"));
         QTableWidget* grid = GridOf(*list);
         QVERIFY(grid->rowCount() >= 5);
+        // A window that works on the logger alone has the list out of its way while it runs.
+        bool listHidden = false;
+        desk.LoggerWindowRan = [&] { listHidden = !list->isVisible(); };
+        desk.Frame.Action("mnuMoniter")->trigger();
+        QVERIFY(listHidden);
+        QVERIFY(list->isVisible());
         QCOMPARE(grid->rowCount(), static_cast<int>(first->State().Layers.Lap[0].LapTime.size()));
 
         GraphWindow* second = desk.Frame.OpenLoggingWindow(app::LoggingFileSource::Given,

@@ -145,6 +145,12 @@ void LapListToggle::Close() {
     menu_.setChecked(false);
 }
 
+void LapListToggle::StepAside(bool aside) {
+    if (list_ != nullptr) {
+        list_->setVisible(!aside);
+    }
+}
+
 void LapListToggle::Refill() {
     GraphWindow* window = activeWindow_();
     if (list_ == nullptr || window == nullptr) {

@@ -60,6 +60,9 @@ public:
     void Refill();
     // Unloads the list: mnuLap turned off, or no graph window is left.
     void Close();
+    // A loaded list hides while a window that works on the logger alone runs, and shows again
+    // after it, where it stood.
+    void StepAside(bool aside);
 
 private:
     void Show();

@@ -472,18 +472,24 @@ void MainFrame::ShowSettingWindow() {
     if (!load::CheckMemory(context_->Memory, context_->Sink)) {
         return;
     }
-    // The setting window works on the logger alone: the frame and its toolbox step out of the
-    // way while it runs.
+    StepAsideWhile([this] { context_->OpenSettingWindow(this); });
+}
+
+void MainFrame::StepAsideWhile(const std::function<void()>& window) {
+    // Setting mode and the monitor work on the logger alone: the frame, its toolbox and the lap
+    // list step out of the way while they run.
     const bool toolBoxShown = toolBox_ != nullptr && toolBox_->isVisible();
     if (toolBoxShown) {
         toolBox_->hide();
     }
+    lapList_->StepAside(true);
     hide();
-    context_->OpenSettingWindow(this);
+    window();
     show();
     if (toolBoxShown) {
         toolBox_->show();
     }
+    lapList_->StepAside(false);
     activateWindow();
 }
 
@@ -492,11 +498,7 @@ void MainFrame::OpenFromLogger() {
 }
 
 void MainFrame::ShowMonitorWindow() {
-    // The monitor works on the logger alone: the frame steps out of its way meanwhile.
-    hide();
-    context_->ShowMonitor(this);
-    show();
-    activateWindow();
+    StepAsideWhile([this] { context_->ShowMonitor(this); });
 }
 
 void MainFrame::OpenLayer() {

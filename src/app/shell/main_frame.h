@@ -13,6 +13,7 @@
 #include <QSet>
 
 #include <filesystem>
+#include <functional>
 #include <vector>
 
 class QAction;
@@ -101,6 +102,7 @@ private:
     void OpenFromLogger();
     void ShowSettingWindow();
     void ShowMonitorWindow();
+    void StepAsideWhile(const std::function<void()>& window);
     void OpenLayer();
     void CloseLayer();
     void Save();
