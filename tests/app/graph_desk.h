@@ -94,9 +94,13 @@ struct Desk {
         .ChooseSaveOrExport = {},
         .DownloadFromLogger = {},
         .OpenSettingWindow = {},
-        .ShowMonitor = [this](QWidget*) { LoggerWindowRan(); }};
+        .ShowMonitor =
+            [this](QWidget*) {
+                LoggerWindowRan();
+            }};
     // What the monitor entry's window does here, while the frame has stepped aside.
-    std::function<void()> LoggerWindowRan = [] {};
+    std::function<void()> LoggerWindowRan = [] {
+    };
     app::MainFrame Frame;
 };
 

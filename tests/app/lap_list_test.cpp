@@ -127,7 +127,9 @@ private slots:
         QVERIFY(grid->rowCount() >= 5);
         // A window that works on the logger alone has the list out of its way while it runs.
         bool listHidden = false;
-        desk.LoggerWindowRan = [&] { listHidden = !list->isVisible(); };
+        desk.LoggerWindowRan = [&] {
+            listHidden = !list->isVisible();
+        };
         desk.Frame.Action("mnuMoniter")->trigger();
         QVERIFY(listHidden);
         QVERIFY(list->isVisible());
