@@ -36,6 +36,9 @@ public:
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, pipeEnds[1], 1);
+        // Its messages come to us too, not to the test runner: a test that dies without stopping
+        // the simulator must not leave the runner waiting for the end of the output it shares.
+        posix_spawn_file_actions_adddup2(&actions, pipeEnds[1], 2);
         posix_spawn_file_actions_addclose(&actions, pipeEnds[0]);
         const int spawned =
             ::posix_spawn(&pid_, program.c_str(), &actions, nullptr, argv.data(), environ);

@@ -125,12 +125,18 @@ static_assert(WireSize<TlmSpecialData>() == sizeof(TlmSpecialData));
 static_assert(WireSize<TlmInitData>() == sizeof(TlmInitData));
 static_assert(WireSize<TlmDetonationMap>() == sizeof(TlmDetonationMap));
 
+// tlm.h packs its records to two bytes, so a record held inside another structure may stand at
+// an address where its 32-bit fields cannot be bound to references. The fields are visited on a
+// copy aligned for every type they hold; within a record each field sits at its own alignment.
 template <typename Record> void PutRecord(PayloadWriter& writer, const Record& record) {
-    ForEachField(record, [&writer](const auto& field) { writer.Put(field); });
+    alignas(std::max_align_t) const Record aligned = record;
+    ForEachField(aligned, [&writer](const auto& field) { writer.Put(field); });
 }
 
 template <typename Record> bool GetRecord(PayloadReader& reader, Record& record) {
-    ForEachField(record, [&reader](auto& field) { reader.Get(field); });
+    alignas(std::max_align_t) Record aligned = record;
+    ForEachField(aligned, [&reader](auto& field) { reader.Get(field); });
+    record = aligned;
     return reader.Ok();
 }
 
