@@ -28,7 +28,7 @@ trap 'rm -rf "$work"' EXIT
 # or changed. The peer's ASCII reader is told the files are comma-separated with a header line.
 export QT_QPA_PLATFORM=offscreen
 export XDG_RUNTIME_DIR="$work/runtime" TORVANE_HOME="$work/torvane"
-mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+mkdir -m 700 "$XDG_RUNTIME_DIR"
 mkdir -p "$work/home/.config/kst"
 cat >"$work/home/.config/kst/data.conf" <<'EOF'
 [ASCII%20file]
@@ -79,8 +79,7 @@ median() {
 
 # The peer's arguments for one CSV: time on x, every other column as a curve of the one plot.
 peer_args() {
-    local csv="$1" field
-    local header
+    local csv="$1" field header fields
     header="$(head -n 1 "$csv")"
     printf '%s\n' "$csv" -x 'Time(s)'
     IFS=',' read -r -a fields <<<"$header"
@@ -104,11 +103,15 @@ for index in "${!lengths[@]}"; do
             peer+=("${more[@]}")
         done
         peer+=(--png "$work/peer.png")
+        rm -f "$work/ours.png" "$work/peer.png"
         measure "${ours[@]}"
         oursMs=$ms oursKib=$kib
         measure "${peer[@]}"
         peerMs=$ms peerKib=$kib
-        [ -s "$work/ours.png" ] && [ -s "$work/peer.png" ] || { echo "a picture is missing" >&2; exit 1; }
+        if [ ! -s "$work/ours.png" ] || [ ! -s "$work/peer.png" ]; then
+            echo "a picture is missing" >&2
+            exit 1
+        fi
         awk -v name="${names[$index]}" -v count="$count" -v om="$oursMs" -v pm="$peerMs" \
             -v ok="$oursKib" -v pk="$peerKib" 'BEGIN {
                 printf "%-7s %4d | %9.1f %9.1f %6.1fx | %9.1f %9.1f %6.1fx\n", name, count, om, pm,
