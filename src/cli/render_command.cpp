@@ -13,11 +13,9 @@
 #include "load/layer_commands.h"
 #include "load/load_logging_file.h"
 #include "render/graph_renderer.h"
+#include "render/png_bytes.h"
 #include "shell/regular_file.h"
 #include "shell/replacing_file.h"
-
-#include <QBuffer>
-#include <QImage>
 
 #include <algorithm>
 #include <cstdlib>
@@ -109,15 +107,12 @@ int Render(const RenderOptions& options) {
     if (IsPdfOutput(options.Output)) {
         return WritePdfOutput(options, renderer.Picture());
     }
-    // The surfaces are made at the picture's size; a copy would only cost memory and time.
-    const QImage& picture = renderer.Picture();
-    // Encoded in memory and written by us: Qt's writer does not see a failed write, and a full
-    // disk must leave the old picture as it was.
-    QByteArray encoded;
-    QBuffer buffer(&encoded);
-    buffer.open(QIODevice::WriteOnly);
+    // The surfaces are made at the picture's size, so the surface is the picture. Encoded in
+    // memory and written by us: Qt's writer does not see a failed write, and a full disk must
+    // leave the old picture as it was.
+    const QByteArray encoded = render::PngBytes(renderer.Picture());
     std::error_code error;
-    if (!picture.save(&buffer, "PNG") ||
+    if (encoded.isEmpty() ||
         !shell::ReplaceFileWith(
             options.Output,
             std::span(reinterpret_cast<const std::uint8_t*>(encoded.constData()),

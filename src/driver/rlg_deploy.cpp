@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <atomic>
 #include <charconv>
 #include <cstdio>
 
@@ -8,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 
 #include "rlg_container.h"
@@ -54,29 +56,132 @@ bool HoldsNoData(const format::Head& head) {
                        [](const format::StreamEntry& stream) { return stream.SampleCount == 0; });
 }
 
-int Check(const format::Head& head, std::FILE* file, StreamDecoder& decoder) {
+// Where each stream's frame starts: right after the head, one after the other.
+std::vector<std::uint64_t> FrameOffsets(const format::Head& head) {
+    std::vector<std::uint64_t> offsets;
+    offsets.reserve(head.Streams.size());
+    std::uint64_t offset = format::HeadSize(head.Streams.size());
+    for (const auto& stream : head.Streams) {
+        offsets.push_back(offset);
+        offset += stream.StoredSize;
+    }
+    return offsets;
+}
+
+int Check(const format::Head& head, int file, StreamDecoder& decoder) {
     const StreamDecoder::Sink discard = [](std::span<const std::uint8_t>) {
         return true;
     };
-    for (const auto& stream : head.Streams) {
-        if (decoder.Decode(file, stream, discard) != DecodeResult::Ok) {
+    const auto offsets = FrameOffsets(head);
+    for (std::size_t i = 0; i < head.Streams.size(); ++i) {
+        if (decoder.Decode(file, offsets[i], head.Streams[i], discard) != DecodeResult::Ok) {
             return TLM_DECOMP_ACCESS_ERROR;
         }
     }
     return TLM_DECOMP_OK;
 }
 
+// The streams of a file, decoded each into its temporary file by a few threads that take them
+// in the file's order. A thread takes no new stream once one has failed; every stream before the
+// failed one has been taken by then, so the first failure in the file's order is found, as one
+// thread going through them would find it.
+class StreamJobs {
+public:
+    // More threads than this win nothing: the disk and the memory bus are shared.
+    static constexpr unsigned MaxThreads = 4;
+
+    StreamJobs(const format::Head& head, int file, std::vector<TempFile>& outputs)
+        : head_(head)
+        , file_(file)
+        , offsets_(FrameOffsets(head))
+        , outputs_(outputs)
+        , results_(head.Streams.size(), TLM_DECOMP_ACCESS_ERROR) {}
+
+    // The result of the first stream that failed, or TLM_DECOMP_OK.
+    int Run() {
+        const unsigned wanted =
+            std::min({MaxThreads, std::max(std::thread::hardware_concurrency(), 1U),
+                      static_cast<unsigned>(head_.Streams.size())});
+        std::vector<std::jthread> helpers;
+        try {
+            for (unsigned i = 1; i < wanted; ++i) {
+                helpers.emplace_back([this] { TakeStreams(); });
+            }
+        } catch (const std::exception&) {
+            // Fewer threads, or only this one, do the same work.
+        }
+        TakeStreams();
+        helpers.clear();
+        for (const int result : results_) {
+            if (result != TLM_DECOMP_OK) {
+                return result;
+            }
+        }
+        return TLM_DECOMP_OK;
+    }
+    std::int64_t BytesWritten() const { return bytesWritten_; }
+
+private:
+    void TakeStreams() noexcept {
+        try {
+            StreamDecoder decoder;
+            while (!failed_) {
+                const std::size_t stream = next_++;
+                if (stream >= head_.Streams.size()) {
+                    return;
+                }
+                results_[stream] = DecodeStream(decoder, stream);
+                if (results_[stream] != TLM_DECOMP_OK) {
+                    failed_ = true;
+                }
+            }
+        } catch (const std::exception&) {
+            // Out of memory: the streams this thread did not finish keep their failed result.
+            failed_ = true;
+        }
+    }
+
+    int DecodeStream(StreamDecoder& decoder, std::size_t stream) {
+        if (!decoder.IsReady()) {
+            return TLM_DECOMP_ACCESS_ERROR;
+        }
+        TempFile& output = outputs_[stream];
+        std::int64_t bytes = 0;
+        const auto result = decoder.Decode(file_, offsets_[stream], head_.Streams[stream],
+                                           [&](std::span<const std::uint8_t> words) {
+                                               bytes += static_cast<std::int64_t>(words.size());
+                                               return output.Write(words);
+                                           });
+        if (result == DecodeResult::Damaged) {
+            return TLM_DECOMP_ACCESS_ERROR;
+        }
+        if (result == DecodeResult::WriteFailed || !output.Close(false)) {
+            return TLM_DECOMP_WRITE_FAILED;
+        }
+        bytesWritten_ += bytes;
+        return TLM_DECOMP_OK;
+    }
+
+    const format::Head& head_;
+    const int file_;
+    const std::vector<std::uint64_t> offsets_;
+    std::vector<TempFile>& outputs_;
+    // One slot a stream, written only by the thread that took it and read after all are done.
+    std::vector<int> results_;
+    std::atomic<std::size_t> next_ = 0;
+    std::atomic<bool> failed_ = false;
+    std::atomic<std::int64_t> bytesWritten_ = 0;
+};
+
 // Two passes, so that a damaged stream late in the file costs nothing: every stream is decoded
 // to a temporary file first, and only when all of them are complete and verified are they
 // renamed to their real names.
-int WriteStreams(const format::Head& head, std::FILE* file, StreamDecoder& decoder,
-                 const fs::path& logFile, const fs::path& tempDir, int fileNumber,
-                 DeployStats& stats) {
+int WriteStreams(const format::Head& head, int file, const fs::path& logFile,
+                 const fs::path& tempDir, int fileNumber, DeployStats& stats) {
     std::vector<TempFile> written;
     std::vector<fs::path> targets;
     written.reserve(head.Streams.size());
     targets.reserve(head.Streams.size());
-    std::int64_t bytesWritten = 0;
     for (const auto& stream : head.Streams) {
         targets.push_back(tempDir / StreamFileName(stream.Name, fileNumber));
         std::error_code ignored;
@@ -84,20 +189,13 @@ int WriteStreams(const format::Head& head, std::FILE* file, StreamDecoder& decod
         if (fs::equivalent(logFile, targets.back(), ignored)) {
             return TLM_DECOMP_WRITE_FAILED;
         }
-        TempFile& temp = written.emplace_back(tempDir, targets.back().filename().native());
-        if (!temp.IsOpen()) {
+        if (!written.emplace_back(tempDir, targets.back().filename().native()).IsOpen()) {
             return TLM_DECOMP_WRITE_FAILED;
         }
-        const auto result = decoder.Decode(file, stream, [&](std::span<const std::uint8_t> words) {
-            bytesWritten += static_cast<std::int64_t>(words.size());
-            return temp.Write(words);
-        });
-        if (result == DecodeResult::Damaged) {
-            return TLM_DECOMP_ACCESS_ERROR;
-        }
-        if (result == DecodeResult::WriteFailed || !temp.Close(false)) {
-            return TLM_DECOMP_WRITE_FAILED;
-        }
+    }
+    StreamJobs jobs(head, file, written);
+    if (const int result = jobs.Run(); result != TLM_DECOMP_OK) {
+        return result;
     }
     for (std::size_t i = 0; i < written.size(); ++i) {
         if (!written[i].RenameTo(targets[i])) {
@@ -108,7 +206,7 @@ int WriteStreams(const format::Head& head, std::FILE* file, StreamDecoder& decod
             return TLM_DECOMP_WRITE_FAILED;
         }
     }
-    stats.BytesWritten = bytesWritten;
+    stats.BytesWritten = jobs.BytesWritten();
     stats.StreamCount = static_cast<std::int32_t>(written.size());
     return TLM_DECOMP_OK;
 }
@@ -143,19 +241,18 @@ int DeployChecked(const fs::path& logFile, const fs::path& tempDir, int fileNumb
         return TLM_DECOMP_NO_DATA;
     }
     const auto head = ReadHead(file.get(), fileSize);
-    StreamDecoder decoder;
-    if (!head || !decoder.IsReady()) {
+    if (!head) {
         return TLM_DECOMP_ACCESS_ERROR;
     }
     if (HoldsNoData(*head)) {
-        const int checked = Check(*head, file.get(), decoder);
+        StreamDecoder decoder;
+        const int checked = decoder.IsReady() ? Check(*head, fd, decoder) : TLM_DECOMP_ACCESS_ERROR;
         return checked == TLM_DECOMP_OK ? TLM_DECOMP_NO_DATA : checked;
     }
     if (!fs::is_directory(tempDir, error)) {
         return TLM_DECOMP_WRITE_FAILED;
     }
-    const int result =
-        WriteStreams(*head, file.get(), decoder, logFile, tempDir, fileNumber, stats);
+    const int result = WriteStreams(*head, fd, logFile, tempDir, fileNumber, stats);
     if (result == TLM_DECOMP_OK) {
         header = head->Header;
     }

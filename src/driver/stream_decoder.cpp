@@ -1,13 +1,34 @@
 #include "stream_decoder.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <new>
+
+#include <unistd.h>
 
 #include <zstd.h>
 
 #include "delta_coding.h"
 
 namespace torvane::rlg {
+namespace {
+
+bool ReadAt(int file, std::uint64_t offset, std::span<std::uint8_t> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t got = ::pread(file, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        if (got < 0 && errno == EINTR) {
+            continue;
+        }
+        if (got <= 0) {
+            return false;
+        }
+        bytes = bytes.subspan(static_cast<std::size_t>(got));
+        offset += static_cast<std::uint64_t>(got);
+    }
+    return true;
+}
+
+} // namespace
 
 void StreamDecoder::FreeContext::operator()(ZSTD_DCtx_s* context) const {
     ZSTD_freeDCtx(context);
@@ -30,7 +51,7 @@ StreamDecoder::StreamDecoder() {
 
 StreamDecoder::~StreamDecoder() = default;
 
-DecodeResult StreamDecoder::Decode(std::FILE* file, const format::StreamEntry& entry,
+DecodeResult StreamDecoder::Decode(int file, std::uint64_t offset, const format::StreamEntry& entry,
                                    const Sink& sink) {
     if (!IsReady() || ZSTD_isError(ZSTD_DCtx_reset(context_.get(), ZSTD_reset_session_only))) {
         return DecodeResult::Damaged;
@@ -48,9 +69,10 @@ DecodeResult StreamDecoder::Decode(std::FILE* file, const format::StreamEntry& e
         if (input.pos == input.size && storedLeft > 0) {
             const auto piece =
                 static_cast<std::size_t>(std::min<std::uint64_t>(input_.size(), storedLeft));
-            if (std::fread(input_.data(), 1, piece, file) != piece) {
+            if (!ReadAt(file, offset, std::span(input_).first(piece))) {
                 return DecodeResult::Damaged;
             }
+            offset += piece;
             storedCrc = format::UpdateCrc32(storedCrc, std::span(input_).first(piece));
             storedLeft -= piece;
             input = {input_.data(), piece, 0};

@@ -1,10 +1,10 @@
 #pragma once
 // Decodes one stream of a logging file: its zstd frame read in fixed-size pieces, the deltas
 // undone, both CRCs and the length checked as the words go by. Memory is the same for a stream
-// of ten words and one of ten million.
+// of ten words and one of ten million. The frame is read at its offset without moving the file's
+// position, so decoders on threads of their own can share one open file.
 
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <memory>
 #include <span>
@@ -30,9 +30,10 @@ public:
     StreamDecoder& operator=(const StreamDecoder&) = delete;
 
     bool IsReady() const { return context_ != nullptr && !input_.empty() && !output_.empty(); }
-    // Reads exactly entry.StoredSize bytes from the current position of file. The sink may have
-    // been given words before a Damaged result: whatever it wrote must be thrown away.
-    DecodeResult Decode(std::FILE* file, const format::StreamEntry& entry, const Sink& sink);
+    // Reads exactly entry.StoredSize bytes of the file descriptor from `offset`. The sink may
+    // have been given words before a Damaged result: whatever it wrote must be thrown away.
+    DecodeResult Decode(int file, std::uint64_t offset, const format::StreamEntry& entry,
+                        const Sink& sink);
 
 private:
     struct FreeContext {
