@@ -2,11 +2,13 @@
 
 #include "calc/formula_items.h"
 #include "logdata/channels.h"
+#include "logdata/stream_reader.h"
 #include "logdata/values.h"
 #include "shell/rounding.h"
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -29,7 +31,7 @@ constexpr double DegreesPerRadian = 57.2957795130823;
 constexpr int BlockSteps = 256;
 // Blocks per Step(): a few milliseconds of work between two turns of an event loop.
 constexpr int BlocksPerStep = 16;
-constexpr std::size_t ScratchBufferBytes = 1 << 16;
+constexpr std::size_t ScratchBufferWords = 1 << 16;
 constexpr std::array<double, MaxFormulaDecimals + 1> DecimalScale{1.0, 10.0, 100.0, 1000.0};
 
 enum class Applied { Done, Incorrect, Failed };
@@ -84,18 +86,37 @@ struct FormulaCalculation::ItemStream {
     bool Ended = true;
     int Channel = 0;
     int Sampling = 0;
-    std::int64_t Length = 0;
-    std::int64_t Position = 1; // 1-based byte position of the last pair read
+    std::int64_t LastInstant = 0; // the last sampling instant whose sample is whole
     // T div Sampling and T mod Sampling of the current time step, carried forward by additions:
     // two divisions per item and step would cost more than the rest of the step.
     std::int64_t Instant = 0;
     std::int64_t Phase = 0;
     double Current = 0.0; // the sample at the last sampling instant
     double Next = 0.0;    // and the one after it
-    std::unique_ptr<logdata::ForwardSamples> Samples;
+    logdata::StreamReader Reader;
+    std::span<const std::int16_t> Words; // the whole samples in place; empty if unmapped
+
+    // Sample k as the reader gives it: 0 before the first, the cut word's low byte after the
+    // last whole one.
+    double Sample(std::int64_t k) {
+        if (k >= 1 && k <= std::ssize(Words)) {
+            return Words[static_cast<std::size_t>(k - 1)];
+        }
+        std::array<std::int16_t, 1> word{};
+        Reader.ReadWords16(k, word);
+        return word[0];
+    }
+    // The readings of the next steps, as many as fit in `out` before the stream ends; returns
+    // how many. A stream sampled every step reads its words as they stand:
+    std::size_t ReadEveryInstant(std::span<double> out);
+    // any stream reads one sampling instant at a time, between them interpolated (a detonation
+    // counter reads 0 there).
+    std::size_t ReadInterpolated(std::span<double> out);
 };
 
-// dummy.tmp, written from its start through a buffer, never truncated.
+// dummy.tmp, written from its start through a buffer, never truncated. The words are the
+// file's little-endian words as the host holds them.
+static_assert(std::endian::native == std::endian::little);
 class FormulaCalculation::ScratchWriter {
 public:
     ~ScratchWriter() { Close(); }
@@ -107,23 +128,20 @@ public:
             Close();
             return false;
         }
-        buffer_.reserve(ScratchBufferBytes);
+        buffer_.reserve(ScratchBufferWords);
         return true;
     }
 
-    bool Put(std::int32_t word) {
-        const auto bits = static_cast<std::uint32_t>(word);
-        const std::array<char, 4> bytes{
-            static_cast<char>(bits & 0xFFu), static_cast<char>((bits >> 8) & 0xFFu),
-            static_cast<char>((bits >> 16) & 0xFFu), static_cast<char>(bits >> 24)};
-        buffer_.insert(buffer_.end(), bytes.begin(), bytes.end());
-        return buffer_.size() < ScratchBufferBytes || Flush();
+    bool Append(std::span<const std::int32_t> words) {
+        buffer_.insert(buffer_.end(), words.begin(), words.end());
+        return buffer_.size() + BlockSteps <= ScratchBufferWords || Flush();
     }
 
     bool Flush() {
+        const auto bytes = std::as_bytes(std::span(buffer_));
         std::size_t done = 0;
-        while (done < buffer_.size()) {
-            const ssize_t written = ::write(file_, buffer_.data() + done, buffer_.size() - done);
+        while (done < bytes.size()) {
+            const ssize_t written = ::write(file_, bytes.data() + done, bytes.size() - done);
             if (written <= 0) {
                 return false;
             }
@@ -146,7 +164,7 @@ public:
 
 private:
     int file_ = -1;
-    std::vector<char> buffer_;
+    std::vector<std::int32_t> buffer_;
 };
 
 FormulaCalculation::FormulaCalculation(std::vector<FormulaToken> postfix, FormulaSource source,
@@ -198,24 +216,26 @@ void FormulaCalculation::Begin() {
         }
         ItemStream& stream = streams_[i];
         stream.Channel = token.Index;
-        stream.Samples = std::make_unique<logdata::ForwardSamples>(
-            layers.StreamPath(source_.Layer, logdata::ChannelFile(token.Index)), 2);
-        if (!stream.Samples->IsOpen()) {
-            stream.Samples.reset();
+        if (!stream.Reader.Open(
+                layers.StreamPath(source_.Layer, logdata::ChannelFile(token.Index)))) {
             continue;
         }
+        stream.Words = stream.Reader.MappedWords16();
         stream.Sampling = logdata::ChannelSampleTime(header, token.Index);
-        stream.Length = stream.Samples->ByteLength();
-        stream.Next = stream.Samples->Pair(0)[1];
+        // Instant k reads the bytes 2k - 1 and 2k (from 1); the stream ends at the first
+        // instant whose first byte is missing.
+        stream.LastInstant = stream.Reader.ByteLength() / 2;
+        stream.Next = stream.Sample(1);
         if (stream.Sampling > 0) {
             stream.Instant = time_ / stream.Sampling;
             stream.Phase = time_ % stream.Sampling;
         }
         // A stream without a whole sample has ended before the first step.
-        stream.Ended = stream.Length <= stream.Position;
+        stream.Ended = stream.LastInstant < 1;
         liveStreams_ += stream.Ended ? 0 : 1;
     }
     values_.assign(postfix_.size() + 1, std::vector<double>(BlockSteps));
+    words_.resize(BlockSteps);
     scratch_ = std::make_unique<ScratchWriter>();
     if (!scratch_->Open(layers.TempDir / ScratchFileName)) {
         Fail(FileAccessError());
@@ -319,42 +339,60 @@ struct FormulaCalculation::BlockEnd {
     }
 };
 
-// The values of an item entry for the steps of a block, read one sampling instant at a time.
+std::size_t FormulaCalculation::ItemStream::ReadEveryInstant(std::span<double> out) {
+    const std::int64_t left = std::max<std::int64_t>(LastInstant - Instant + 1, 0);
+    const auto count = static_cast<std::size_t>(std::min<std::int64_t>(left, std::ssize(out)));
+    std::copy_n(Words.begin() + (Instant - 1), count, out.begin());
+    Instant += static_cast<std::int64_t>(count);
+    return count;
+}
+
+std::size_t FormulaCalculation::ItemStream::ReadInterpolated(std::span<double> out) {
+    const bool counter = logdata::IsDetonationChannel(Channel);
+    for (std::size_t lane = 0; lane < out.size(); ++lane) {
+        if (Phase == 0) {
+            if (Instant > LastInstant) {
+                return lane;
+            }
+            Current = Sample(Instant);
+            Next = Sample(Instant + 1);
+            out[lane] = Current;
+        } else if (counter) {
+            out[lane] = 0.0;
+        } else {
+            out[lane] = Current + (Next - Current) * static_cast<double>(Phase) / Sampling;
+        }
+        for (Phase += FormulaStepMs; Phase >= Sampling; Phase -= Sampling) {
+            ++Instant;
+        }
+    }
+    return out.size();
+}
+
+// The values of an item entry for the steps of a block.
 void FormulaCalculation::ReadItem(ItemStream& stream, std::span<double> out, BlockEnd& end) {
-    const int limit = std::min(end.Lane, static_cast<int>(out.size()));
+    out = out.first(std::min(static_cast<std::size_t>(end.Lane), out.size()));
     if (stream.Ended) {
-        std::fill(out.begin(), out.begin() + limit, 0.0);
+        std::ranges::fill(out, 0.0);
         return;
     }
     if (stream.Sampling <= 0) {
         end.At(0, BlockEnd::Reason::Failed, DivisionByZeroError());
         return;
     }
-    const logdata::LogHeader& header =
-        source_.Layers->Layer[static_cast<std::size_t>(source_.Layer)].Header;
-    const bool counter = logdata::IsDetonationChannel(stream.Channel);
-    for (int lane = 0; lane < limit; ++lane) {
-        double reading = 0.0;
-        if (stream.Phase == 0) {
-            stream.Position = stream.Instant * 2 - 1;
-            if (stream.Length <= stream.Position) {
-                end.At(lane, BlockEnd::Reason::Finished);
-                return;
-            }
-            const auto pair = stream.Samples->Pair(stream.Instant);
-            stream.Current = pair[0];
-            stream.Next = pair[1];
-            reading = stream.Current;
-        } else if (!counter) {
-            reading = stream.Current + (stream.Next - stream.Current) *
-                                           static_cast<double>(stream.Phase) / stream.Sampling;
-        }
-        const double value = logdata::ConvertReading(header, stream.Channel, reading, *source_.Laf);
-        out[static_cast<std::size_t>(lane)] = value < 0.0 ? 0.0 : value;
-        for (stream.Phase += FormulaStepMs; stream.Phase >= stream.Sampling;
-             stream.Phase -= stream.Sampling) {
-            ++stream.Instant;
-        }
+    // Stepped on by 5 ms from a multiple of 5 ms, a stream sampled every 5 ms is always at an
+    // instant.
+    const bool everyStep = stream.Sampling == FormulaStepMs && !stream.Words.empty();
+    const std::size_t read =
+        everyStep ? stream.ReadEveryInstant(out) : stream.ReadInterpolated(out);
+    if (read < out.size()) {
+        end.At(static_cast<int>(read), BlockEnd::Reason::Finished);
+    }
+    const std::span<double> values = out.first(read);
+    logdata::ConvertReadings(source_.Layers->Layer[static_cast<std::size_t>(source_.Layer)].Header,
+                             stream.Channel, values, *source_.Laf);
+    for (double& value : values) {
+        value = value < 0.0 ? 0.0 : value;
     }
 }
 
@@ -458,20 +496,22 @@ bool FormulaCalculation::Block() {
         end.At(0, BlockEnd::Reason::Failed, StackError());
     }
     const double scale = DecimalScale[static_cast<std::size_t>(decimals_)];
-    for (int lane = 0; lane < end.Lane; ++lane) {
+    int lane = 0;
+    for (; lane < end.Lane; ++lane) {
         const double result = values_[0][static_cast<std::size_t>(lane)];
-        if (result > outcome_.Max) {
-            outcome_.Max = result;
-        }
+        outcome_.Max = result > outcome_.Max ? result : outcome_.Max;
         const double scaled = shell::RoundHalfEven(result * scale);
         if (!(scaled >= std::numeric_limits<std::int32_t>::min() &&
               scaled <= std::numeric_limits<std::int32_t>::max())) {
             end.At(lane, BlockEnd::Reason::Failed, OverflowError());
-        } else if (!scratch_->Put(static_cast<std::int32_t>(scaled))) {
-            end.At(lane, BlockEnd::Reason::Failed, FileAccessError());
-        } else {
-            ++outcome_.Entries;
+            break;
         }
+        words_[static_cast<std::size_t>(lane)] = static_cast<std::int32_t>(scaled);
+    }
+    outcome_.Entries += lane;
+    if (!scratch_->Append(std::span(words_).first(static_cast<std::size_t>(lane)))) {
+        Fail(FileAccessError());
+        return false;
     }
     switch (end.Why) {
     case BlockEnd::Reason::Finished:

@@ -10,13 +10,13 @@ namespace torvane::shell {
 inline double RoundHalfEven(double value) {
     const double floorValue = std::floor(value);
     const double fraction = value - floorValue;
-    if (fraction < 0.5) {
-        return floorValue;
+    // A selection, not a branch: which way a value goes is as good as random, and a mispredicted
+    // branch would cost more than the rounding. Ties are rare, their branch predictable.
+    double rounded = fraction > 0.5 ? floorValue + 1.0 : floorValue;
+    if (fraction == 0.5 && std::fmod(floorValue, 2.0) != 0.0) {
+        rounded = floorValue + 1.0;
     }
-    if (fraction > 0.5) {
-        return floorValue + 1.0;
-    }
-    return std::fmod(floorValue, 2.0) == 0.0 ? floorValue : floorValue + 1.0;
+    return rounded;
 }
 
 inline std::int64_t RoundToInt64(double value) {
