@@ -235,6 +235,7 @@ void FormulaCalculation::Begin() {
         liveStreams_ += stream.Ended ? 0 : 1;
     }
     values_.assign(postfix_.size() + 1, std::vector<double>(BlockSteps));
+    scaled_.resize(BlockSteps);
     words_.resize(BlockSteps);
     scratch_ = std::make_unique<ScratchWriter>();
     if (!scratch_->Open(layers.TempDir / ScratchFileName)) {
@@ -244,26 +245,10 @@ void FormulaCalculation::Begin() {
 
 namespace {
 
-// One operation on the values of one step. `a` is the left operand of a binary operation.
-Applied Apply(FormulaOperation operation, double a, double x, double& result,
-              shell::RunTimeError& failure) {
+// A function of the formula on the value of one step.
+Applied Apply(FormulaOperation operation, double x, double& result, shell::RunTimeError& failure) {
     using enum FormulaOperation;
     switch (operation) {
-    case Add:
-        result = a + x;
-        break;
-    case Subtract:
-        result = a - x;
-        break;
-    case Multiply:
-        result = a * x;
-        break;
-    case Divide:
-        if (x == 0.0) {
-            return Applied::Incorrect;
-        }
-        result = a / x;
-        break;
     case Sin:
         result = std::sin(x / DegreesPerRadian);
         break;
@@ -280,12 +265,6 @@ Applied Apply(FormulaOperation operation, double a, double x, double& result,
     }
     case Atan:
         result = std::atan(x) * DegreesPerRadian;
-        break;
-    case Sqrt:
-        if (x < 0.0) {
-            return Applied::Incorrect;
-        }
-        result = std::sqrt(x);
         break;
     case Asin:
     case Acos: {
@@ -398,29 +377,35 @@ void FormulaCalculation::ReadItem(ItemStream& stream, std::span<double> out, Blo
 
 namespace {
 
-// The first lane, from `first` on, where the test holds; the lane count when none does.
-template <typename Test>
-std::size_t FirstLane(std::span<const double> values, std::size_t first, Test test) {
-    const auto found =
-        std::find_if(values.begin() + static_cast<std::ptrdiff_t>(first), values.end(), test);
-    return static_cast<std::size_t>(found - values.begin());
+// The first lane where the test holds; the lane count when none does. The lanes are searched
+// only when some lane holds: the test of the whole block runs without stopping, each lane
+// marked 0 or 1 and the marks or-ed bit by bit, loops the compiler can vectorise (a test
+// or-ed straight into a flag it cannot).
+template <typename Test> std::size_t FirstLane(std::span<const double> values, Test test) {
+    constexpr std::size_t Chunk = 64;
+    std::array<double, Chunk> marks{};
+    std::uint64_t any = 0;
+    for (std::size_t first = 0; first < values.size(); first += Chunk) {
+        const auto chunk = values.subspan(first, std::min(Chunk, values.size() - first));
+        std::ranges::transform(chunk, marks.begin(),
+                               [test](double value) { return test(value) ? 1.0 : 0.0; });
+        for (std::size_t i = 0; i < chunk.size(); ++i) {
+            any |= std::bit_cast<std::uint64_t>(marks[i]);
+        }
+    }
+    return any == 0 ? values.size()
+                    : static_cast<std::size_t>(std::ranges::find_if(values, test) - values.begin());
 }
 
 } // namespace
 
-// An operation over a block's lanes. The common ones run as plain loops that the compiler can
-// vectorise; the first lane that has no result (a division by 0, the root of a negative value)
+// An operation over a block's lanes. The common ones run over every lane as plain loops that
+// the compiler can vectorise (std::transform: the two-range form has two ends to test and is not
+// vectorised); the first lane that has no result (a division by 0, the root of a negative value)
 // or leaves the finite numbers ends the block there.
 void FormulaCalculation::ApplyToLanes(FormulaOperation operation, std::span<double> a,
                                       std::span<const double> x, BlockEnd& end) {
     using enum FormulaOperation;
-    std::size_t done = a.size();
-    const auto refuseAt = [&end, &done](std::size_t lane) {
-        if (lane < done) {
-            done = lane;
-            end.At(static_cast<int>(lane), BlockEnd::Reason::Incorrect);
-        }
-    };
     switch (operation) {
     case Add:
         std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::plus<>{});
@@ -432,33 +417,38 @@ void FormulaCalculation::ApplyToLanes(FormulaOperation operation, std::span<doub
         std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::multiplies<>{});
         break;
     case Divide:
-        refuseAt(FirstLane(x, 0, [](double v) { return v == 0.0; }));
-        std::transform(a.begin(), a.begin() + static_cast<std::ptrdiff_t>(done), x.begin(),
-                       a.begin(), std::divides<>{});
+        std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::divides<>{});
         break;
     case Sqrt:
-        refuseAt(FirstLane(x, 0, [](double v) { return v < 0.0; }));
-        std::transform(a.begin(), a.begin() + static_cast<std::ptrdiff_t>(done), a.begin(),
-                       [](double v) { return std::sqrt(v); });
+        std::ranges::transform(a, a.begin(), [](double v) { return std::sqrt(v); });
         break;
     default: {
         shell::RunTimeError failure;
-        for (std::size_t lane = 0; lane < done; ++lane) {
-            const Applied applied = Apply(operation, a[lane], x[lane], a[lane], failure);
-            if (applied == Applied::Incorrect) {
-                refuseAt(lane);
-            } else if (applied == Applied::Failed) {
-                end.At(static_cast<int>(lane), BlockEnd::Reason::Failed, failure);
-                done = lane;
+        for (std::size_t lane = 0; lane < a.size(); ++lane) {
+            const Applied applied = Apply(operation, x[lane], a[lane], failure);
+            if (applied != Applied::Done) {
+                end.At(static_cast<int>(lane),
+                       applied == Applied::Incorrect ? BlockEnd::Reason::Incorrect
+                                                     : BlockEnd::Reason::Failed,
+                       failure);
+                return;
             }
         }
-        break;
+        return;
     }
     }
-    const std::size_t infinite =
-        FirstLane(a.first(done), 0, [](double v) { return !std::isfinite(v); });
-    if (infinite < done) {
-        end.At(static_cast<int>(infinite), BlockEnd::Reason::Failed, OverflowError());
+    // The operands are finite (or an infinite number from the formula's text), so a result that
+    // is not comes from x / 0 or the root of a negative value, which have none (NaN or infinite),
+    // or else from an overflow.
+    const std::size_t lane = FirstLane(a, [](double v) { return !std::isfinite(v); });
+    if (lane < a.size()) {
+        const bool noResult =
+            operation == Divide ? x[lane] == 0.0 : operation == Sqrt && std::isnan(a[lane]);
+        if (noResult) {
+            end.At(static_cast<int>(lane), BlockEnd::Reason::Incorrect);
+        } else {
+            end.At(static_cast<int>(lane), BlockEnd::Reason::Failed, OverflowError());
+        }
     }
 }
 
@@ -495,21 +485,25 @@ bool FormulaCalculation::Block() {
     if (depth == 0) {
         end.At(0, BlockEnd::Reason::Failed, StackError());
     }
+    // A result that does not round into a word ends the block there; it still counts towards
+    // the largest value, as the results before it do.
+    const auto steps = static_cast<std::size_t>(end.Lane);
+    const std::span<const double> results = std::span(values_[0]).first(steps);
     const double scale = DecimalScale[static_cast<std::size_t>(decimals_)];
-    int lane = 0;
-    for (; lane < end.Lane; ++lane) {
-        const double result = values_[0][static_cast<std::size_t>(lane)];
-        outcome_.Max = result > outcome_.Max ? result : outcome_.Max;
-        const double scaled = shell::RoundHalfEven(result * scale);
-        if (!(scaled >= std::numeric_limits<std::int32_t>::min() &&
-              scaled <= std::numeric_limits<std::int32_t>::max())) {
-            end.At(lane, BlockEnd::Reason::Failed, OverflowError());
-            break;
-        }
-        words_[static_cast<std::size_t>(lane)] = static_cast<std::int32_t>(scaled);
+    std::ranges::transform(results, scaled_.begin(),
+                           [scale](double result) { return result * scale; });
+    const std::span<const double> scaled = std::span(scaled_).first(steps);
+    const std::size_t words =
+        FirstLane(scaled, [](double value) { return !shell::RoundsIntoWord(value); });
+    shell::RoundHalfEvenToWords(scaled.first(words), words_);
+    if (words < steps) {
+        end.At(static_cast<int>(words), BlockEnd::Reason::Failed, OverflowError());
     }
-    outcome_.Entries += lane;
-    if (!scratch_->Append(std::span(words_).first(static_cast<std::size_t>(lane)))) {
+    for (const double result : results.first(std::min(words + 1, steps))) {
+        outcome_.Max = result > outcome_.Max ? result : outcome_.Max;
+    }
+    outcome_.Entries += static_cast<std::int64_t>(words);
+    if (!scratch_->Append(std::span(words_).first(words))) {
         Fail(FileAccessError());
         return false;
     }

@@ -88,7 +88,8 @@ private:
     std::unique_ptr<ScratchWriter> scratch_;
     // The stack of the postfix walk, each entry the values of a block's steps.
     std::vector<std::vector<double>> values_;
-    std::vector<std::int32_t> words_; // a block's results, rounded
+    std::vector<double> scaled_;      // a block's results, scaled to their decimals
+    std::vector<std::int32_t> words_; // and rounded
     std::int64_t time_ = FormulaStepMs;
     FormulaOutcome outcome_;
 };
