@@ -397,6 +397,15 @@ template <typename Test> std::size_t FirstLane(std::span<const double> values, T
                     : static_cast<std::size_t>(std::ranges::find_if(values, test) - values.begin());
 }
 
+// The largest of the values and `start`, the earlier one of equals.
+double Largest(std::span<const double> values, double start) {
+    double largest = start;
+    for (const double value : values) {
+        largest = std::max(largest, value);
+    }
+    return largest;
+}
+
 } // namespace
 
 // An operation over a block's lanes. The common ones run over every lane as plain loops that
@@ -499,9 +508,7 @@ bool FormulaCalculation::Block() {
     if (words < steps) {
         end.At(static_cast<int>(words), BlockEnd::Reason::Failed, OverflowError());
     }
-    for (const double result : results.first(std::min(words + 1, steps))) {
-        outcome_.Max = result > outcome_.Max ? result : outcome_.Max;
-    }
+    outcome_.Max = Largest(results.first(std::min(words + 1, steps)), outcome_.Max);
     outcome_.Entries += static_cast<std::int64_t>(words);
     if (!scratch_->Append(std::span(words_).first(words))) {
         Fail(FileAccessError());
