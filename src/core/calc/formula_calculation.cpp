@@ -31,7 +31,7 @@ constexpr double DegreesPerRadian = 57.2957795130823;
 constexpr int BlockSteps = 256;
 // Blocks per Step(): a few milliseconds of work between two turns of an event loop.
 constexpr int BlocksPerStep = 16;
-constexpr std::size_t ScratchBufferWords = 1 << 16;
+constexpr std::size_t ScratchBufferWords = 1 << 14; // 64 KiB
 constexpr std::array<double, MaxFormulaDecimals + 1> DecimalScale{1.0, 10.0, 100.0, 1000.0};
 
 enum class Applied { Done, Incorrect, Failed };
