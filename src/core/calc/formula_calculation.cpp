@@ -10,7 +10,6 @@
 #include <array>
 #include <bit>
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <string_view>
 #include <system_error>
@@ -377,24 +376,33 @@ void FormulaCalculation::ReadItem(ItemStream& stream, std::span<double> out, Blo
 
 namespace {
 
-// The first lane where the test holds; the lane count when none does. The lanes are searched
-// only when some lane holds: the test of the whole block runs without stopping, each lane
-// marked 0 or 1 and the marks or-ed bit by bit, loops the compiler can vectorise (a test
-// or-ed straight into a flag it cannot).
+// 1 or 0 as the bits of a double: or-ed into a word, marks make a test of every lane that the
+// compiler vectorises (a bool or-ed into a flag it does not).
+std::uint64_t Mark(bool holds) {
+    return std::bit_cast<std::uint64_t>(holds ? 1.0 : 0.0);
+}
+
+// The first lane where the test holds; the lane count when none does. The whole block is tested
+// without stopping; the lanes are searched only when some lane holds.
 template <typename Test> std::size_t FirstLane(std::span<const double> values, Test test) {
-    constexpr std::size_t Chunk = 64;
-    std::array<double, Chunk> marks{};
-    std::uint64_t any = 0;
-    for (std::size_t first = 0; first < values.size(); first += Chunk) {
-        const auto chunk = values.subspan(first, std::min(Chunk, values.size() - first));
-        std::ranges::transform(chunk, marks.begin(),
-                               [test](double value) { return test(value) ? 1.0 : 0.0; });
-        for (std::size_t i = 0; i < chunk.size(); ++i) {
-            any |= std::bit_cast<std::uint64_t>(marks[i]);
-        }
+    std::uint64_t marks = 0;
+    for (const double value : values) {
+        marks |= Mark(test(value));
     }
-    return any == 0 ? values.size()
-                    : static_cast<std::size_t>(std::ranges::find_if(values, test) - values.begin());
+    return marks == 0
+               ? values.size()
+               : static_cast<std::size_t>(std::ranges::find_if(values, test) - values.begin());
+}
+
+// a[lane] = operation(lane) over every lane, in one pass with the test of the results; returns
+// the first lane whose result is not finite, or the lane count.
+template <typename Operation> std::size_t ApplyEach(std::span<double> a, Operation operation) {
+    std::uint64_t marks = 0;
+    for (std::size_t lane = 0; lane < a.size(); ++lane) {
+        a[lane] = operation(lane);
+        marks |= Mark(!std::isfinite(a[lane]));
+    }
+    return marks == 0 ? a.size() : FirstLane(a, [](double value) { return !std::isfinite(value); });
 }
 
 // The largest of the values and `start`, the earlier one of equals.
@@ -409,34 +417,34 @@ double Largest(std::span<const double> values, double start) {
 } // namespace
 
 // An operation over a block's lanes. The common ones run over every lane as plain loops that
-// the compiler can vectorise (std::transform: the two-range form has two ends to test and is not
-// vectorised); the first lane that has no result (a division by 0, the root of a negative value)
-// or leaves the finite numbers ends the block there.
+// the compiler vectorises; the first lane that has no result (a division by 0, the root of a
+// negative value) or leaves the finite numbers ends the block there.
 void FormulaCalculation::ApplyToLanes(FormulaOperation operation, std::span<double> a,
                                       std::span<const double> x, BlockEnd& end) {
     using enum FormulaOperation;
+    std::size_t lane = a.size();
     switch (operation) {
     case Add:
-        std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::plus<>{});
+        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] + x[i]; });
         break;
     case Subtract:
-        std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::minus<>{});
+        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] - x[i]; });
         break;
     case Multiply:
-        std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::multiplies<>{});
+        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] * x[i]; });
         break;
     case Divide:
-        std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::divides<>{});
+        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] / x[i]; });
         break;
     case Sqrt:
-        std::ranges::transform(a, a.begin(), [](double v) { return std::sqrt(v); });
+        lane = ApplyEach(a, [a](std::size_t i) { return std::sqrt(a[i]); });
         break;
     default: {
         shell::RunTimeError failure;
-        for (std::size_t lane = 0; lane < a.size(); ++lane) {
-            const Applied applied = Apply(operation, x[lane], a[lane], failure);
+        for (std::size_t step = 0; step < a.size(); ++step) {
+            const Applied applied = Apply(operation, x[step], a[step], failure);
             if (applied != Applied::Done) {
-                end.At(static_cast<int>(lane),
+                end.At(static_cast<int>(step),
                        applied == Applied::Incorrect ? BlockEnd::Reason::Incorrect
                                                      : BlockEnd::Reason::Failed,
                        failure);
@@ -449,7 +457,6 @@ void FormulaCalculation::ApplyToLanes(FormulaOperation operation, std::span<doub
     // The operands are finite (or an infinite number from the formula's text), so a result that
     // is not comes from x / 0 or the root of a negative value, which have none (NaN or infinite),
     // or else from an overflow.
-    const std::size_t lane = FirstLane(a, [](double v) { return !std::isfinite(v); });
     if (lane < a.size()) {
         const bool noResult =
             operation == Divide ? x[lane] == 0.0 : operation == Sqrt && std::isnan(a[lane]);
