@@ -405,13 +405,21 @@ template <typename Operation> std::size_t ApplyEach(std::span<double> a, Operati
     return marks == 0 ? a.size() : FirstLane(a, [](double value) { return !std::isfinite(value); });
 }
 
-// The largest of the values and `start`, the earlier one of equals.
+// The largest of the values and `start`. Four running maxima side by side break the chain of
+// dependent comparisons; as no value is NaN and `start` is never below +0 (so -0 never wins),
+// the order in which they meet changes nothing.
 double Largest(std::span<const double> values, double start) {
-    double largest = start;
-    for (const double value : values) {
-        largest = std::max(largest, value);
+    std::array<double, 4> largest{start, start, start, start};
+    std::size_t i = 0;
+    for (; i + largest.size() <= values.size(); i += largest.size()) {
+        for (std::size_t j = 0; j < largest.size(); ++j) {
+            largest[j] = std::max(largest[j], values[i + j]);
+        }
     }
-    return largest;
+    for (; i < values.size(); ++i) {
+        largest[0] = std::max(largest[0], values[i]);
+    }
+    return std::max({largest[0], largest[1], largest[2], largest[3]});
 }
 
 } // namespace
