@@ -7,6 +7,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,21 @@ TEST(RoundHalfEven, TiesGoToTheEvenNeighbour) {
     EXPECT_EQ(RoundHalfEven(2.4999), 2.0);
     EXPECT_EQ(RoundHalfEven(2.5001), 3.0);
     EXPECT_EQ(RoundToInt64(3000.5), 3000);
+}
+
+TEST(RoundHalfEven, IntoWordsAsOneValueAtATimeUpToTheEndsOfTheWordRange) {
+    const std::vector<double> values{
+        0.5,       1.5,        -0.5, -1.5,         -2.5,          -0.4,          2.4999,       -3.7,
+        1e9 + 0.5, -1e9 - 0.5, -0.0, 2147483646.5, 2147483647.49, -2147483648.5, -2147483647.5};
+    std::vector<std::int32_t> words(values.size());
+    RoundHalfEvenToWords(values, words);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        EXPECT_TRUE(RoundsIntoWord(values[i])) << values[i];
+        EXPECT_EQ(words[i], RoundToInt64(values[i])) << values[i];
+    }
+    for (const double outside : {2147483647.5, -2147483648.51, 1e300, std::nan("")}) {
+        EXPECT_FALSE(RoundsIntoWord(outside)) << outside;
+    }
 }
 
 TEST(FormatNumber, PicturesRoundPadAndGroupAndTextsAlignInPlaces) {

@@ -2,13 +2,14 @@
 
 #include "calc/formula_items.h"
 #include "logdata/channels.h"
+#include "logdata/stream_reader.h"
 #include "logdata/values.h"
 #include "shell/rounding.h"
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <string_view>
 #include <system_error>
@@ -29,7 +30,7 @@ constexpr double DegreesPerRadian = 57.2957795130823;
 constexpr int BlockSteps = 256;
 // Blocks per Step(): a few milliseconds of work between two turns of an event loop.
 constexpr int BlocksPerStep = 16;
-constexpr std::size_t ScratchBufferBytes = 1 << 16;
+constexpr std::size_t ScratchBufferWords = 1 << 14; // 64 KiB
 constexpr std::array<double, MaxFormulaDecimals + 1> DecimalScale{1.0, 10.0, 100.0, 1000.0};
 
 enum class Applied { Done, Incorrect, Failed };
@@ -84,18 +85,37 @@ struct FormulaCalculation::ItemStream {
     bool Ended = true;
     int Channel = 0;
     int Sampling = 0;
-    std::int64_t Length = 0;
-    std::int64_t Position = 1; // 1-based byte position of the last pair read
+    std::int64_t LastInstant = 0; // the last sampling instant whose sample is whole
     // T div Sampling and T mod Sampling of the current time step, carried forward by additions:
     // two divisions per item and step would cost more than the rest of the step.
     std::int64_t Instant = 0;
     std::int64_t Phase = 0;
     double Current = 0.0; // the sample at the last sampling instant
     double Next = 0.0;    // and the one after it
-    std::unique_ptr<logdata::ForwardSamples> Samples;
+    logdata::StreamReader Reader;
+    std::span<const std::int16_t> Words; // the whole samples in place; empty if unmapped
+
+    // Sample k as the reader gives it: 0 before the first, the cut word's low byte after the
+    // last whole one.
+    double Sample(std::int64_t k) {
+        if (k >= 1 && k <= std::ssize(Words)) {
+            return Words[static_cast<std::size_t>(k - 1)];
+        }
+        std::array<std::int16_t, 1> word{};
+        Reader.ReadWords16(k, word);
+        return word[0];
+    }
+    // The readings of the next steps, as many as fit in `out` before the stream ends; returns
+    // how many. A stream sampled every step reads its words as they stand:
+    std::size_t ReadEveryInstant(std::span<double> out);
+    // any stream reads one sampling instant at a time, between them interpolated (a detonation
+    // counter reads 0 there).
+    std::size_t ReadInterpolated(std::span<double> out);
 };
 
-// dummy.tmp, written from its start through a buffer, never truncated.
+// dummy.tmp, written from its start through a buffer, never truncated. The words are the
+// file's little-endian words as the host holds them.
+static_assert(std::endian::native == std::endian::little);
 class FormulaCalculation::ScratchWriter {
 public:
     ~ScratchWriter() { Close(); }
@@ -107,23 +127,20 @@ public:
             Close();
             return false;
         }
-        buffer_.reserve(ScratchBufferBytes);
+        buffer_.reserve(ScratchBufferWords);
         return true;
     }
 
-    bool Put(std::int32_t word) {
-        const auto bits = static_cast<std::uint32_t>(word);
-        const std::array<char, 4> bytes{
-            static_cast<char>(bits & 0xFFu), static_cast<char>((bits >> 8) & 0xFFu),
-            static_cast<char>((bits >> 16) & 0xFFu), static_cast<char>(bits >> 24)};
-        buffer_.insert(buffer_.end(), bytes.begin(), bytes.end());
-        return buffer_.size() < ScratchBufferBytes || Flush();
+    bool Append(std::span<const std::int32_t> words) {
+        buffer_.insert(buffer_.end(), words.begin(), words.end());
+        return buffer_.size() + BlockSteps <= ScratchBufferWords || Flush();
     }
 
     bool Flush() {
+        const auto bytes = std::as_bytes(std::span(buffer_));
         std::size_t done = 0;
-        while (done < buffer_.size()) {
-            const ssize_t written = ::write(file_, buffer_.data() + done, buffer_.size() - done);
+        while (done < bytes.size()) {
+            const ssize_t written = ::write(file_, bytes.data() + done, bytes.size() - done);
             if (written <= 0) {
                 return false;
             }
@@ -146,7 +163,7 @@ public:
 
 private:
     int file_ = -1;
-    std::vector<char> buffer_;
+    std::vector<std::int32_t> buffer_;
 };
 
 FormulaCalculation::FormulaCalculation(std::vector<FormulaToken> postfix, FormulaSource source,
@@ -198,24 +215,27 @@ void FormulaCalculation::Begin() {
         }
         ItemStream& stream = streams_[i];
         stream.Channel = token.Index;
-        stream.Samples = std::make_unique<logdata::ForwardSamples>(
-            layers.StreamPath(source_.Layer, logdata::ChannelFile(token.Index)), 2);
-        if (!stream.Samples->IsOpen()) {
-            stream.Samples.reset();
+        if (!stream.Reader.Open(
+                layers.StreamPath(source_.Layer, logdata::ChannelFile(token.Index)))) {
             continue;
         }
+        stream.Words = stream.Reader.MappedWords16();
         stream.Sampling = logdata::ChannelSampleTime(header, token.Index);
-        stream.Length = stream.Samples->ByteLength();
-        stream.Next = stream.Samples->Pair(0)[1];
+        // Instant k reads the bytes 2k - 1 and 2k (from 1); the stream ends at the first
+        // instant whose first byte is missing.
+        stream.LastInstant = stream.Reader.ByteLength() / 2;
+        stream.Next = stream.Sample(1);
         if (stream.Sampling > 0) {
             stream.Instant = time_ / stream.Sampling;
             stream.Phase = time_ % stream.Sampling;
         }
         // A stream without a whole sample has ended before the first step.
-        stream.Ended = stream.Length <= stream.Position;
+        stream.Ended = stream.LastInstant < 1;
         liveStreams_ += stream.Ended ? 0 : 1;
     }
     values_.assign(postfix_.size() + 1, std::vector<double>(BlockSteps));
+    scaled_.resize(BlockSteps);
+    words_.resize(BlockSteps);
     scratch_ = std::make_unique<ScratchWriter>();
     if (!scratch_->Open(layers.TempDir / ScratchFileName)) {
         Fail(FileAccessError());
@@ -224,26 +244,10 @@ void FormulaCalculation::Begin() {
 
 namespace {
 
-// One operation on the values of one step. `a` is the left operand of a binary operation.
-Applied Apply(FormulaOperation operation, double a, double x, double& result,
-              shell::RunTimeError& failure) {
+// A function of the formula on the value of one step.
+Applied Apply(FormulaOperation operation, double x, double& result, shell::RunTimeError& failure) {
     using enum FormulaOperation;
     switch (operation) {
-    case Add:
-        result = a + x;
-        break;
-    case Subtract:
-        result = a - x;
-        break;
-    case Multiply:
-        result = a * x;
-        break;
-    case Divide:
-        if (x == 0.0) {
-            return Applied::Incorrect;
-        }
-        result = a / x;
-        break;
     case Sin:
         result = std::sin(x / DegreesPerRadian);
         break;
@@ -260,12 +264,6 @@ Applied Apply(FormulaOperation operation, double a, double x, double& result,
     }
     case Atan:
         result = std::atan(x) * DegreesPerRadian;
-        break;
-    case Sqrt:
-        if (x < 0.0) {
-            return Applied::Incorrect;
-        }
-        result = std::sqrt(x);
         break;
     case Asin:
     case Acos: {
@@ -319,108 +317,162 @@ struct FormulaCalculation::BlockEnd {
     }
 };
 
-// The values of an item entry for the steps of a block, read one sampling instant at a time.
+std::size_t FormulaCalculation::ItemStream::ReadEveryInstant(std::span<double> out) {
+    const std::int64_t left = std::max<std::int64_t>(LastInstant - Instant + 1, 0);
+    const auto count = static_cast<std::size_t>(std::min<std::int64_t>(left, std::ssize(out)));
+    std::copy_n(Words.begin() + (Instant - 1), count, out.begin());
+    Instant += static_cast<std::int64_t>(count);
+    return count;
+}
+
+std::size_t FormulaCalculation::ItemStream::ReadInterpolated(std::span<double> out) {
+    const bool counter = logdata::IsDetonationChannel(Channel);
+    for (std::size_t lane = 0; lane < out.size(); ++lane) {
+        if (Phase == 0) {
+            if (Instant > LastInstant) {
+                return lane;
+            }
+            Current = Sample(Instant);
+            Next = Sample(Instant + 1);
+            out[lane] = Current;
+        } else if (counter) {
+            out[lane] = 0.0;
+        } else {
+            out[lane] = Current + (Next - Current) * static_cast<double>(Phase) / Sampling;
+        }
+        for (Phase += FormulaStepMs; Phase >= Sampling; Phase -= Sampling) {
+            ++Instant;
+        }
+    }
+    return out.size();
+}
+
+// The values of an item entry for the steps of a block.
 void FormulaCalculation::ReadItem(ItemStream& stream, std::span<double> out, BlockEnd& end) {
-    const int limit = std::min(end.Lane, static_cast<int>(out.size()));
+    out = out.first(std::min(static_cast<std::size_t>(end.Lane), out.size()));
     if (stream.Ended) {
-        std::fill(out.begin(), out.begin() + limit, 0.0);
+        std::ranges::fill(out, 0.0);
         return;
     }
     if (stream.Sampling <= 0) {
         end.At(0, BlockEnd::Reason::Failed, DivisionByZeroError());
         return;
     }
-    const logdata::LogHeader& header =
-        source_.Layers->Layer[static_cast<std::size_t>(source_.Layer)].Header;
-    const bool counter = logdata::IsDetonationChannel(stream.Channel);
-    for (int lane = 0; lane < limit; ++lane) {
-        double reading = 0.0;
-        if (stream.Phase == 0) {
-            stream.Position = stream.Instant * 2 - 1;
-            if (stream.Length <= stream.Position) {
-                end.At(lane, BlockEnd::Reason::Finished);
-                return;
-            }
-            const auto pair = stream.Samples->Pair(stream.Instant);
-            stream.Current = pair[0];
-            stream.Next = pair[1];
-            reading = stream.Current;
-        } else if (!counter) {
-            reading = stream.Current + (stream.Next - stream.Current) *
-                                           static_cast<double>(stream.Phase) / stream.Sampling;
-        }
-        const double value = logdata::ConvertReading(header, stream.Channel, reading, *source_.Laf);
-        out[static_cast<std::size_t>(lane)] = value < 0.0 ? 0.0 : value;
-        for (stream.Phase += FormulaStepMs; stream.Phase >= stream.Sampling;
-             stream.Phase -= stream.Sampling) {
-            ++stream.Instant;
-        }
+    // Stepped on by 5 ms from a multiple of 5 ms, a stream sampled every 5 ms is always at an
+    // instant.
+    const bool everyStep = stream.Sampling == FormulaStepMs && !stream.Words.empty();
+    const std::size_t read =
+        everyStep ? stream.ReadEveryInstant(out) : stream.ReadInterpolated(out);
+    if (read < out.size()) {
+        end.At(static_cast<int>(read), BlockEnd::Reason::Finished);
+    }
+    const std::span<double> values = out.first(read);
+    logdata::ConvertReadings(source_.Layers->Layer[static_cast<std::size_t>(source_.Layer)].Header,
+                             stream.Channel, values, *source_.Laf);
+    for (double& value : values) {
+        value = value < 0.0 ? 0.0 : value;
     }
 }
 
 namespace {
 
-// The first lane, from `first` on, where the test holds; the lane count when none does.
-template <typename Test>
-std::size_t FirstLane(std::span<const double> values, std::size_t first, Test test) {
-    const auto found =
-        std::find_if(values.begin() + static_cast<std::ptrdiff_t>(first), values.end(), test);
-    return static_cast<std::size_t>(found - values.begin());
+// 1 or 0 as the bits of a double: or-ed into a word, marks make a test of every lane that the
+// compiler vectorises (a bool or-ed into a flag it does not).
+std::uint64_t Mark(bool holds) {
+    return std::bit_cast<std::uint64_t>(holds ? 1.0 : 0.0);
+}
+
+// The first lane where the test holds; the lane count when none does. The whole block is tested
+// without stopping; the lanes are searched only when some lane holds.
+template <typename Test> std::size_t FirstLane(std::span<const double> values, Test test) {
+    std::uint64_t marks = 0;
+    for (const double value : values) {
+        marks |= Mark(test(value));
+    }
+    return marks == 0
+               ? values.size()
+               : static_cast<std::size_t>(std::ranges::find_if(values, test) - values.begin());
+}
+
+// a[lane] = operation(lane) over every lane, in one pass with the test of the results; returns
+// the first lane whose result is not finite, or the lane count.
+template <typename Operation> std::size_t ApplyEach(std::span<double> a, Operation operation) {
+    std::uint64_t marks = 0;
+    for (std::size_t lane = 0; lane < a.size(); ++lane) {
+        a[lane] = operation(lane);
+        marks |= Mark(!std::isfinite(a[lane]));
+    }
+    return marks == 0 ? a.size() : FirstLane(a, [](double value) { return !std::isfinite(value); });
+}
+
+// The largest of the values and `start`. Four running maxima side by side break the chain of
+// dependent comparisons; as no value is NaN and `start` is never below +0 (so -0 never wins),
+// the order in which they meet changes nothing.
+double Largest(std::span<const double> values, double start) {
+    std::array<double, 4> largest{start, start, start, start};
+    std::size_t i = 0;
+    for (; i + largest.size() <= values.size(); i += largest.size()) {
+        for (std::size_t j = 0; j < largest.size(); ++j) {
+            largest[j] = std::max(largest[j], values[i + j]);
+        }
+    }
+    for (; i < values.size(); ++i) {
+        largest[0] = std::max(largest[0], values[i]);
+    }
+    return std::max({largest[0], largest[1], largest[2], largest[3]});
 }
 
 } // namespace
 
-// An operation over a block's lanes. The common ones run as plain loops that the compiler can
-// vectorise; the first lane that has no result (a division by 0, the root of a negative value)
-// or leaves the finite numbers ends the block there.
+// An operation over a block's lanes. The common ones run over every lane as plain loops that
+// the compiler vectorises; the first lane that has no result (a division by 0, the root of a
+// negative value) or leaves the finite numbers ends the block there.
 void FormulaCalculation::ApplyToLanes(FormulaOperation operation, std::span<double> a,
                                       std::span<const double> x, BlockEnd& end) {
     using enum FormulaOperation;
-    std::size_t done = a.size();
-    const auto refuseAt = [&end, &done](std::size_t lane) {
-        if (lane < done) {
-            done = lane;
-            end.At(static_cast<int>(lane), BlockEnd::Reason::Incorrect);
-        }
-    };
+    std::size_t lane = a.size();
     switch (operation) {
     case Add:
-        std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::plus<>{});
+        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] + x[i]; });
         break;
     case Subtract:
-        std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::minus<>{});
+        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] - x[i]; });
         break;
     case Multiply:
-        std::transform(a.begin(), a.end(), x.begin(), a.begin(), std::multiplies<>{});
+        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] * x[i]; });
         break;
     case Divide:
-        refuseAt(FirstLane(x, 0, [](double v) { return v == 0.0; }));
-        std::transform(a.begin(), a.begin() + static_cast<std::ptrdiff_t>(done), x.begin(),
-                       a.begin(), std::divides<>{});
+        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] / x[i]; });
         break;
     case Sqrt:
-        refuseAt(FirstLane(x, 0, [](double v) { return v < 0.0; }));
-        std::transform(a.begin(), a.begin() + static_cast<std::ptrdiff_t>(done), a.begin(),
-                       [](double v) { return std::sqrt(v); });
+        lane = ApplyEach(a, [a](std::size_t i) { return std::sqrt(a[i]); });
         break;
     default: {
         shell::RunTimeError failure;
-        for (std::size_t lane = 0; lane < done; ++lane) {
-            const Applied applied = Apply(operation, a[lane], x[lane], a[lane], failure);
-            if (applied == Applied::Incorrect) {
-                refuseAt(lane);
-            } else if (applied == Applied::Failed) {
-                end.At(static_cast<int>(lane), BlockEnd::Reason::Failed, failure);
-                done = lane;
+        for (std::size_t step = 0; step < a.size(); ++step) {
+            const Applied applied = Apply(operation, x[step], a[step], failure);
+            if (applied != Applied::Done) {
+                end.At(static_cast<int>(step),
+                       applied == Applied::Incorrect ? BlockEnd::Reason::Incorrect
+                                                     : BlockEnd::Reason::Failed,
+                       failure);
+                return;
             }
         }
-        break;
+        return;
     }
     }
-    const std::size_t infinite =
-        FirstLane(a.first(done), 0, [](double v) { return !std::isfinite(v); });
-    if (infinite < done) {
-        end.At(static_cast<int>(infinite), BlockEnd::Reason::Failed, OverflowError());
+    // The operands are finite (or an infinite number from the formula's text), so a result that
+    // is not comes from x / 0 or the root of a negative value, which have none (NaN or infinite),
+    // or else from an overflow.
+    if (lane < a.size()) {
+        const bool noResult =
+            operation == Divide ? x[lane] == 0.0 : operation == Sqrt && std::isnan(a[lane]);
+        if (noResult) {
+            end.At(static_cast<int>(lane), BlockEnd::Reason::Incorrect);
+        } else {
+            end.At(static_cast<int>(lane), BlockEnd::Reason::Failed, OverflowError());
+        }
     }
 }
 
@@ -457,21 +509,25 @@ bool FormulaCalculation::Block() {
     if (depth == 0) {
         end.At(0, BlockEnd::Reason::Failed, StackError());
     }
+    // A result that does not round into a word ends the block there; it still counts towards
+    // the largest value, as the results before it do.
+    const auto steps = static_cast<std::size_t>(end.Lane);
+    const std::span<const double> results = std::span(values_[0]).first(steps);
     const double scale = DecimalScale[static_cast<std::size_t>(decimals_)];
-    for (int lane = 0; lane < end.Lane; ++lane) {
-        const double result = values_[0][static_cast<std::size_t>(lane)];
-        if (result > outcome_.Max) {
-            outcome_.Max = result;
-        }
-        const double scaled = shell::RoundHalfEven(result * scale);
-        if (!(scaled >= std::numeric_limits<std::int32_t>::min() &&
-              scaled <= std::numeric_limits<std::int32_t>::max())) {
-            end.At(lane, BlockEnd::Reason::Failed, OverflowError());
-        } else if (!scratch_->Put(static_cast<std::int32_t>(scaled))) {
-            end.At(lane, BlockEnd::Reason::Failed, FileAccessError());
-        } else {
-            ++outcome_.Entries;
-        }
+    std::ranges::transform(results, scaled_.begin(),
+                           [scale](double result) { return result * scale; });
+    const std::span<const double> scaled = std::span(scaled_).first(steps);
+    const std::size_t words =
+        FirstLane(scaled, [](double value) { return !shell::RoundsIntoWord(value); });
+    shell::RoundHalfEvenToWords(scaled.first(words), words_);
+    if (words < steps) {
+        end.At(static_cast<int>(words), BlockEnd::Reason::Failed, OverflowError());
+    }
+    outcome_.Max = Largest(results.first(std::min(words + 1, steps)), outcome_.Max);
+    outcome_.Entries += static_cast<std::int64_t>(words);
+    if (!scratch_->Append(std::span(words_).first(words))) {
+        Fail(FileAccessError());
+        return false;
     }
     switch (end.Why) {
     case BlockEnd::Reason::Finished:

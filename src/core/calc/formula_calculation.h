@@ -7,7 +7,6 @@
 // stays the same whatever the run's length.
 
 #include "calc/formula_syntax.h"
-#include "logdata/forward_samples.h"
 #include "logdata/layer.h"
 #include "logger/laf_table.h"
 #include "shell/message_sink.h"
@@ -89,6 +88,8 @@ private:
     std::unique_ptr<ScratchWriter> scratch_;
     // The stack of the postfix walk, each entry the values of a block's steps.
     std::vector<std::vector<double>> values_;
+    std::vector<double> scaled_;      // a block's results, scaled to their decimals
+    std::vector<std::int32_t> words_; // and rounded
     std::int64_t time_ = FormulaStepMs;
     FormulaOutcome outcome_;
 };

@@ -53,35 +53,56 @@ double InterpolatedReading(const std::filesystem::path& path, double t, int inte
     return samples.Current + (samples.Next - samples.Current) * static_cast<double>(m) / interval;
 }
 
-} // namespace
-
-double ConvertReading(const LogHeader& header, int channel, double raw,
-                      const logger::LafTable& laf) {
+// Hands `use` the conversion of a channel, so that a block of readings chooses it once.
+template <typename Use>
+auto WithConversion(const LogHeader& header, int channel, const logger::LafTable& laf, Use use) {
     switch (channel) {
     case Ne:
-        return raw * 20.0;
+        return use([](double raw) { return raw * 20.0; });
     case TH: {
-        const int span = header.ThOpen() - header.ThClose();
+        const int close = header.ThClose();
+        const int span = header.ThOpen() - close;
         // A throttle without a calibrated span is no item; never divide by it.
-        return span == 0 ? 0.0 : (raw * 4.0 - header.ThClose()) / span * 100.0;
+        if (span == 0) {
+            return use([](double) { return 0.0; });
+        }
+        return use([close, span](double raw) { return (raw * 4.0 - close) / span * 100.0; });
     }
     case VB:
-        return raw / 255.0 * 25.0 + 0.28;
+        return use([](double raw) { return raw / 255.0 * 25.0 + 0.28; });
     case VM1:
     case VM2:
     case VM3:
     case VM4:
-        return raw / 1023.0 * 5.0;
+        return use([](double raw) { return raw / 1023.0 * 5.0; });
     case FRSUS:
-        return (header.FrSusZero() - raw) / 1023.0 * 187.5;
+        return use(
+            [zero = header.FrSusZero()](double raw) { return (zero - raw) / 1023.0 * 187.5; });
     case RRSUS:
-        return (header.RrSusZero() - raw) / 1023.0 * 125.0;
+        return use(
+            [zero = header.RrSusZero()](double raw) { return (zero - raw) / 1023.0 * 125.0; });
     case LAF1:
     case LAF2:
-        return laf.ConvertLaf(raw / 1023.0 * 5.0);
+        return use([&laf](double raw) { return laf.ConvertLaf(raw / 1023.0 * 5.0); });
     default:
-        return raw;
+        return use([](double raw) { return raw; });
     }
+}
+
+} // namespace
+
+double ConvertReading(const LogHeader& header, int channel, double raw,
+                      const logger::LafTable& laf) {
+    return WithConversion(header, channel, laf, [raw](auto convert) { return convert(raw); });
+}
+
+void ConvertReadings(const LogHeader& header, int channel, std::span<double> readings,
+                     const logger::LafTable& laf) {
+    WithConversion(header, channel, laf, [readings](auto convert) {
+        for (double& reading : readings) {
+            reading = convert(reading);
+        }
+    });
 }
 
 double RawToValue(const LogHeader& header, int channel, double raw, const logger::LafTable& laf) {

@@ -5,6 +5,8 @@
 #include "logdata/layer.h"
 #include "logger/laf_table.h"
 
+#include <span>
+
 namespace torvane::logdata {
 
 // The time scale of a window: PixelsPerStep columns stand for MsPerStep milliseconds.
@@ -19,6 +21,9 @@ double RawToValue(const LogHeader& header, int channel, double raw, const logger
 // The conversion table alone, without either guard; the export applies guards of its own.
 double ConvertReading(const LogHeader& header, int channel, double raw,
                       const logger::LafTable& laf);
+// ConvertReading over a block of readings in place, the channel's rule chosen once.
+void ConvertReadings(const LogHeader& header, int channel, std::span<double> readings,
+                     const logger::LafTable& laf);
 
 // Interval in ms of the stream that a channel reads: its sampling entry, 300 for LAP.
 int ChannelSampleTime(const LogHeader& header, int channel);
