@@ -70,14 +70,15 @@ NumberFormat::NumberFormat(std::string_view format)
 namespace {
 
 // The magnitude as digits, a point and Decimals digits; a divisor known here costs a multiply.
-template <int Decimals> char* WriteScaled(char* out, std::uint64_t magnitude) {
-    constexpr std::uint64_t Divisor = Decimals == 1   ? 10
+// The magnitude is below 1e8 + 1, so 32-bit arithmetic holds it and is the cheaper.
+template <int Decimals> char* WriteScaled(char* out, std::uint32_t magnitude) {
+    constexpr std::uint32_t Divisor = Decimals == 1   ? 10
                                       : Decimals == 2 ? 100
                                       : Decimals == 3 ? 1000
                                                       : 10000;
     out = std::to_chars(out, out + 24, magnitude / Divisor).ptr;
     *out++ = '.';
-    std::uint64_t rest = magnitude % Divisor;
+    std::uint32_t rest = magnitude % Divisor;
     for (int i = Decimals; i > 0; --i) {
         out[i - 1] = static_cast<char>('0' + rest % 10);
         rest /= 10;
@@ -97,7 +98,7 @@ char* NumberFormat::WritePlainFixed(char* out, double value) const {
     if (!(scaled < 1e8)) {
         return nullptr;
     }
-    const auto whole = static_cast<std::uint64_t>(scaled);
+    const auto whole = static_cast<std::uint32_t>(scaled);
     const double fraction = scaled - static_cast<double>(whole);
     bool up = fraction > 0.5;
     if (std::fabs(fraction - 0.5) < 1e-7) {
@@ -106,7 +107,7 @@ char* NumberFormat::WritePlainFixed(char* out, double value) const {
         const double aboveHalf = fraction - 0.5;
         up = aboveHalf != -error ? aboveHalf > -error : (whole & 1U) != 0;
     }
-    const std::uint64_t rounded = whole + (up ? 1U : 0U);
+    const std::uint32_t rounded = whole + (up ? 1U : 0U);
     if (value < 0 && rounded != 0) {
         *out++ = '-';
     }
