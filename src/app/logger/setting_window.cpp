@@ -185,15 +185,15 @@ QWidget* SettingWindow::BuildConditions() {
         return list;
     };
     const auto textBox = [&](SettingText which, const char* caption) {
-        const TextBox& spec = TextBoxes[static_cast<std::size_t>(which)];
-        auto* text = Named(new QLineEdit(box), spec.Name);
+        const TextBox& shape = TextBoxes[static_cast<std::size_t>(which)];
+        auto* text = Named(new QLineEdit(box), shape.Name);
         text->setAlignment(Qt::AlignRight);
         text->installEventFilter(this);
         txt_[static_cast<std::size_t>(which)] = text;
         connect(text, &QLineEdit::textEdited, this, [this, which](const QString& typed) {
             mode_->SetText(which, typed.toStdString());
         });
-        auto* upDown = Named(new QWidget(box), spec.UpDown);
+        auto* upDown = Named(new QWidget(box), shape.UpDown);
         auto* arrows = new QVBoxLayout(upDown);
         arrows->setContentsMargins(0, 0, 0, 0);
         arrows->setSpacing(0);
@@ -407,11 +407,11 @@ void SettingWindow::TakeSensor(SensorButton button) {
 }
 
 void SettingWindow::StepUpDown(SettingText box, int direction) {
-    const TextBox& spec = TextBoxes[static_cast<std::size_t>(box)];
+    const TextBox& shape = TextBoxes[static_cast<std::size_t>(box)];
     bool numeric = false;
     const int shown = txt_[static_cast<std::size_t>(box)]->text().trimmed().toInt(&numeric);
     const int value =
-        numeric ? std::clamp(shown + direction * spec.Step, spec.Low, spec.High) : spec.Low;
+        numeric ? std::clamp(shown + direction * shape.Step, shape.Low, shape.High) : shape.Low;
     mode_->SetText(box, std::to_string(value));
     Refresh();
 }

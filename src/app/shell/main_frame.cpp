@@ -7,7 +7,6 @@
 #include "load/link_command.h"
 #include "load/memory_check.h"
 #include "load/window_layout.h"
-#include "output/hard_copy.h"
 #include "shell/about_box.h"
 #include "shell/frame_menu.h"
 #include "shell/help_window.h"
@@ -141,67 +140,6 @@ void MainFrame::WireHandlers() {
     SetHelpPage(this, "frame.html");
 }
 
-void MainFrame::ToggleToolBox() {
-    // The entry's check has already flipped when this runs: it says what the operator wants.
-    if (Action("mnuToolBox")->isChecked()) {
-        ShowToolBox();
-    } else {
-        HideToolBox();
-    }
-}
-
-void MainFrame::ShowToolBox() {
-    if (toolBox_ == nullptr) {
-        toolBox_ = new ToolBox(tools_, this);
-        toolBox_->move(toolBoxPlace_.Left / TwipsPerPixel, toolBoxPlace_.Top / TwipsPerPixel);
-        connect(toolBox_, &ToolBox::SettingsChanged, this, [this] {
-            if (QMdiSubWindow* active = area_->activeSubWindow()) {
-                active->setFocus();
-            }
-        });
-        connect(toolBox_, &ToolBox::Closing, this, &MainFrame::KeepToolBoxPlace);
-        // Closed from its own window: the entry follows.
-        connect(toolBox_, &QObject::destroyed, this, [this] {
-            toolBoxPlace_.Shown = false;
-            Action("mnuToolBox")->setChecked(false);
-        });
-    }
-    toolBox_->show();
-    toolBoxPlace_.Shown = true;
-    Action("mnuToolBox")->setChecked(true);
-    activateWindow();
-}
-
-void MainFrame::HideToolBox() {
-    if (toolBox_ != nullptr) {
-        toolBox_->close();
-    }
-    toolBoxPlace_.Shown = false;
-    Action("mnuToolBox")->setChecked(false);
-}
-
-void MainFrame::KeepToolBoxPlace() {
-    toolBoxPlace_ = ToolBoxPlace();
-}
-
-void MainFrame::SetToolBoxPlace(const layout::ToolBoxPlace& place) {
-    toolBoxPlace_ = place;
-    if (toolBox_ != nullptr) {
-        toolBox_->move(place.Left / TwipsPerPixel, place.Top / TwipsPerPixel);
-    }
-}
-
-layout::ToolBoxPlace MainFrame::ToolBoxPlace() const {
-    layout::ToolBoxPlace place = toolBoxPlace_;
-    // Pixels are coarser than twips: the kept twips stand unless the toolbox was moved.
-    const QPoint kept(place.Left / TwipsPerPixel, place.Top / TwipsPerPixel);
-    if (toolBox_ != nullptr && toolBox_->pos() != kept) {
-        place.Left = toolBox_->x() * TwipsPerPixel;
-        place.Top = toolBox_->y() * TwipsPerPixel;
-    }
-    return place;
-}
-
 void MainFrame::ToggleLapList() {
     lapList_->Toggle();
 }
@@ -260,7 +198,6 @@ void MainFrame::Attach(GraphWindowContext& context) {
         door->SetServiceMode(context.ShowServiceMode);
     }
     Wire("mnuOpenLayer", &MainFrame::OpenLayer);
-    Wire("mnuCloseLayer", &MainFrame::CloseLayer);
     Wire("mnuFileClose", &MainFrame::FileClose);
     Wire("mnuLap", &MainFrame::ToggleLapList);
     Wire("mnuHisto", &MainFrame::OpenHistogram);
@@ -273,19 +210,21 @@ void MainFrame::Attach(GraphWindowContext& context) {
                 [this, index] { ApplyStoredLayout(index); });
     }
     RefreshLayoutMenu();
-    Wire("mnuSave", &MainFrame::Save);
-    Wire("mnuCalcu", &MainFrame::FunctionCalculation);
-    const std::pair<const char*, void (GraphWindow::*)()> itemCommands[] = {
+    // The commands that the active graph window carries out alone.
+    const std::pair<const char*, std::function<void(GraphWindow&)>> windowCommands[] = {
+        {"mnuCloseLayer", &GraphWindow::CloseLayer},
+        {"mnuSave", &GraphWindow::Save},
+        {"mnuCalcu", &GraphWindow::FunctionCalculation},
         {"mnuDisp", &GraphWindow::ChooseDisplayItems},
         {"mnuLine", &GraphWindow::ChooseLineKind},
         {"mnuGrid", &GraphWindow::SetUpGrid},
         {"mnuAlign", &GraphWindow::AlignLayers},
         {"mnuMove", &GraphWindow::MoveCenter}};
-    for (const auto& [name, command] : itemCommands) {
+    for (const auto& [name, command] : windowCommands) {
         wired_.insert(name);
         connect(Action(name), &QAction::triggered, this, [this, command] {
             if (GraphWindow* window = ActiveGraphWindow()) {
-                (window->*command)();
+                command(*window);
             }
         });
     }
@@ -475,24 +414,6 @@ void MainFrame::ShowSettingWindow() {
     StepAsideWhile([this] { context_->OpenSettingWindow(this); });
 }
 
-void MainFrame::StepAsideWhile(const std::function<void()>& window) {
-    // Setting mode and the monitor work on the logger alone: the frame, its toolbox and the lap
-    // list step out of the way while they run.
-    const bool toolBoxShown = toolBox_ != nullptr && toolBox_->isVisible();
-    if (toolBoxShown) {
-        toolBox_->hide();
-    }
-    lapList_->StepAside(true);
-    hide();
-    window();
-    show();
-    if (toolBoxShown) {
-        toolBox_->show();
-    }
-    lapList_->StepAside(false);
-    activateWindow();
-}
-
 void MainFrame::OpenFromLogger() {
     OpenLoggingWindow(LoggingFileSource::Downloaded);
 }
@@ -508,45 +429,6 @@ void MainFrame::OpenLayer() {
     }
     if (const auto file = context_->ChooseLoggingFile(this)) {
         window->OpenLayer(*file);
-    }
-}
-
-void MainFrame::CloseLayer() {
-    if (GraphWindow* window = ActiveGraphWindow()) {
-        window->CloseLayer();
-    }
-}
-
-void MainFrame::Save() {
-    if (GraphWindow* window = ActiveGraphWindow()) {
-        window->Save();
-    }
-}
-
-void MainFrame::FunctionCalculation() {
-    if (GraphWindow* window = ActiveGraphWindow()) {
-        window->FunctionCalculation();
-    }
-}
-
-void MainFrame::Print() {
-    GraphWindow* window = ActiveGraphWindow();
-    QMdiSubWindow* frame = area_->currentSubWindow();
-    if (window == nullptr || frame->isMinimized()) {
-        return;
-    }
-    // The toolbox leaves the picture whole (-1) when it is shown, and is hidden while the page
-    // is made; its entry stays checked.
-    const bool toolBoxShown = Action("mnuToolBox")->isChecked();
-    if (toolBoxShown && toolBox_ != nullptr) {
-        toolBox_->hide();
-    }
-    PrintWindow(*window, toolBoxShown ? -1 : 0);
-    if (toolBoxShown && toolBox_ != nullptr) {
-        toolBox_->show();
-    }
-    if (area_->subWindowList().contains(frame)) {
-        frame->setFocus();
     }
 }
 

@@ -103,14 +103,13 @@ private:
     void ShowSettingWindow();
     void ShowMonitorWindow();
     void StepAsideWhile(const std::function<void()>& window);
+    // The toolbox hidden while work runs, and shown again after it if it was shown.
+    void WithToolBoxAway(const std::function<void()>& work);
     void OpenLayer();
-    void CloseLayer();
-    void Save();
     // mnuPrint: the active graph window as a hard copy, the toolbox out of the way meanwhile.
     void Print();
     void FileClose();
     void SaveLayout();
-    void FunctionCalculation();
     void ApplyStoredLayout(int index);
     void ApplyDefaultLayout();
     void WindowActivated(QMdiSubWindow* window);
