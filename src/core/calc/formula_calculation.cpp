@@ -1,6 +1,7 @@
 #include "calc/formula_calculation.h"
 
 #include "calc/formula_items.h"
+#include "calc/formula_lanes.h"
 #include "logdata/channels.h"
 #include "logdata/stream_reader.h"
 #include "logdata/values.h"
@@ -23,8 +24,6 @@ namespace torvane::calc {
 namespace fs = std::filesystem;
 namespace {
 
-// Degrees in a radian, as the formula language has always used it in both directions.
-constexpr double DegreesPerRadian = 57.2957795130823;
 // Time steps are worked out a block at a time, entry by entry over the whole block, so that
 // each entry's kind and operation is looked at once a block, not once a step.
 constexpr int BlockSteps = 256;
@@ -32,50 +31,6 @@ constexpr int BlockSteps = 256;
 constexpr int BlocksPerStep = 16;
 constexpr std::size_t ScratchBufferWords = 1 << 14; // 64 KiB
 constexpr std::array<double, MaxFormulaDecimals + 1> DecimalScale{1.0, 10.0, 100.0, 1000.0};
-
-enum class Applied { Done, Incorrect, Failed };
-
-} // namespace
-
-enum class FormulaOperation : std::uint8_t {
-    None, // not an operator entry
-    Skip, // a "(" that the conversion left behind
-    Add,
-    Subtract,
-    Multiply,
-    Divide,
-    Sin,
-    Cos,
-    Tan,
-    Asin,
-    Acos,
-    Atan,
-    Sqrt,
-    Unknown,
-};
-
-namespace {
-
-constexpr std::array<std::pair<std::string_view, FormulaOperation>, 12> OperationNames{{
-    {"(", FormulaOperation::Skip},
-    {"+", FormulaOperation::Add},
-    {"-", FormulaOperation::Subtract},
-    {"*", FormulaOperation::Multiply},
-    {"/", FormulaOperation::Divide},
-    {"sin", FormulaOperation::Sin},
-    {"cos", FormulaOperation::Cos},
-    {"tan", FormulaOperation::Tan},
-    {"asin", FormulaOperation::Asin},
-    {"acos", FormulaOperation::Acos},
-    {"atan", FormulaOperation::Atan},
-    {"sqrt", FormulaOperation::Sqrt},
-}};
-
-FormulaOperation OperationOf(std::string_view text) {
-    const auto found = std::ranges::find(OperationNames, text,
-                                         &std::pair<std::string_view, FormulaOperation>::first);
-    return found == OperationNames.end() ? FormulaOperation::Unknown : found->second;
-}
 
 } // namespace
 
@@ -242,64 +197,6 @@ void FormulaCalculation::Begin() {
     }
 }
 
-namespace {
-
-// A function of the formula on the value of one step.
-Applied Apply(FormulaOperation operation, double x, double& result, shell::RunTimeError& failure) {
-    using enum FormulaOperation;
-    switch (operation) {
-    case Sin:
-        result = std::sin(x / DegreesPerRadian);
-        break;
-    case Cos:
-        result = std::cos(x / DegreesPerRadian);
-        break;
-    case Tan: {
-        const double whole = std::round(x);
-        if (whole == 90.0 || whole == 270.0) {
-            return Applied::Incorrect;
-        }
-        result = std::tan(x / DegreesPerRadian);
-        break;
-    }
-    case Atan:
-        result = std::atan(x) * DegreesPerRadian;
-        break;
-    case Asin:
-    case Acos: {
-        if (x < -1.0 || x > 1.0) {
-            return Applied::Incorrect;
-        }
-        const double root = std::sqrt(1.0 - x * x);
-        if (root == 0.0) {
-            failure = DivisionByZeroError();
-            return Applied::Failed;
-        }
-        // The "asin" row has always taken the cosine here, and its results are kept so.
-        result = operation == Asin
-                     ? std::cos(x / root) * DegreesPerRadian
-                     : (std::atan(-x / root) + 2.0 * std::atan(1.0)) * DegreesPerRadian;
-        break;
-    }
-    default:
-        failure = StackError();
-        return Applied::Failed;
-    }
-    if (!std::isfinite(result)) {
-        failure = OverflowError();
-        return Applied::Failed;
-    }
-    return Applied::Done;
-}
-
-bool IsBinary(FormulaOperation operation) {
-    using enum FormulaOperation;
-    return operation == Add || operation == Subtract || operation == Multiply ||
-           operation == Divide;
-}
-
-} // namespace
-
 // Where a block of time steps stops: the first step at which the calculation ends, and why.
 // Within a step, the entry met first in postfix order decides, as it would one step at a time.
 struct FormulaCalculation::BlockEnd {
@@ -374,108 +271,6 @@ void FormulaCalculation::ReadItem(ItemStream& stream, std::span<double> out, Blo
     }
 }
 
-namespace {
-
-// 1 or 0 as the bits of a double: or-ed into a word, marks make a test of every lane that the
-// compiler vectorises (a bool or-ed into a flag it does not).
-std::uint64_t Mark(bool holds) {
-    return std::bit_cast<std::uint64_t>(holds ? 1.0 : 0.0);
-}
-
-// The first lane where the test holds; the lane count when none does. The whole block is tested
-// without stopping; the lanes are searched only when some lane holds.
-template <typename Test> std::size_t FirstLane(std::span<const double> values, Test test) {
-    std::uint64_t marks = 0;
-    for (const double value : values) {
-        marks |= Mark(test(value));
-    }
-    return marks == 0
-               ? values.size()
-               : static_cast<std::size_t>(std::ranges::find_if(values, test) - values.begin());
-}
-
-// a[lane] = operation(lane) over every lane, in one pass with the test of the results; returns
-// the first lane whose result is not finite, or the lane count.
-template <typename Operation> std::size_t ApplyEach(std::span<double> a, Operation operation) {
-    std::uint64_t marks = 0;
-    for (std::size_t lane = 0; lane < a.size(); ++lane) {
-        a[lane] = operation(lane);
-        marks |= Mark(!std::isfinite(a[lane]));
-    }
-    return marks == 0 ? a.size() : FirstLane(a, [](double value) { return !std::isfinite(value); });
-}
-
-// The largest of the values and `start`. Four running maxima side by side break the chain of
-// dependent comparisons; as no value is NaN and `start` is never below +0 (so -0 never wins),
-// the order in which they meet changes nothing.
-double Largest(std::span<const double> values, double start) {
-    std::array<double, 4> largest{start, start, start, start};
-    std::size_t i = 0;
-    for (; i + largest.size() <= values.size(); i += largest.size()) {
-        for (std::size_t j = 0; j < largest.size(); ++j) {
-            largest[j] = std::max(largest[j], values[i + j]);
-        }
-    }
-    for (; i < values.size(); ++i) {
-        largest[0] = std::max(largest[0], values[i]);
-    }
-    return std::max({largest[0], largest[1], largest[2], largest[3]});
-}
-
-} // namespace
-
-// An operation over a block's lanes. The common ones run over every lane as plain loops that
-// the compiler vectorises; the first lane that has no result (a division by 0, the root of a
-// negative value) or leaves the finite numbers ends the block there.
-void FormulaCalculation::ApplyToLanes(FormulaOperation operation, std::span<double> a,
-                                      std::span<const double> x, BlockEnd& end) {
-    using enum FormulaOperation;
-    std::size_t lane = a.size();
-    switch (operation) {
-    case Add:
-        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] + x[i]; });
-        break;
-    case Subtract:
-        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] - x[i]; });
-        break;
-    case Multiply:
-        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] * x[i]; });
-        break;
-    case Divide:
-        lane = ApplyEach(a, [a, x](std::size_t i) { return a[i] / x[i]; });
-        break;
-    case Sqrt:
-        lane = ApplyEach(a, [a](std::size_t i) { return std::sqrt(a[i]); });
-        break;
-    default: {
-        shell::RunTimeError failure;
-        for (std::size_t step = 0; step < a.size(); ++step) {
-            const Applied applied = Apply(operation, x[step], a[step], failure);
-            if (applied != Applied::Done) {
-                end.At(static_cast<int>(step),
-                       applied == Applied::Incorrect ? BlockEnd::Reason::Incorrect
-                                                     : BlockEnd::Reason::Failed,
-                       failure);
-                return;
-            }
-        }
-        return;
-    }
-    }
-    // The operands are finite (or an infinite number from the formula's text), so a result that
-    // is not comes from x / 0 or the root of a negative value, which have none (NaN or infinite),
-    // or else from an overflow.
-    if (lane < a.size()) {
-        const bool noResult =
-            operation == Divide ? x[lane] == 0.0 : operation == Sqrt && std::isnan(a[lane]);
-        if (noResult) {
-            end.At(static_cast<int>(lane), BlockEnd::Reason::Incorrect);
-        } else {
-            end.At(static_cast<int>(lane), BlockEnd::Reason::Failed, OverflowError());
-        }
-    }
-}
-
 bool FormulaCalculation::Block() {
     // Without a live input there is exactly one step.
     const int lanes = liveStreams_ == 0 ? 1 : BlockSteps;
@@ -503,7 +298,14 @@ bool FormulaCalculation::Block() {
         }
         const std::vector<double>& x = values_[depth - 1];
         std::vector<double>& a = values_[binary ? depth - 2 : depth - 1];
-        ApplyToLanes(operation, std::span(a).first(limit), std::span(x).first(limit), end);
+        const LaneStop stop =
+            ApplyToLanes(operation, std::span(a).first(limit), std::span(x).first(limit));
+        if (stop.Why != LaneStop::Reason::None) {
+            end.At(static_cast<int>(stop.Lane),
+                   stop.Why == LaneStop::Reason::Incorrect ? BlockEnd::Reason::Incorrect
+                                                           : BlockEnd::Reason::Failed,
+                   stop.Error);
+        }
         depth -= binary ? 1 : 0;
     }
     if (depth == 0) {

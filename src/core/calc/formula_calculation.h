@@ -68,8 +68,6 @@ private:
     bool Block();
     struct BlockEnd;
     void ReadItem(ItemStream& stream, std::span<double> out, BlockEnd& end);
-    void ApplyToLanes(FormulaOperation operation, std::span<double> a, std::span<const double> x,
-                      BlockEnd& end);
     void Begin();
     void Finish();
     void Fail(const shell::RunTimeError& error);
