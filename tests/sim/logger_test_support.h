@@ -2,7 +2,7 @@
 // A virtual logger on a hand-driven clock, and the few steps every logger test takes.
 
 #include "logger/logger_device.h"
-#include "logger/setting_record.h"
+#include "logger/setting_file.h"
 #include "manual_clock.h"
 
 #include <gtest/gtest.h>
@@ -42,7 +42,7 @@ public:
 
     TlmStatus Send(const logdata::LogHeader& setting) {
         TlmStatus status{};
-        device.SendSetting(status, RecordOf(setting));
+        device.SendSetting(status, logger::RecordOf(setting));
         return status;
     }
 

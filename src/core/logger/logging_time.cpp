@@ -4,14 +4,21 @@
 #include "shell/rounding.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
 namespace torvane::logger {
 namespace {
 
-// The logger's 29,360,128 bytes of logging memory times its 300 ms budget period.
-constexpr double MemoryTimesPeriod = 8'808'038'400.0;
+// The logging memory times the 300 ms budget period.
+constexpr double MemoryTimesPeriod = static_cast<double>(LoggingMemoryBytes) * 300.0;
+
+// The setting words of the table's rows, in the table's order.
+constexpr std::array<logdata::SettingWord, SampleRowCount> RowWords{
+    logdata::SettingWord::NeTime,  logdata::SettingWord::VfwTime, logdata::SettingWord::VrwTime,
+    logdata::SettingWord::ThTime,  logdata::SettingWord::VbTime,  logdata::SettingWord::Vm1Time,
+    logdata::SettingWord::Vm2Time, logdata::SettingWord::Vm3Time, logdata::SettingWord::Vm4Time};
 
 } // namespace
 
@@ -45,6 +52,16 @@ bool LoadMemoryTable(const std::filesystem::path& file, MemoryTable& table,
     table = MemoryTable{};
     std::copy(bytes->begin(), bytes->end(), table.begin());
     return true;
+}
+
+SamplingChoice ChoiceOf(const logdata::LogHeader& setting) {
+    SamplingChoice choice;
+    for (std::size_t row = 0; row < RowWords.size(); ++row) {
+        choice.Column[row] = PeriodIndex(setting.Word(RowWords[row]));
+    }
+    choice.Deto1 = setting.Word(logdata::SettingWord::Deto1Time) != 0;
+    choice.Deto2 = setting.Word(logdata::SettingWord::Deto2Time) != 0;
+    return choice;
 }
 
 std::int64_t BytesPer300Ms(const MemoryTable& table, const SamplingChoice& choice) {

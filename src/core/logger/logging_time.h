@@ -4,6 +4,7 @@
 // rate a choice of channels and periods costs.
 
 #include "layout/file_image.h"
+#include "logdata/log_header.h"
 
 #include <array>
 #include <cstddef>
@@ -14,6 +15,8 @@
 namespace torvane::logger {
 
 inline constexpr std::size_t MemoryTableSize = 56;
+// The logger's logging memory: 28 MiB.
+inline constexpr std::int64_t LoggingMemoryBytes = 29'360'128;
 using MemoryTable = std::array<std::uint8_t, MemoryTableSize>;
 
 // The rows of the table, in its own order (not the setting record's word order).
@@ -47,6 +50,10 @@ struct SamplingChoice {
     bool Deto1 = false;
     bool Deto2 = false;
 };
+
+// The choice a setting record makes: each row's period word as its column (-1 for 0 or any value
+// that is no period, which records nothing) and the two detonation words' switches.
+SamplingChoice ChoiceOf(const logdata::LogHeader& setting);
 
 // Bytes of logging memory the choice takes per 300 ms.
 std::int64_t BytesPer300Ms(const MemoryTable& table, const SamplingChoice& choice);

@@ -1,6 +1,6 @@
 #include "logger/logger_device.h"
 
-#include "logger/setting_record.h"
+#include "logger/setting_file.h"
 #include "vehicle/demo_setting.h"
 #include "vehicle/run_file.h"
 #include "vehicle/time_step.h"
@@ -429,7 +429,7 @@ std::int32_t LoggerDevice::SendSetting(TlmStatus& status, const TlmSettingData& 
     }
     // The sensor points are the logger's own, taught by sensor initialisation: a setting sent
     // from a window that read them before the mechanic retook them must not undo his work.
-    logdata::LogHeader received = HeaderOf(setting);
+    logdata::LogHeader received = logger::HeaderOf(setting);
     for (SettingWord word :
          {SettingWord::ThClose, SettingWord::ThOpen, SettingWord::FrZero, SettingWord::RrZero}) {
         received.SetWord(word, setting_.Word(word));
@@ -443,7 +443,7 @@ std::int32_t LoggerDevice::ReadSetting(TlmStatus& status, TlmSettingData& settin
     if (!Accept(status, Command::ReadSetting)) {
         return TLM_OK;
     }
-    setting = RecordOf(setting_);
+    setting = logger::RecordOf(setting_);
     return Answer(status);
 }
 

@@ -1,29 +1,23 @@
 #pragma once
-// MT.DAT: how many bytes one sample of a channel takes in the logger's memory, by channel and
-// sampling period. Nine rows of six bytes (Ne, VFW, VRW, TH, VB, VM1..VM4; one column per period
-// 5, 10, 25, 50, 100, 300 ms), then one byte each for DETO1 and DETO2, which sample every 300 ms.
-// The logger's memory is budgeted in 300 ms periods: a setting costs BytesPer300Ms of it for
-// every period it records.
+// MT.DAT as the virtual logger takes it: the table and the memory budget are the program's own
+// (logger/logging_time.h); the logger is given its table on the command line and budgets the
+// setting it holds.
 
 #include "logdata/log_header.h"
+#include "logger/logging_time.h"
 
-#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 
 namespace torvane::sim {
 
-inline constexpr std::size_t MemoryTableSize = 56;
-// 28 MiB of logging memory.
-inline constexpr std::int64_t LoggingMemoryBytes = 29'360'128;
+using logger::DefaultMemoryTable;
+using logger::LoggingMemoryBytes;
+using logger::MemoryTable;
 
-using MemoryTable = std::array<std::uint8_t, MemoryTableSize>;
-
-// The table a logger uses when no MT.DAT is given: one byte a sample, nothing for detonation.
-MemoryTable DefaultMemoryTable();
-
-// The first 56 bytes of the file; nullopt when it cannot be read or is shorter.
+// The first 56 bytes of the file; nullopt when it cannot be read or is shorter, which the
+// command line refuses.
 std::optional<MemoryTable> LoadMemoryTable(const std::filesystem::path& file);
 
 // Memory the setting's channels take per 300 ms. A sampling word that is not one of the six
