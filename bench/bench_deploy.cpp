@@ -103,11 +103,7 @@ BENCHMARK(DeployLargestRun)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 } // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
     Shared();
-    torvane::bench::RatioReporter reporter(
-        torvane::bench::RatioReporter::Ratios{{"DeployLargestRun", "SequentialWriteBaseline"}});
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return torvane::bench::RunBenchmarks(argc, argv,
+                                         {{"DeployLargestRun", "SequentialWriteBaseline"}});
 }

@@ -84,12 +84,7 @@ BENCHMARK(SequentialReadOfTheSameFiles)->Unit(benchmark::kMillisecond);
 } // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
     bench::LargestSettingRun(TenMinutes);
     bench::LargestSettingRun(bench::LargestRunMinutes);
-    bench::RatioReporter reporter(
-        bench::RatioReporter::Ratios{{"MapLargestRun", "SequentialReadOfTheSameFiles"}});
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return bench::RunBenchmarks(argc, argv, {{"MapLargestRun", "SequentialReadOfTheSameFiles"}});
 }

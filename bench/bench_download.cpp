@@ -161,11 +161,8 @@ BENCHMARK(DownloadAtTheDefaultRate)->Unit(benchmark::kMillisecond)->Iterations(3
 } // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
-    torvane::bench::RatioReporter reporter(torvane::bench::RatioReporter::Ratios{
-        {"DownloadLargestFileUnlimited", "RawSocketBaseline"}});
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
+    torvane::bench::RunBenchmarks(argc, argv,
+                                  {{"DownloadLargestFileUnlimited", "RawSocketBaseline"}});
     std::error_code ignored;
     fs::remove_all(BenchFolder(), ignored);
     return 0;

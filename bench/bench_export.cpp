@@ -81,12 +81,8 @@ BENCHMARK(SequentialWriteOfTheSameBytes)->Unit(benchmark::kMillisecond)->MinTime
 } // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
     bench::LargestSettingRun(TenMinutes);
     bench::LargestSettingRun(bench::LargestRunMinutes);
-    bench::RatioReporter reporter(
-        bench::RatioReporter::Ratios{{"ExportLargestRun", "SequentialWriteOfTheSameBytes"}});
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return bench::RunBenchmarks(argc, argv,
+                                {{"ExportLargestRun", "SequentialWriteOfTheSameBytes"}});
 }

@@ -98,12 +98,8 @@ BENCHMARK(SequentialReadAndWriteOfTheSameBytes)->Unit(benchmark::kMillisecond)->
 } // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
     bench::LargestSettingRun(TenMinutes);
     bench::LargestSettingRun(bench::LargestRunMinutes);
-    bench::RatioReporter reporter(bench::RatioReporter::Ratios{
-        {"FormulaLargestRun", "SequentialReadAndWriteOfTheSameBytes"}});
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return bench::RunBenchmarks(argc, argv,
+                                {{"FormulaLargestRun", "SequentialReadAndWriteOfTheSameBytes"}});
 }

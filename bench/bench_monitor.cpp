@@ -173,10 +173,5 @@ BENCHMARK(MonitorWindowCpuShare)->Unit(benchmark::kMillisecond)->Iterations(1)->
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    torvane::bench::RatioReporter reporter(
-        torvane::bench::RatioReporter::Ratios{{"MonitorPoll", "StatusExchange"}});
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return torvane::bench::RunBenchmarks(argc, argv, {{"MonitorPoll", "StatusExchange"}});
 }

@@ -226,10 +226,7 @@ int main(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     const QGuiApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    bench::RatioReporter reporter(bench::RatioReporter::Ratios{
-        {"RedrawLargestRun", "RedrawTenMinuteRun"}, {"EnvelopeByPolyline", "EnvelopeByRaster"}});
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return bench::RunBenchmarks(
+        argc, argv,
+        {{"RedrawLargestRun", "RedrawTenMinuteRun"}, {"EnvelopeByPolyline", "EnvelopeByRaster"}});
 }

@@ -64,12 +64,8 @@ BENCHMARK(CursorMoveFourAndAHalfHours)->Unit(benchmark::kNanosecond);
 } // namespace
 
 int main(int argc, char** argv) {
-    benchmark::Initialize(&argc, argv);
     Run(10);
     Run(270);
-    bench::RatioReporter reporter(
-        bench::RatioReporter::Ratios{{"CursorMoveFourAndAHalfHours", "CursorMoveTenMinutes"}});
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    benchmark::Shutdown();
-    return 0;
+    return bench::RunBenchmarks(argc, argv,
+                                {{"CursorMoveFourAndAHalfHours", "CursorMoveTenMinutes"}});
 }

@@ -49,4 +49,14 @@ private:
     std::map<std::string, std::string> unit_;
 };
 
+// A benchmark program's run once its shared data is made: every benchmark the command line
+// selects, then the ratios of the pairs it names.
+inline int RunBenchmarks(int argc, char** argv, RatioReporter::Ratios ratios) {
+    benchmark::Initialize(&argc, argv);
+    RatioReporter reporter(std::move(ratios));
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return 0;
+}
+
 } // namespace torvane::bench
